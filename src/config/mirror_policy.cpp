@@ -1,0 +1,120 @@
+// Which changes of the live store are repeated in the side copies of package cwmp, and in which one.
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string>
+
+#include "config/store.h"
+#include "core/log.h"
+#include "cwmp/uci_access.h"
+
+namespace cwmp {
+namespace {
+
+constexpr const char* kProtectedList = "/etc/profile.d/cwmp-config-force";
+constexpr const char* kOpenCopy = "/tmp/cwmp-config";
+constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
+constexpr const char* kMirroredPackage = "cwmp";
+constexpr int kListLine = 128;
+
+struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, CloseFile>;
+
+// The entry of a line of the protected list, empty for any other line.
+std::string protected_entry(const std::string& line) {
+    if (!line.starts_with("    list cfg")) return {};
+    const auto open = line.find('\'');
+    const auto close = open == std::string::npos ? open : line.find('\'', open + 1);
+    return close == std::string::npos ? std::string() : line.substr(open + 1, close - open - 1);
+}
+
+// Writes the live store, then the side copy that the policy names. write takes a directory, nullptr or one of
+// the two copies. what stands for the option in the protected list's entries.
+template <typename Write>
+int write_and_mirror(const char* function, const char* package, const char* section, const char* what,
+                     const char* live, Write write) {
+    log_event({function, __LINE__}, kError, "set userconfig first\n\n");
+    if (const int result = write(live); result != 0) {
+        log_event({function, __LINE__}, kError, "set usrconfig failed\n\n");
+        return result;
+    }
+    if (is_support_isp_reset() == 0) return 0;
+    log_event({function, __LINE__}, kError, "save set to backup field\n\n");
+    const int allowed = IsOptionAllowToChange(package, section, what);
+    if (std::strcmp(package, kMirroredPackage) != 0) {
+        log_event({function, __LINE__}, kError, "!!!!!!!! not the cwmp config, do not save to config\n\n");
+        return 0;
+    }
+    log_event({function, __LINE__}, kError, "!!!!!!!! cwmp config, save to config\n\n");
+    log_event({function, __LINE__}, kError, "allow chage:%d\n\n", allowed);
+    return write(allowed == 1 ? kOpenCopy : kProtectedCopy);
+}
+
+}  // namespace
+}  // namespace cwmp
+
+int IsOptionAllowToChange(const char* package, const char* section, const char* option) {
+    if (package == nullptr || section == nullptr || option == nullptr) return 1;
+    const cwmp::File list(std::fopen(cwmp::kProtectedList, "re"));
+    if (list == nullptr) {
+        LOG_ERROR("open /etc/profile.d/cwmp-config-force fail\n\n");
+        return 1;
+    }
+    const std::string whole_package = package;
+    const std::string whole_section = whole_package + "." + section;
+    const std::string one_option = whole_section + "." + option;
+    char line[cwmp::kListLine];
+    while (std::fgets(line, sizeof line, list.get()) != nullptr) {
+        const std::string entry = cwmp::protected_entry(line);
+        if (entry.empty()) continue;
+        if (entry == whole_package || entry == whole_section || entry == one_option) {
+            LOG_ERROR("match cfg[%s]\n\n", entry.c_str());
+            return 0;
+        }
+    }
+    return 1;
+}
+
+int is_support_isp_reset() {
+    cwmp::UciContext context(cwmp::kProfileStore);
+    if (!context) {
+        LOG_ERROR("Fail to alloc context for uci.\n");
+        return 0;
+    }
+    if (!context.load("profile")) {
+        LOG_ERROR("Fail to uci_load.\n");
+        return 0;
+    }
+    uci_section* settings = context.section("cwmp_settings");
+    if (settings == nullptr) {
+        LOG_ERROR("Fail to uci_lookup_ptr.\n");
+        return 0;
+    }
+    const auto value = context.value(settings, "isp_reset");
+    return value && value->starts_with("yes") ? 1 : 0;
+}
+
+int save_to_cwmp_config() { return 0; }
+
+int uciRawSetValue(const char* package, const char* section, const char* option, const char* value) {
+    return cwmp::write_and_mirror(
+        __func__, package, section, option, nullptr, [=](const char* confdir) {
+            return uciRawSetValueByPath(package, section, option, value, confdir);
+        });
+}
+
+int uciRawAddSection(const char* package, const char* section, const char* type) {
+    return cwmp::write_and_mirror(
+        __func__, package, section, type, cwmp::kLiveStore, [=](const char* confdir) {
+            return uciRawAddSectionBypath(package, section, type, confdir);
+        });
+}
+
+int uciRawDelSection(const char* package, const char* section, const char* type) {
+    return cwmp::write_and_mirror(
+        __func__, package, section, type, cwmp::kLiveStore, [=](const char* confdir) {
+            return uciRawDelSectionBypath(package, section, type, confdir);
+        });
+}

@@ -1,0 +1,90 @@
+#include "config/uci_context.h"
+
+#include <uci.h>
+
+#include <cctype>
+#include <cstdlib>
+#include <cstring>
+
+namespace cwmp {
+namespace {
+
+void use_private_save_directory(uci_context* context, const char* confdir) {
+    const std::string directory = std::string(confdir) + "/.uci";
+    // uci_set_savedir would keep the default directory among those that are read: rename that entry first.
+    uci_element* element = nullptr;
+    uci_foreach_element(&context->delta_path, element) {
+        std::free(element->name);
+        element->name = strdup(directory.c_str());
+    }
+    uci_set_savedir(context, directory.c_str());
+}
+
+// libuci stores any name it is handed directly, and cannot read a package back that has others than these.
+bool is_uci_name(const char* name) {
+    if (*name == '\0') return false;
+    for (; *name != '\0'; ++name) {
+        if (std::isalnum(static_cast<unsigned char>(*name)) == 0 && *name != '_') return false;
+    }
+    return true;
+}
+
+uci_ptr pointer_to(uci_package* package, const char* section, const char* option, const char* value) {
+    uci_ptr pointer = {};
+    pointer.p = package;
+    pointer.package = package->e.name;
+    pointer.section = section;
+    pointer.option = option;
+    pointer.value = value;
+    return pointer;
+}
+
+}  // namespace
+
+void UciContext::Free::operator()(uci_context* context) const { uci_free_context(context); }
+
+UciContext::UciContext(const char* confdir) : context_(uci_alloc_context()) {
+    if (context_ == nullptr || confdir == nullptr) return;
+    uci_set_confdir(context_.get(), confdir);
+    if (std::strcmp(confdir, kLiveStore) != 0) use_private_save_directory(context_.get(), confdir);
+}
+
+bool UciContext::load(const char* package) {
+    return uci_load(context_.get(), package, &package_) == UCI_OK && package_ != nullptr;
+}
+
+uci_section* UciContext::section(const char* name) const {
+    return uci_lookup_section(context_.get(), package_, name);
+}
+
+std::optional<std::string> UciContext::value(uci_section* section, const char* option) const {
+    const char* text = uci_lookup_option_string(context_.get(), section, option);
+    if (text == nullptr) return std::nullopt;
+    return text;
+}
+
+int UciContext::set_option(const char* section, const char* option, const char* value) {
+    uci_section* existing = this->section(section);
+    const bool deletes = *value == '\0';
+    if (deletes && (existing == nullptr || uci_lookup_option(context_.get(), existing, option) == nullptr)) {
+        return UCI_OK;
+    }
+    if (existing == nullptr || !is_uci_name(option)) return UCI_ERR_INVAL;
+    uci_ptr pointer = pointer_to(package_, section, option, value);
+    return uci_set(context_.get(), &pointer);
+}
+
+int UciContext::set_section(const char* section, const char* type) {
+    if (!is_uci_name(section) || *type == '\0') return UCI_ERR_INVAL;
+    uci_ptr pointer = pointer_to(package_, section, nullptr, type);
+    return uci_set(context_.get(), &pointer);
+}
+
+int UciContext::delete_section(const char* section) {
+    uci_ptr pointer = pointer_to(package_, section, nullptr, nullptr);
+    return uci_delete(context_.get(), &pointer);
+}
+
+void UciContext::commit() { uci_commit(context_.get(), &package_, false); }
+
+}  // namespace cwmp

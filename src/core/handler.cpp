@@ -1,0 +1,35 @@
+#include "core/handler.h"
+
+#include <cstring>
+
+namespace cwmp {
+
+GetArguments::GetArguments(va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    locate_ = va_arg(copy, int*);
+    value_ = va_arg(copy, char*);
+    va_end(copy);
+}
+
+int GetArguments::answer(std::string_view text) const {
+    if (value_ == nullptr) return kRefused;
+    const std::size_t length = text.copy(value_, CWMP_VALUE_SIZE - 1);
+    value_[length] = '\0';
+    return kDone;
+}
+
+SetArguments::SetArguments(va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    locate_ = va_arg(copy, int*);
+    value_ = va_arg(copy, const char*);
+    flags_ = va_arg(copy, unsigned int*);
+    va_end(copy);
+}
+
+int constant(int op, va_list args, const char* text) {
+    return op == CWMP_OP_GET ? GetArguments(args).answer(text) : kRefused;
+}
+
+}  // namespace cwmp

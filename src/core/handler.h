@@ -1,0 +1,52 @@
+// What every parameter handler is made of: the exported shape, its arguments, and the simplest answer.
+#pragma once
+
+#include <string_view>
+
+#include "cwmp/apply_flags.h"
+#include "cwmp/export.h"
+#include "cwmp/handler.h"
+
+// Defines or declares a parameter handler. The parameters are named op and args; a forward passes both on.
+#define HANDLER(name) extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] va_list args)
+
+namespace cwmp {
+
+inline constexpr int kDone = 0;
+inline constexpr int kRefused = -1;
+
+// The arguments are taken from a copy of the list: a handler may read them and still forward the list.
+class GetArguments {
+  public:
+    explicit GetArguments(va_list args);
+
+    int* locate() const { return locate_; }
+    int answer(std::string_view text) const;
+
+  private:
+    int* locate_ = nullptr;
+    char* value_ = nullptr;
+};
+
+class SetArguments {
+  public:
+    explicit SetArguments(va_list args);
+
+    int* locate() const { return locate_; }
+    // Null when the agent passed none.
+    const char* value() const { return value_; }
+    unsigned int* flags() const { return flags_; }
+    void raise(unsigned int bits) const {
+        if (flags_ != nullptr) *flags_ |= bits;
+    }
+
+  private:
+    int* locate_ = nullptr;
+    const char* value_ = nullptr;
+    unsigned int* flags_ = nullptr;
+};
+
+// A read-only parameter with a fixed value.
+int constant(int op, va_list args, const char* text);
+
+}  // namespace cwmp

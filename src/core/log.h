@@ -1,0 +1,29 @@
+// One event, logged once in the source: the console line with the function's name and line, then the same text
+// for the system log.
+#pragma once
+
+namespace cwmp {
+
+inline constexpr int kEmergency = 0;
+inline constexpr int kError = 3;
+inline constexpr int kWarning = 4;
+inline constexpr int kProgress = 6;
+inline constexpr int kDebug = 7;
+
+// Where an event is reported from. As a defaulted last parameter of a building block it names the handler that
+// called the block.
+struct Caller {
+    const char* function;
+    int line;
+
+    static constexpr Caller here(const char* function = __builtin_FUNCTION(), int line = __builtin_LINE()) {
+        return {function, line};
+    }
+};
+
+void log_event(Caller caller, int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
+
+}  // namespace cwmp
+
+#define LOG(level, ...) ::cwmp::log_event({__func__, __LINE__}, level, __VA_ARGS__)
+#define LOG_ERROR(...) LOG(::cwmp::kError, __VA_ARGS__)

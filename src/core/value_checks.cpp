@@ -1,0 +1,237 @@
+#include "cwmp/value_checks.h"
+
+#include <arpa/inet.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "core/assertion.h"
+#include "core/log.h"
+
+namespace {
+
+constexpr const char* kUnit = "libutil";
+
+struct Quad {
+    int octet[4] = {};
+};
+
+std::optional<Quad> parse_quad(const char* text) {
+    Quad quad;
+    auto& o = quad.octet;
+    if (text == nullptr || std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]) != 4) return std::nullopt;
+    return quad;
+}
+
+std::string dotted(const int (&octet)[4]) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%d.%d.%d.%d", octet[0], octet[1], octet[2], octet[3]);
+    return text;
+}
+
+bool is_hex(char digit) { return std::isxdigit(static_cast<unsigned char>(digit)) != 0; }
+
+int hex_value(char digit) {
+    const int lower = std::tolower(static_cast<unsigned char>(digit));
+    return lower <= '9' ? lower - '0' : lower - 'a' + 10;
+}
+
+bool is_mac_separator(char c) { return c == '-' || c == ':'; }
+
+uint32_t host_order(const char* text) {
+    uint32_t address = 0;
+    libutil_addrStrToNum(text, &address);
+    return ntohl(address);
+}
+
+}  // namespace
+
+int checkValidIP(const char* text) {
+    const auto quad = parse_quad(text);
+    if (!quad) return 0;
+    for (const int octet : quad->octet) {
+        if (octet < 0 || octet > 255) return 0;
+    }
+    return dotted(quad->octet) == text ? 1 : 0;
+}
+
+int check_subnet(const char* a, const char* b) {
+    const auto first = parse_quad(a);
+    const auto second = parse_quad(b);
+    if (!first || !second) return 0;
+    return std::memcmp(first->octet, second->octet, 3 * sizeof(int)) == 0 ? 1 : 0;
+}
+
+int CheckValidMacAddr(const char* text) {
+    constexpr std::size_t kShortest = 17;
+    constexpr std::size_t kLongest = 32;
+    if (text == nullptr || std::strlen(text) < kShortest) {
+        LOG_ERROR(" the length of MAC is too short \n");
+        return -1;
+    }
+    const std::string mac(text, strnlen(text, kLongest));
+    int groups = 0;
+    for (std::size_t start = 0; start <= mac.size(); ++groups) {
+        const std::size_t end = std::min(mac.find(':', start), mac.size());
+        if (end - start != 2) return -1;
+        if (!is_hex(mac[start]) || !is_hex(mac[start + 1])) return 0;
+        start = end + 1;
+    }
+    return groups == 6 ? 1 : 0;
+}
+
+int adjustMacFmt(char* text, int upper, char separator) {
+    char* next = text;
+    for (; *next != '\0'; ++next) {
+        if (is_mac_separator(*next)) {
+            *next = separator;
+        } else if (is_hex(*next)) {
+            const auto digit = static_cast<unsigned char>(*next);
+            *next = static_cast<char>(upper != 0 ? std::toupper(digit) : std::tolower(digit));
+        }
+    }
+    return static_cast<int>(next - text);
+}
+
+int libutil_macStrToEth(const char* text, uint8_t mac[6]) {
+    if (text == nullptr || mac == nullptr) return -1;
+    for (int i = 0; i < 6; ++i) {
+        if (is_mac_separator(*text)) ++text;
+        if (!is_hex(text[0]) || !is_hex(text[1])) return -1;
+        mac[i] = static_cast<uint8_t>(hex_value(text[0]) << 4 | hex_value(text[1]));
+        text += 2;
+    }
+    return 0;
+}
+
+int libutil_addrNumToStr(uint32_t address, char* text) {
+    if (text == nullptr) return 0;
+    std::snprintf(text, 16, "%u.%u.%u.%u", address >> 24, address >> 16 & 255, address >> 8 & 255, address & 255);
+    return 0;
+}
+
+int libutil_addrStrToNum(const char* text, uint32_t* address) {
+    in_addr parsed = {};
+    if (inet_aton(text, &parsed) == 0) parsed.s_addr = 0;
+    *address = parsed.s_addr;
+    return 0;
+}
+
+int libutil_netChkDotIpAddr(const char* pStrIp) {
+    CONTRACT_ASSERT(kUnit, pStrIp != NULL);
+    const std::size_t length = std::strlen(pStrIp);
+    if (length < 7 || length > 15) return 0;
+    int dots = 0;
+    int number = 0;
+    bool in_number = false;
+    for (const char* next = pStrIp; *next != '\0'; ++next) {
+        if (*next == '.') {
+            if (!in_number) return 0;
+            ++dots;
+            number = 0;
+            in_number = false;
+        } else if (*next >= '0' && *next <= '9') {
+            number = number * 10 + (*next - '0');
+            if (number > 255) return 0;
+            in_number = true;
+        } else {
+            return 0;
+        }
+    }
+    return dots == 3 && in_number ? 1 : 0;
+}
+
+int libutil_netChkStrMacAddr(const char* pStrMac) {
+    CONTRACT_ASSERT(kUnit, pStrMac != NULL);
+    constexpr std::size_t kLength = 17;
+    if (std::strlen(pStrMac) != kLength) return 0;
+    for (std::size_t i = 0; i < kLength; ++i) {
+        if (i % 3 == 2 ? pStrMac[i] != ':' : !is_hex(pStrMac[i])) return 0;
+    }
+    return 1;
+}
+
+int libutil_netChkLegalMacAddr(const char* pStrMac) {
+    CONTRACT_ASSERT(kUnit, pStrMac != NULL);
+    uint8_t mac[6] = {};
+    if (libutil_macStrToEth(pStrMac, mac) != 0) {
+        LOG_ERROR("Error mac: %s\n", pStrMac);
+        return 0;
+    }
+    constexpr uint8_t kZero[6] = {};
+    const bool group = (mac[0] & 1) != 0;
+    return group || std::memcmp(mac, kZero, sizeof mac) == 0 ? 0 : 1;
+}
+
+int libutil_netChkLegalIpAddr(const char* text) {
+    const uint32_t first = host_order(text) >> 24;
+    return first != 0 && first != 127 && first < 224 ? 1 : 0;
+}
+
+int libutil_netChkSameSubnet(const char* pStrTestIp, const char* second_mask, const char* pStrIp,
+                             const char* pStrMask) {
+    CONTRACT_ASSERT(kUnit, (pStrTestIp != NULL) && (pStrIp != NULL) && (pStrMask != NULL));
+    const uint32_t test = host_order(pStrTestIp);
+    const uint32_t address = host_order(pStrIp);
+    const uint32_t mask = host_order(pStrMask);
+    const uint32_t second = second_mask == nullptr ? 0 : host_order(second_mask);
+    const uint32_t host = test & ~mask;
+    if (second == 0 && (host == 0 || host == ~mask)) return 0;
+    if ((test & mask) == (address & mask)) return 1;
+    return second != 0 && (test & second) == (address & second) ? 1 : 0;
+}
+
+char* libutil_strncpy(char* dst, const char* src, int n) {
+    CONTRACT_ASSERT(kUnit, (dst != NULL) && (src != NULL));
+    CONTRACT_ASSERT(kUnit, n > 0);
+    const auto size = static_cast<std::size_t>(n);
+    const std::size_t length = strnlen(src, size - 1);
+    std::memcpy(dst, src, length);
+    std::memset(dst + length, 0, size - length);
+    return dst;
+}
+
+char* string_split(char* text, const char* delimiters, int limit, int index) {
+    constexpr int kMost = 20;
+    if (text == nullptr || index < 1) return nullptr;
+    char* tokens[kMost] = {};
+    char* rest = nullptr;
+    int count = 0;
+    for (char* token = strtok_r(text, delimiters, &rest); token != nullptr && count < limit && count < kMost;
+         token = strtok_r(nullptr, delimiters, &rest)) {
+        tokens[count++] = token;
+    }
+    return index <= count ? tokens[index - 1] : nullptr;
+}
+
+char* strlowr(char* text) {
+    for (char* next = text; *next != '\0'; ++next) {
+        *next = static_cast<char>(std::tolower(static_cast<unsigned char>(*next)));
+    }
+    return text;
+}
+
+int mhz_to_channel(int mhz) {
+    if (mhz == 2484) return 14;
+    if (mhz < 2484) return (mhz - 2407) / 5;
+    if (mhz > 4940 && mhz < 4990) return ((mhz % 5 == 2 ? 5 : 0) + 10 * mhz - 49400) / 5;
+    if (mhz <= 4900) return (mhz - 2512) / 20 + 15;
+    if (mhz < 5000) return (mhz - 4000) / 5;
+    return (mhz - 5000) / 5;
+}
+
+void channel_to_mhz(int channel, int* mhz) {
+    const long wide = channel;
+    long result = 2512 + 20 * (wide - 15);
+    if (channel == 14) {
+        result = 2484;
+    } else if (channel < 14) {
+        result = 2407 + 5 * wide;
+    } else if (channel > 26) {
+        result = 5000 + 5 * wide;
+    }
+    *mhz = static_cast<int>(result);
+}

@@ -1,0 +1,20 @@
+#include "handlers/blocks/command_line.h"
+
+namespace cwmp {
+
+std::optional<std::string> first_line(const CommandLine& source, Caller caller) {
+    Command pipe(source.command);
+    if (!pipe) {
+        log_event(caller, kError, "%s", source.cannot_start);
+        return std::nullopt;
+    }
+    return pipe.line(source.limit).value_or("");
+}
+
+int command_line(int op, va_list args, const CommandLine& source, Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto line = first_line(source, caller);
+    return line ? GetArguments(args).answer(*line) : kRefused;
+}
+
+}  // namespace cwmp

@@ -1,0 +1,132 @@
+// InternetGatewayDevice.DeviceInfo. and Device.DeviceInfo.
+#include <cstdlib>
+
+#include "core/text.h"
+#include "cwmp/platform.h"
+#include "handlers/blocks/command_line.h"
+#include "handlers/blocks/option.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr std::size_t kShortLine = 99;
+
+}  // namespace
+
+HANDLER(DeviceInfo_Manufacturer) { return constant(op, args, "KORVANEX"); }
+
+HANDLER(DeviceInfo_ManufacturerOUI) {
+    constexpr std::size_t kOuiLength = 6;
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto mac = first_line({"fwinfo MAC", kShortLine, "Failed to get MODEL\n"});
+    if (!mac) return kRefused;
+    std::string oui;
+    for (const char digit : *mac) {
+        if (oui.size() == kOuiLength) break;
+        if (digit != '-' && digit != ':') oui += digit;
+    }
+    return GetArguments(args).answer(oui);
+}
+
+HANDLER(DeviceInfo_ModelName) { return FwinfoDeviceInfo(op, args, "fwinfo MODEL"); }
+HANDLER(DeviceInfo_Description) { return FwinfoDeviceInfo(op, args, "fwinfo MODEL"); }
+
+HANDLER(DeviceInfo_ProductClass) {
+    if (op != CWMP_OP_GET) return kRefused;
+    DeviceInfo_ModelName(op, args);
+    return kDone;
+}
+
+HANDLER(DeviceInfo_X_QM_DevName) {
+    return command_line(op, args, {"fwinfo MODEL", kLongLine, "Failed to use fwinfo to get  DeviceName \n"});
+}
+
+HANDLER(DeviceInfo_X_QM_ProductID) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto line =
+        first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
+    if (!line) return kRefused;
+    const int identifier = static_cast<int>(std::strtoul(line->c_str(), nullptr, 16));
+    return GetArguments(args).answer(std::to_string(identifier));
+}
+
+HANDLER(DeviceInfo_SerialNumber) {
+    if (op != CWMP_OP_GET) return kRefused;
+    char serial[256] = "";
+    const bool known = get_device_sn(serial, sizeof serial - 1) >= 1;
+    return GetArguments(args).answer(known ? serial : "");
+}
+
+// Two blanks: the device knows the command in this form.
+HANDLER(DeviceInfo_HardwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo  HARDVERSION"); }
+HANDLER(DeviceInfo_SoftwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo SOFTVERSION"); }
+HANDLER(DeviceInfo_ModemFirmwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo SOFTVERSION"); }
+HANDLER(DeviceInfo_AdditionalHardwareVersion) { return constant(op, args, ""); }
+HANDLER(DeviceInfo_AdditionalSoftwareVersion) { return constant(op, args, ""); }
+HANDLER(DeviceInfo_SpecVersion) { return constant(op, args, "1.0"); }
+
+HANDLER(DeviceInfo_ProvisioningCode) {
+    return option(op, args,
+                  {.at = {"custom", "DeviceInfo", "ProvisioningCode"}, .write_failure_is_done = true});
+}
+
+HANDLER(DeviceInfo_FirstUseDate) {
+    if (op != CWMP_OP_GET) {
+        LOG_ERROR("Get FirstUseDate error\n");
+        return kRefused;
+    }
+    return read_only_option(
+        op, args, {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
+}
+
+HANDLER(DeviceInfo_DeviceLog) {
+    if (op != CWMP_OP_GET) LOG_ERROR("Get DeviceLog error\n");
+    return constant(op, args, "");
+}
+
+HANDLER(DeviceInfo_UpTime) {
+    return command_line(
+        op, args,
+        {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"});
+}
+
+namespace {
+
+// The number on the last line of /proc/meminfo that holds a key. Both handlers report a failure as MemFree's.
+int memory_status(int op, va_list args, const char* key, Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) return kRefused;
+    Command pipe("cat /proc/meminfo");
+    if (!pipe) {
+        log_event(caller, kError, "Failed to open MemFree info\n");
+        return kRefused;
+    }
+    std::string number;
+    while (const auto line = pipe.line()) {
+        if (!contains(*line, key)) continue;
+        std::size_t position = 0;
+        next_word(*line, position);
+        number = next_word(*line, position);
+    }
+    return GetArguments(args).answer(number);
+}
+
+}  // namespace
+
+HANDLER(DeviceInfo_MemoryStatus_Total) { return memory_status(op, args, "MemTotal"); }
+HANDLER(DeviceInfo_MemoryStatus_Free) { return memory_status(op, args, "MemFree"); }
+
+HANDLER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries) {
+    return command_line(op, args,
+                        {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"});
+}
+
+HANDLER(DeviceInfo_ProcessStatus_CPUUsage) {
+    constexpr int kIdleWhenUnknown = 95;
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto line = first_line({"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'", kShortLine,
+                                  "Failed to get  CPUUsage\n"});
+    if (!line) return kRefused;
+    const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
+    return GetArguments(args).answer(std::to_string(100 - idle));
+}

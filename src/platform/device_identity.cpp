@@ -1,0 +1,56 @@
+// One-line answers of device tools, and what the firmware-information tool knows.
+#include <string>
+
+#include "core/command.h"
+#include "core/handler.h"
+#include "core/log.h"
+#include "cwmp/platform.h"
+
+namespace {
+
+// MAC texts longer than this are cut; the serial number's buffer is asked to hold as much.
+constexpr int kMacSize = 20;
+
+}  // namespace
+
+int util_exec(const char* command, char* buffer, int size) {
+    if (command == nullptr || buffer == nullptr || size < 1) return -1;
+    cwmp::Command pipe(command);
+    if (!pipe) return -1;
+    const auto line = pipe.line(static_cast<std::size_t>(size) - 1);
+    if (!line) {
+        LOG_ERROR("fgets error for %s\n\n", command);
+        return -1;
+    }
+    buffer[line->copy(buffer, static_cast<std::size_t>(size) - 1)] = '\0';
+    return static_cast<int>(line->size());
+}
+
+int get_mac(char* buffer, int size) { return util_exec("fwinfo MAC", buffer, size); }
+
+int get_cloud_sn(char* buffer, int size) { return util_exec("fwinfo DEV_SN", buffer, size); }
+
+int get_sn_from_mac(char* buffer, int size) {
+    char mac[kMacSize] = "";
+    get_mac(mac, sizeof mac);
+    if (buffer == nullptr || size < kMacSize) return -1;
+    int length = 0;
+    for (const char* next = mac; *next != '\0'; ++next) {
+        if (*next != '-' && *next != ':') buffer[length++] = *next;
+    }
+    buffer[length] = '\0';
+    return length;
+}
+
+int get_device_sn(char* buffer, int size) { return get_sn_from_mac(buffer, size); }
+
+int FwinfoDeviceInfo(int op, va_list args, const char* command) {
+    constexpr std::size_t kLimit = 99;
+    if (op != CWMP_OP_GET) return cwmp::kRefused;
+    cwmp::Command pipe(command);
+    if (!pipe) {
+        LOG_ERROR("Failed to use fwinfo to get  DeviceInfo \n");
+        return cwmp::kRefused;
+    }
+    return cwmp::GetArguments(args).answer(pipe.line(kLimit).value_or(""));
+}

@@ -1,0 +1,83 @@
+// The channels that a radio supports.
+#include <cstdio>
+#include <cstring>
+
+#include "core/command.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "cwmp/handler.h"
+#include "cwmp/platform.h"
+#include "cwmp/value_checks.h"
+#include "platform/profile.h"
+
+namespace cwmp {
+namespace {
+
+enum : int { kBand2G = 1, kBand5G = 2 };
+constexpr std::size_t kListSize = 1024;
+
+// The 2.4 GHz radio's conditions come first, whatever the other arguments say.
+const std::string* choose_radio(const int* locate, int band, const std::string& radio_2g,
+                                const std::string& radio_5g) {
+    if ((locate[0] == 1 && locate[1] == 1) || band == kBand2G) return &radio_2g;
+    if ((locate[0] == 1 && locate[1] == 2) || band == kBand5G) return &radio_5g;
+    return nullptr;
+}
+
+std::string channel_command(const std::string& interface) {
+    char command[255];
+    std::snprintf(command, sizeof command,
+                  "iwlist %s channel | grep Channel| grep -v Current | awk '{print $2}' | tr '\n' ' ' ",
+                  interface.c_str());
+    return command;
+}
+
+std::string as_frequency(const std::string& channel) {
+    int mhz = 0;
+    channel_to_mhz(decimal_prefix(channel.c_str()), &mhz);
+    return std::to_string(mhz) + "MHz";
+}
+
+bool same_number(const std::string& entry, const char* value) {
+    const int number = decimal_prefix(entry.c_str());
+    return number != 0 && number == decimal_prefix(value);
+}
+
+}  // namespace
+}  // namespace cwmp
+
+int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, const char* kind) {
+    const std::string radio_2g = cwmp::interface_name("wifi_2_4G", "ath0");
+    const std::string radio_5g = cwmp::interface_name("wifi_5G", "ath1");
+    const std::string* radio = cwmp::choose_radio(locate, band, radio_2g, radio_5g);
+    if (radio == nullptr) return -1;
+    cwmp::Command pipe(cwmp::channel_command(*radio));
+    if (!pipe) {
+        LOG_ERROR("Failed to get Channel pool\n");
+        return -1;
+    }
+    const std::string line = pipe.line().value_or("");
+    const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
+    std::string list;
+    std::size_t position = 0;
+    for (auto token = cwmp::next_word(line, position); !token.empty(); token = cwmp::next_word(line, position)) {
+        std::string entry = cwmp::leading_digits(std::string(token));
+        if (entry.empty()) continue;
+        if (frequencies) entry = cwmp::as_frequency(entry);
+        if (op != CWMP_OP_GET && cwmp::same_number(entry, value)) return op;
+        if (list.size() + entry.size() + 1 >= cwmp::kListSize) break;
+        list += entry + ",";
+    }
+    if (op != CWMP_OP_GET) return 0;
+    if (!list.empty()) list.pop_back();
+    std::memcpy(value, list.c_str(), list.size() + 1);
+    return 0;
+}
+
+int GetChannelPoll(int op, va_list args, char* value, int* locate, int band) {
+    return GetRadioInfo(op, args, value, locate, band, nullptr);
+}
+
+int GetFrequencyPoll(int op, va_list args, char* value, int* locate, int band) {
+    return GetRadioInfo(op, args, value, locate, band, "freqency");
+}
