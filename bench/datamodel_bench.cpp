@@ -50,7 +50,8 @@ void uci_get_handler(benchmark::State& state) {
     std::vector<char> value(CWMP_VALUE_SIZE);
     const auto handler = library.find("DeviceInfo_ProvisioningCode");
     int locate[CWMP_LOCATE_SIZE] = {};
-    for (auto unused : state) benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
+    for (auto unused : state)
+        benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
 }
 BENCHMARK(uci_get_handler);
 
@@ -69,7 +70,8 @@ void command_handler(benchmark::State& state) {
     std::vector<char> value(CWMP_VALUE_SIZE);
     const auto handler = library.find("DeviceInfo_ModelName");
     int locate[CWMP_LOCATE_SIZE] = {};
-    for (auto unused : state) benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
+    for (auto unused : state)
+        benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
 }
 BENCHMARK(command_handler)->UseRealTime();
 

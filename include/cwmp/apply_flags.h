@@ -1,8 +1,8 @@
 /*
  * Apply flags: the 32-bit word that SET handlers fill for one SetParameterValues transaction.
  *
- * A handler ORs the bit of its service group into the agent's word and never clears one. After the transaction
- * the agent restarts or reloads the services whose bits are set. Bit 0x0008 is never set.
+ * A handler ORs the bit of its service group into the agent's word and never clears one. After the
+ * transaction the agent restarts or reloads the services whose bits are set. Bit 0x0008 is never set.
  */
 #ifndef CWMP_APPLY_FLAGS_H
 #define CWMP_APPLY_FLAGS_H

@@ -1,33 +1,35 @@
 /*
  * The parameter handler contract.
  *
- * For every supported parameter the library exports one function. Its name is the parameter's path without the
- * root object and the instance numbers, dots turned into underscores: Device.WiFi.SSID.1.SSID is WiFi_SSID_SSID.
+ * For every supported parameter the library exports one function. Its name is the parameter's path without
+ * the root object and the instance numbers, dots turned into underscores: Device.WiFi.SSID.1.SSID is
+ * WiFi_SSID_SSID.
  *
- * The agent opens a variable-argument list in a variadic function of its own and hands it on; the handler reads:
+ * The agent opens a variable-argument list in a variadic function of its own and hands it on; the handler
+ * reads:
  *
  *   GET (op 0)        int *locate, char *value
  *   SET (op 2, 3, 1)  int *locate, const char *value, unsigned int *applyFlags
  *
  *   locate      the instance numbers of the path, outermost first, zero-filled to at least CWMP_LOCATE_SIZE
  *               entries. A handler may rewrite the array: pass a fresh one with every call.
- *   value       GET: the answer is written here, NUL-terminated; CWMP_VALUE_SIZE bytes are enough for any answer.
- *               SET: the new value, NUL-terminated, owned by the agent and left unchanged.
- *   applyFlags  the service groups to re-apply (apply_flags.h) are ORed into this word; no bit is ever cleared.
+ *   value       GET: the answer is written here, NUL-terminated; CWMP_VALUE_SIZE bytes are enough for any
+ * answer. SET: the new value, NUL-terminated, owned by the agent and left unchanged. applyFlags  the service
+ * groups to re-apply (apply_flags.h) are ORed into this word; no bit is ever cleared.
  *
- * A SetParameterValues transaction calls every handler with op 2 (stage), then every one with op 3 (check), then
- * every one with op 1 (apply). Handlers of grouped settings split their work over the passes; every other
- * handler writes the value on each pass.
+ * A SetParameterValues transaction calls every handler with op 2 (stage), then every one with op 3 (check),
+ * then every one with op 1 (apply). Handlers of grouped settings split their work over the passes; every
+ * other handler writes the value on each pass.
  *
- * Result: 0 done; -1 refused (read-only parameter, bad instance number, bad value, failing store or tool). A GET
- * whose value is not in the store answers the empty text with 0.
+ * Result: 0 done; -1 refused (read-only parameter, bad instance number, bad value, failing store or tool). A
+ * GET whose value is not in the store answers the empty text with 0.
  *
- * Object handlers, named after a multi-instance object, take op 4, 5 and 6 and return 0, or 1 or a TR-069 fault
- * number on failure:
+ * Object handlers, named after a multi-instance object, take op 4, 5 and 6 and return 0, or 1 or a TR-069
+ * fault number on failure:
  *
- *   add    (op 4)  int *locate, char *number (out: the new instance number, decimal), unsigned int *applyFlags
- *   delete (op 5)  int *locate, const char *number, unsigned int *applyFlags
- *   list   (op 6)  int *locate, uint32_t *numbers (out, ascending), uint32_t *capacity
+ *   add    (op 4)  int *locate, char *number (out: the new instance number, decimal), unsigned int
+ * *applyFlags delete (op 5)  int *locate, const char *number, unsigned int *applyFlags list   (op 6)  int
+ * *locate, uint32_t *numbers (out, ascending), uint32_t *capacity
  *
  * Handlers keep process-wide records and scratch files: call them one at a time.
  */
@@ -55,7 +57,8 @@ enum cwmp_op {
 /* Entries of the locate array that a handler may read or rewrite. */
 #define CWMP_LOCATE_SIZE 8
 
-/* Bytes of a GET buffer, terminator included. No handler writes beyond it: a stored text that is longer is cut. */
+/* Bytes of a GET buffer, terminator included. No handler writes beyond it: a stored text that is longer is
+ * cut. */
 #define CWMP_VALUE_SIZE 131072
 
 #ifdef __cplusplus

@@ -1,8 +1,8 @@
 /*
  * Logging to the device console and the system log.
  *
- * Levels are system-log priorities: 0 emergency, 3 error, 4 warning, 6 progress, 7 debug. A message is written
- * when its level is not above l_dbglvl.
+ * Levels are system-log priorities: 0 emergency, 3 error, 4 warning, 6 progress, 7 debug. A message is
+ * written when its level is not above l_dbglvl.
  */
 #ifndef CWMP_LOGGING_H
 #define CWMP_LOGGING_H
@@ -34,10 +34,10 @@ CWMP_EXPORT int debug_level(int op, va_list args);
  * to 2047 bytes. The message stands between double quotes of the shell command exactly as it is formatted, so
  * the shell expands what it finds there: see docs/integration.md before raising a value into a message.
  */
-CWMP_EXPORT void log_printf(int level, const char *format, ...) __attribute__((format(printf, 2, 3)));
+CWMP_EXPORT void log_printf(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 /* Sends the message, cut to 2047 bytes, to the system log under the ident "cwmp", facility LOG_USER. */
-CWMP_EXPORT void log_syslog(int level, const char *format, ...) __attribute__((format(printf, 2, 3)));
+CWMP_EXPORT void log_syslog(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 #ifdef __cplusplus
 }

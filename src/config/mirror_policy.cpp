@@ -1,10 +1,10 @@
 // Which changes of the live store are repeated in the side copies of package cwmp, and in which one.
 #include <cstdio>
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "config/store.h"
+#include "core/file.h"
 #include "core/log.h"
 #include "cwmp/uci_access.h"
 
@@ -16,11 +16,6 @@ constexpr const char* kOpenCopy = "/tmp/cwmp-config";
 constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
 constexpr const char* kMirroredPackage = "cwmp";
 constexpr int kListLine = 128;
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 // The entry of a line of the protected list, empty for any other line.
 std::string protected_entry(const std::string& line) {
@@ -99,22 +94,19 @@ int is_support_isp_reset() {
 int save_to_cwmp_config() { return 0; }
 
 int uciRawSetValue(const char* package, const char* section, const char* option, const char* value) {
-    return cwmp::write_and_mirror(
-        __func__, package, section, option, nullptr, [=](const char* confdir) {
-            return uciRawSetValueByPath(package, section, option, value, confdir);
-        });
+    return cwmp::write_and_mirror(__func__, package, section, option, nullptr, [=](const char* confdir) {
+        return uciRawSetValueByPath(package, section, option, value, confdir);
+    });
 }
 
 int uciRawAddSection(const char* package, const char* section, const char* type) {
     return cwmp::write_and_mirror(
-        __func__, package, section, type, cwmp::kLiveStore, [=](const char* confdir) {
-            return uciRawAddSectionBypath(package, section, type, confdir);
-        });
+        __func__, package, section, type, cwmp::kLiveStore,
+        [=](const char* confdir) { return uciRawAddSectionBypath(package, section, type, confdir); });
 }
 
 int uciRawDelSection(const char* package, const char* section, const char* type) {
     return cwmp::write_and_mirror(
-        __func__, package, section, type, cwmp::kLiveStore, [=](const char* confdir) {
-            return uciRawDelSectionBypath(package, section, type, confdir);
-        });
+        __func__, package, section, type, cwmp::kLiveStore,
+        [=](const char* confdir) { return uciRawDelSectionBypath(package, section, type, confdir); });
 }

@@ -49,6 +49,12 @@ UciContext::UciContext(const char* confdir) : context_(uci_alloc_context()) {
     if (std::strcmp(confdir, kLiveStore) != 0) use_private_save_directory(context_.get(), confdir);
 }
 
+UciContext::UciContext(const char* confdir, const char* savedir) : context_(uci_alloc_context()) {
+    if (context_ == nullptr) return;
+    uci_set_confdir(context_.get(), confdir);
+    uci_set_savedir(context_.get(), savedir);
+}
+
 bool UciContext::load(const char* package) {
     return uci_load(context_.get(), package, &package_) == UCI_OK && package_ != nullptr;
 }
@@ -56,6 +62,18 @@ bool UciContext::load(const char* package) {
 uci_section* UciContext::section(const char* name) const {
     return uci_lookup_section(context_.get(), package_, name);
 }
+
+std::vector<uci_section*> UciContext::sections(const char* type) const {
+    std::vector<uci_section*> found;
+    uci_element* element = nullptr;
+    uci_foreach_element(&package_->sections, element) {
+        uci_section* section = uci_to_section(element);
+        if (type == nullptr || std::strcmp(section->type, type) == 0) found.push_back(section);
+    }
+    return found;
+}
+
+const char* UciContext::name(const uci_section* section) { return section->e.name; }
 
 std::optional<std::string> UciContext::value(uci_section* section, const char* option) const {
     const char* text = uci_lookup_option_string(context_.get(), section, option);
@@ -86,5 +104,11 @@ int UciContext::delete_section(const char* section) {
 }
 
 void UciContext::commit() { uci_commit(context_.get(), &package_, false); }
+
+std::optional<int> UciContext::revert(std::string tuple) {
+    uci_ptr pointer = {};
+    if (uci_lookup_ptr(context_.get(), &pointer, tuple.data(), true) != UCI_OK) return std::nullopt;
+    return uci_revert(context_.get(), &pointer);
+}
 
 }  // namespace cwmp

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct uci_context;
 struct uci_package;
@@ -17,16 +18,20 @@ inline constexpr const char* kProfileStore = "/etc/profile.d";
 
 class UciContext {
   public:
-    // A null directory is the live store. The live store shares libuci's save directory with every other tool of
-    // the device; any other directory keeps its own, so that a change somebody staged in a live package is never
-    // carried into a side copy of the same name.
+    // A null directory is the live store. The live store shares libuci's save directory with every other tool
+    // of the device; any other directory keeps its own, so that a change somebody staged in a live package is
+    // never carried into a side copy of the same name.
     explicit UciContext(const char* confdir);
+    UciContext(const char* confdir, const char* savedir);
 
     explicit operator bool() const { return context_ != nullptr; }
 
     bool load(const char* package);
 
     uci_section* section(const char* name) const;
+    // All sections of a type in file order; a null type is any.
+    std::vector<uci_section*> sections(const char* type) const;
+    static const char* name(const uci_section* section);
     // The string value of an option; list options have none.
     std::optional<std::string> value(uci_section* section, const char* option) const;
 
@@ -37,6 +42,9 @@ class UciContext {
     int set_section(const char* section, const char* type);
     int delete_section(const char* section);
     void commit();
+    // Discards what the save directory holds of a package, section or option, named with dots. Loads by
+    // itself. Nothing when there is no such package, else libuci's result code.
+    std::optional<int> revert(std::string tuple);
 
   private:
     struct Free {

@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-#define CONTRACT_ASSERT(unit, condition)                                                \
-    do {                                                                                \
-        if (!(condition)) {                                                             \
-            std::fprintf(stderr, "%s: assertion \"%s\" failed\n", unit, #condition);    \
-            std::abort();                                                               \
-        }                                                                               \
+#define CONTRACT_ASSERT(unit, condition)                                             \
+    do {                                                                             \
+        if (!(condition)) {                                                          \
+            std::fprintf(stderr, "%s: assertion \"%s\" failed\n", unit, #condition); \
+            std::abort();                                                            \
+        }                                                                            \
     } while (false)

@@ -1,5 +1,5 @@
-// One event, logged once in the source: the console line with the function's name and line, then the same text
-// for the system log.
+// One event, logged once in the source: the console line with the function's name and line, then the same
+// text for the system log.
 #pragma once
 
 namespace cwmp {
@@ -10,8 +10,8 @@ inline constexpr int kWarning = 4;
 inline constexpr int kProgress = 6;
 inline constexpr int kDebug = 7;
 
-// Where an event is reported from. As a defaulted last parameter of a building block it names the handler that
-// called the block.
+// Where an event is reported from. As a defaulted last parameter of a building block it names the handler
+// that called the block.
 struct Caller {
     const char* function;
     int line;

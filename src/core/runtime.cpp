@@ -1,6 +1,6 @@
-// The library is built without exceptions and links no C++ runtime. What the standard library's headers still ask
-// of one is here: memory from the C library, and an end of the process where an exception would have been thrown
-// (memory exhausted, or a container used against its contract).
+// The library is built without exceptions and links no C++ runtime. What the standard library's headers still
+// ask of one is here: memory from the C library, and an end of the process where an exception would have been
+// thrown (memory exhausted, or a container used against its contract).
 #include <cstdlib>
 #include <new>
 

@@ -22,7 +22,8 @@ struct Quad {
 std::optional<Quad> parse_quad(const char* text) {
     Quad quad;
     auto& o = quad.octet;
-    if (text == nullptr || std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]) != 4) return std::nullopt;
+    if (text == nullptr || std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]) != 4)
+        return std::nullopt;
     return quad;
 }
 
@@ -109,7 +110,8 @@ int libutil_macStrToEth(const char* text, uint8_t mac[6]) {
 
 int libutil_addrNumToStr(uint32_t address, char* text) {
     if (text == nullptr) return 0;
-    std::snprintf(text, 16, "%u.%u.%u.%u", address >> 24, address >> 16 & 255, address >> 8 & 255, address & 255);
+    std::snprintf(text, 16, "%u.%u.%u.%u", address >> 24, address >> 16 & 255, address >> 8 & 255,
+                  address & 255);
     return 0;
 }
 

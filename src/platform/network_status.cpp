@@ -14,7 +14,8 @@ constexpr std::size_t kLimit = 19;
 
 int check_br_mg_status() {
     cwmp::Command pipe(
-        "ubus call network.interface.mg status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print $1}'");
+        "ubus call network.interface.mg status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print "
+        "$1}'");
     if (!pipe) {
         LOG_ERROR("Failed to get mg status\n\n");
         return -1;
@@ -24,7 +25,8 @@ int check_br_mg_status() {
 
 int check_br_wan_status() {
     cwmp::Command pipe(
-        "ubus call network.interface.wan status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print $1}'");
+        "ubus call network.interface.wan status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print "
+        "$1}'");
     if (!pipe) {
         LOG_ERROR("Failed to get wan status\n\n");
         return -1;

@@ -60,7 +60,8 @@ int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, c
     const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
     std::string list;
     std::size_t position = 0;
-    for (auto token = cwmp::next_word(line, position); !token.empty(); token = cwmp::next_word(line, position)) {
+    for (auto token = cwmp::next_word(line, position); !token.empty();
+         token = cwmp::next_word(line, position)) {
         std::string entry = cwmp::leading_digits(std::string(token));
         if (entry.empty()) continue;
         if (frequencies) entry = cwmp::as_frequency(entry);

@@ -8,9 +8,9 @@ namespace cwmp {
 
 struct Option {
     OptionPath at;
-    const char* missing = "";             // the answer when the option cannot be read
-    unsigned int apply = 0;               // the service groups that a SET raises
-    bool write_failure_is_done = false;   // a SET that the store refuses is done all the same
+    const char* missing = "";            // the answer when the option cannot be read
+    unsigned int apply = 0;              // the service groups that a SET raises
+    bool write_failure_is_done = false;  // a SET that the store refuses is done all the same
 };
 
 // GET answers the stored text; SET stores the new one.

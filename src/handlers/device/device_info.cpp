@@ -76,8 +76,8 @@ HANDLER(DeviceInfo_FirstUseDate) {
         LOG_ERROR("Get FirstUseDate error\n");
         return kRefused;
     }
-    return read_only_option(
-        op, args, {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
+    return read_only_option(op, args,
+                            {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
 }
 
 HANDLER(DeviceInfo_DeviceLog) {
@@ -87,8 +87,7 @@ HANDLER(DeviceInfo_DeviceLog) {
 
 HANDLER(DeviceInfo_UpTime) {
     return command_line(
-        op, args,
-        {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"});
+        op, args, {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"});
 }
 
 namespace {
@@ -117,15 +116,15 @@ HANDLER(DeviceInfo_MemoryStatus_Total) { return memory_status(op, args, "MemTota
 HANDLER(DeviceInfo_MemoryStatus_Free) { return memory_status(op, args, "MemFree"); }
 
 HANDLER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries) {
-    return command_line(op, args,
-                        {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"});
+    return command_line(
+        op, args, {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"});
 }
 
 HANDLER(DeviceInfo_ProcessStatus_CPUUsage) {
     constexpr int kIdleWhenUnknown = 95;
     if (op != CWMP_OP_GET) return kRefused;
-    const auto line = first_line({"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'", kShortLine,
-                                  "Failed to get  CPUUsage\n"});
+    const auto line = first_line({"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'",
+                                  kShortLine, "Failed to get  CPUUsage\n"});
     if (!line) return kRefused;
     const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
     return GetArguments(args).answer(std::to_string(100 - idle));

@@ -1,0 +1,67 @@
+#include "cwmp/revert_journal.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "config/store.h"
+#include "core/file.h"
+#include "core/log.h"
+
+namespace {
+
+constexpr const char* kJournal = "/tmp/ready_to_revert_item";
+constexpr const char* kStateStore = "/var/state";
+constexpr std::size_t kRecordSize = 256;
+constexpr std::size_t kTupleLength = 99;
+
+std::string journal_record(const char* name, const char* value, const char* extra) {
+    char record[kRecordSize];
+    const int length = std::snprintf(record, sizeof record, "%s##%s##%s\n", name, value, extra);
+    if (length >= static_cast<int>(sizeof record)) record[sizeof record - 2] = '\n';
+    return record;
+}
+
+}  // namespace
+
+void add_revert_item(const char* name, const char* value, const char* extra) {
+    if (name == nullptr || value == nullptr) {
+        LOG_ERROR("param is NULL, do nothing\n\n");
+        return;
+    }
+    const cwmp::File journal(std::fopen(kJournal, "ae"));
+    if (journal == nullptr) {
+        LOG_ERROR("open file %s failed!\n\n", kJournal);
+        return;
+    }
+    std::fputs(journal_record(name, value, extra == nullptr ? "NULL" : extra).c_str(), journal.get());
+}
+
+void backup_revert_wan_type() {
+    const auto type = cwmp::read_option({"network_sync", "wan", "wan_type"});
+    if (type == "dhcp") add_revert_item("wantype", "dynamic_ip", nullptr);
+    if (type == "static") add_revert_item("wantype", "static_ip", nullptr);
+    if (type == "pppoe") add_revert_item("pppoe_enable", "\"1\"", nullptr);
+}
+
+int uciRevert(const char* tuple) {
+    if (tuple == nullptr) {
+        LOG_ERROR("pUciTupleStr or pValue is null\n");
+        return -1;
+    }
+    cwmp::UciContext context(cwmp::kLiveStore, kStateStore);
+    if (!context) {
+        LOG_ERROR("Fail to alloc context for uci.\n\n");
+        return -1;
+    }
+    const std::string text(tuple, strnlen(tuple, kTupleLength));
+    const auto result = context.revert(text);
+    if (!result) {
+        LOG_ERROR("fail to get ptr %s \n", text.c_str());
+        return -1;
+    }
+    if (*result != 0) {
+        LOG_ERROR("fail to revert ptr %s (ret:%d)\n", text.c_str(), *result);
+        return -1;
+    }
+    return 0;
+}

@@ -1,0 +1,104 @@
+// A data-model library for the tests of dm. Each call leaves one line in the file that AGENT_CALLS names,
+// spoils its instance array as real handlers may, and prints a line on standard output.
+#include <cwmp/handler.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#define EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+
+const char* setting(const char* name, const char* otherwise) {
+    const char* value = std::getenv(name);
+    return value ? value : otherwise;
+}
+
+void record(const char* name, int op, int* locate, const char* text) {
+    std::printf("noise of %s\n", name);
+    FILE* calls = std::fopen(setting("AGENT_CALLS", "/dev/null"), "a");
+    if (!calls) return;
+    std::fprintf(calls, "%s %d [", name, op);
+    for (int i = 0; i < CWMP_LOCATE_SIZE; ++i) {
+        std::fprintf(calls, "%d", locate[i]);
+        locate[i] = 99;
+    }
+    std::fprintf(calls, "]%s%s\n", *text ? " " : "", text);
+    std::fclose(calls);
+}
+
+// A SET is refused in the pass whose operation number its value ends in: "refuse3".
+int parameter(const char* name, int op, va_list args, const char* answer, unsigned flag) {
+    va_list own;
+    va_copy(own, args);
+    int* locate = va_arg(own, int*);
+    char* value = va_arg(own, char*);
+    unsigned* flags = op == CWMP_OP_GET ? nullptr : va_arg(own, unsigned*);
+    const void* agent_state = va_arg(own, void*);
+    va_end(own);
+    if (agent_state) return -1;
+    record(name, op, locate, flags ? value : "");
+    if (!flags) {
+        if (!answer) return -1;
+        std::strcpy(value, answer);
+        return 0;
+    }
+    if (std::strncmp(value, "refuse", 6) == 0 && std::atoi(value + 6) == op) return -1;
+    *flags |= flag;
+    return 0;
+}
+
+int object(const char* name, int op, va_list args) {
+    va_list own;
+    va_copy(own, args);
+    int* locate = va_arg(own, int*);
+    void* second = va_arg(own, void*);
+    void* third = va_arg(own, void*);
+    va_end(own);
+    record(name, op, locate, op == CWMP_OP_DELETE ? static_cast<const char*>(second) : "");
+    const int answer = std::atoi(setting("AGENT_OBJECT_ANSWER", "0"));
+    if (op == CWMP_OP_LIST) {
+        const uint32_t numbers[] = {2, 3, 70};
+        if (*static_cast<uint32_t*>(third) < 64) return 1;
+        std::memcpy(second, numbers, sizeof numbers);
+        return 0;
+    }
+    if (answer) return answer;
+    if (op == CWMP_OP_ADD) std::strcpy(static_cast<char*>(second), setting("AGENT_ADDED", "4"));
+    *static_cast<unsigned*>(third) |= 0x80;
+    return 0;
+}
+
+}  // namespace
+
+#define PARAMETER(NAME, ANSWER, FLAG) \
+    EXPORT int NAME(int op, va_list args) { return parameter(#NAME, op, args, ANSWER, FLAG); }
+#define OBJECT(NAME) \
+    EXPORT int NAME(int op, va_list args) { return object(#NAME, op, args); }
+
+PARAMETER(Box_Name, "box", 0x30)
+PARAMETER(Box_Text, "a\x1b[2J\n\xff\xc2\x9b\xe2\x80\xaez\xc3\xa9", 0)
+PARAMETER(Box_Broken, nullptr, 0)
+PARAMETER(Box_Late, "", static_cast<unsigned>(std::strtoul(setting("AGENT_FLAGS", "0x4000"), nullptr, 0)))
+PARAMETER(Box_PortNumberOfEntries, setting("AGENT_PORTS", "2"), 0)
+PARAMETER(Box_Port_Speed, "100", 0x1)
+PARAMETER(Queue_Weight, "5", 0x10008)
+PARAMETER(Box_Rule_Name, "rule", 0)
+OBJECT(Box_Rule)
+OBJECT(Box_Port_Map)
+PARAMETER(Box_Port_Map_Name, "map", 0)
+
+EXPORT int func_obj_revert(int op, va_list args) {
+    return parameter("func_obj_revert", op, args, nullptr, 0x40);
+}
+
+EXPORT int debug_level(int, va_list args) {
+    va_list own;
+    va_copy(own, args);
+    int* levels = va_arg(own, int*);
+    va_end(own);
+    std::printf("level %d syslog %d\n", levels[0], levels[1]);
+    return 0;
+}

@@ -1,0 +1,254 @@
+#include <gtest/gtest.h>
+#include <json-c/json.h>
+
+#include "sandbox.h"
+
+namespace {
+
+constexpr const char* kModel = R"(# comment
+Device.Box.Name                W
+Device.Box.Text                R
+Device.Box.Late                W  passes=apply   # UDP echo is like this
+Device.Box.PortNumberOfEntries R
+Device.Box.Port.{i}.           -  count=Device.Box.PortNumberOfEntries
+Device.Box.Port.{i}.Speed      W
+Device.Box.Port.{i}.Queue.{i}. -  instances=2
+Device.Box.Port.{i}.Queue.{i}.Weight W  locate=2,1 handler=Queue_Weight
+Device.Box.Port.{i}.Map.{i}.   AD locate=none
+Device.Box.Port.{i}.Map.{i}.Name R locate=2
+)";
+
+constexpr const char* kSecondFile = R"(Device.Box.Rule.{i}.      AD
+Device.Box.Rule.{i}.Name  R
+Device.Faulty.Broken      R  handler=Box_Broken
+Device.Faulty.Absent      W
+)";
+
+class Dm : public testing::Test {
+  protected:
+    Dm() {
+        sandbox.write("model/10-box.txt", kModel);
+        sandbox.write("model/20-rules.txt", kSecondFile);
+    }
+
+    Sandbox sandbox;
+};
+
+// The output in one line, or the text of a parse error.
+std::string compact(const std::string& json) {
+    json_tokener_error error;
+    json_object* object = json_tokener_parse_verbose(json.c_str(), &error);
+    if (!object) return json_tokener_error_desc(error);
+    std::string text = json_object_to_json_string_ext(object, JSON_C_TO_STRING_PLAIN);
+    json_object_put(object);
+    return text;
+}
+
+TEST_F(Dm, ReadsAParameterAndKeepsTheLibrarysLinesOffStandardOutput) {
+    const auto result = sandbox.run("get Device.Box.Name Device.Box.Port.2.Speed");
+    EXPECT_EQ(result.exit, 0);
+    EXPECT_EQ(result.out, "Device.Box.Name          box\nDevice.Box.Port.2.Speed  100\n");
+    EXPECT_NE(result.err.find("noise of Box_Name"), std::string::npos);
+}
+
+struct CallsRow {
+    const char* arguments;
+    const char* calls;
+};
+
+TEST_F(Dm, CallsHandlersWithFreshInstanceNumbersInTheAgentsOrder) {
+    const CallsRow rows[] = {
+        {"get Device.Box.Port.2.",
+         "Box_PortNumberOfEntries 0 [00000000]\n"
+         "Box_Port_Speed 0 [20000000]\n"
+         "Queue_Weight 0 [12000000]\n"
+         "Queue_Weight 0 [22000000]\n"
+         "Box_Port_Map 6 [00000000]\n"
+         "Box_Port_Map_Name 0 [20000000]\n"
+         "Box_Port_Map_Name 0 [30000000]\n"
+         "Box_Port_Map_Name 0 [700000000]\n"},
+        {"set Device.Box.Late=1 Device.Box.Name=a=b Device.Box.Port.1.Queue.2.Weight=",
+         "Box_PortNumberOfEntries 0 [00000000]\n"
+         "Box_Name 2 [00000000] a=b\nQueue_Weight 2 [21000000]\n"
+         "Box_Name 3 [00000000] a=b\nQueue_Weight 3 [21000000]\n"
+         "Box_Late 1 [00000000] 1\nBox_Name 1 [00000000] a=b\nQueue_Weight 1 [21000000]\n"},
+        {"set Device.Box.Name=x Device.Box.Port.1.Speed=refuse2",
+         "Box_PortNumberOfEntries 0 [00000000]\n"
+         "Box_Name 2 [00000000] x\nBox_Port_Speed 2 [10000000] refuse2\nfunc_obj_revert 1 [00000000]\n"},
+        {"set Device.Box.Name=refuse3 Device.Box.Late=1",
+         "Box_Name 2 [00000000] refuse3\nBox_Name 3 [00000000] refuse3\nfunc_obj_revert 1 [00000000]\n"},
+        {"set Device.Box.Late=refuse1 Device.Box.Name=x",
+         "Box_Name 2 [00000000] x\nBox_Name 3 [00000000] x\n"
+         "Box_Late 1 [00000000] refuse1\nfunc_obj_revert 1 [00000000]\n"},
+        {"add Device.Box.Rule.", "Box_Rule 4 [00000000]\n"},
+        {"del Device.Box.Rule.70.", "Box_Rule 6 [00000000]\nBox_Rule 5 [00000000] 70\n"},
+        {"add Device.Box.Port.2.Map.", "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Map 4 [00000000]\n"},
+        {"list Device.Box.Rule.", "Box_Rule 6 [00000000]\n"},
+        {"get Device.Box.Port.2.Speed Device.Box.Port.1.Speed",
+         "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [20000000]\nBox_Port_Speed 0 [10000000]\n"},
+        {"names", ""},
+    };
+    for (const CallsRow& row : rows) EXPECT_EQ(sandbox.run(row.arguments).calls, row.calls) << row.arguments;
+}
+
+struct OutputRow {
+    const char* arguments;
+    int exit;
+    const char* out;
+};
+
+TEST_F(Dm, PrintsTables) {
+    const OutputRow rows[] = {
+        {"get Device.Box.Text", 0, "Device.Box.Text  a\\x1b[2J\\n\\xff\\xc2\\x9b\\xe2\\x80\\xaez\xc3\xa9\n"},
+        {"set Device.Box.Name=x Device.Box.Late=", 0,
+         "Device.Box.Name  stage,check,apply  x\nDevice.Box.Late  apply\napply flags 0x4030: WAN, LAN, UDP "
+         "echo\n"},
+        {"set Device.Box.Port.1.Queue.1.Weight=7", 0,
+         "Device.Box.Port.1.Queue.1.Weight  stage,check,apply  7\napply flags 0x10008: unknown 0x10008\n"},
+        {"set Device.Box.Late=refuse1", 1, "the transaction was reverted\napply flags 0x0040: IPTV\n"},
+        {"add Device.Box.Rule.", 0, "Device.Box.Rule.4.\napply flags 0x0080: NAT\n"},
+        {"del Device.Box.Rule.3.", 0, "Device.Box.Rule.3.\napply flags 0x0080: NAT\n"},
+        {"list Device.Box.Rule.", 0, "Device.Box.Rule.2.\nDevice.Box.Rule.3.\nDevice.Box.Rule.70.\n"},
+        {"list Device.Box.Port.", 0, "Device.Box.Port.1.\nDevice.Box.Port.2.\n"},
+        {"names Device.Box.Rule.", 0, "Device.Box.Rule.{i}.      AD\nDevice.Box.Rule.{i}.Name  R\n"},
+        {"names Device.Box.Port.{i}.Queue.8.", 0,
+         "Device.Box.Port.{i}.Queue.{i}.        -\nDevice.Box.Port.{i}.Queue.{i}.Weight  W\n"},
+        {"get Device.Faulty. Device.Box.Name", 4, "Device.Box.Name  box\n"},
+    };
+    for (const OutputRow& row : rows) {
+        const auto result = sandbox.run(row.arguments);
+        EXPECT_EQ(result.exit, row.exit) << row.arguments << result.err;
+        EXPECT_EQ(result.out, row.out) << row.arguments;
+    }
+}
+
+TEST_F(Dm, PrintsNothingButJsonWhenAsked) {
+    const OutputRow rows[] = {
+        {"get Device.Box.Text Device.Faulty.Broken", 1,
+         R"({"parameters":[{"path":"Device.Box.Text","value":"a\u001b[2J\n)"
+         "\xEF\xBF\xBD\xc2\x9b\xe2\x80\xaez\xc3\xa9"
+         R"("}],"errors":[{"path":"Device.Faulty.Broken","fault":9002,"message":"the value cannot be read"}]})"},
+        {"set Device.Box.Name=refuse3", 1,
+         R"({"parameters":[{"path":"Device.Box.Name","value":"refuse3","passes":["stage"]}],"reverted":true,)"
+         R"("applyFlags":112,"services":["WAN","LAN","IPTV"],"errors":[{"path":"Device.Box.Name","fault":9007,)"
+         R"("message":"the value was refused in the check pass","pass":"check"}]})"},
+        {"list Device.Box.Rule.", 0,
+         R"({"parameters":[],"instances":["Device.Box.Rule.2.","Device.Box.Rule.3.","Device.Box.Rule.70."],)"
+         R"("errors":[]})"},
+        {"names Device.Box.Name", 0,
+         R"({"parameters":[],"names":[{"path":"Device.Box.Name","access":"W"}],"errors":[]})"},
+    };
+    for (const OutputRow& row : rows) {
+        const auto result = sandbox.run(std::string("--json --log 7 ") + row.arguments);
+        EXPECT_EQ(result.exit, row.exit) << row.arguments;
+        EXPECT_EQ(compact(result.out), row.out) << row.arguments;
+    }
+}
+
+TEST_F(Dm, NamesTheServiceOfEachApplyFlag) {
+    EXPECT_EQ(sandbox.run("set Device.Box.Late=", "AGENT_FLAGS=0xfff7").out,
+              "Device.Box.Late  apply\napply flags 0xfff7: wireless, management server, DHCP server, WAN, "
+              "LAN, IPTV, "
+              "NAT, XMPP, download diagnostics, upload diagnostics, STUN, IP ping diagnostics, "
+              "trace-route diagnostics, UDP echo, wireless mode\n");
+}
+
+TEST_F(Dm, HandsTheLogLevelOn) {
+    EXPECT_EQ(sandbox.run("get Device.Box.Name --log 6").err, "level 6 syslog 0\nnoise of Box_Name\n");
+}
+
+struct ErrorRow {
+    const char* arguments;
+    int exit;
+    const char* line;
+    const char* environment = "";
+};
+
+TEST_F(Dm, NamesPathAndFaultOfEachError) {
+    const ErrorRow rows[] = {
+        {"get Device.Box.Nothing", 3, "dm: Device.Box.Nothing: fault 9005: unknown path\n"},
+        {"get Device.Box", 3, "dm: Device.Box: fault 9005: an object's path ends in '.'\n"},
+        {"get Device.Box.Name.", 3, "fault 9005: a parameter's path does not end in '.'\n"},
+        {"get Device..Name", 2, "fault 9005: the path has an empty segment\n"},
+        {"get Box.Name", 2, "fault 9005: the path has no root object\n"},
+        {"get ''", 2, "fault 9005: the path is empty\n"},
+        {"get Device.Box.Port.0.Speed", 2, "fault 9005: '0' is not an instance number\n"},
+        {"get Device.Box.Port.Speed", 2, "fault 9005: 'Speed' is not an instance number\n"},
+        {"get Device.Box.Port.99999999999.Speed", 2, "'99999999999' is not an instance number\n"},
+        {"get Device.Box.Port.3.Speed", 3, "fault 9005: there is no instance 3 of Device.Box.Port.{i}.\n"},
+        {"get Device.Box.Port.1.Queue.3.", 3, "there is no instance 3 of Device.Box.Port.1.Queue.{i}.\n"},
+        {"get Device.Box.Rule.4.Name", 3, "there is no instance 4 of Device.Box.Rule.{i}.\n"},
+        {"get Device.Box.Port.", 1, "'many' is not a number of instances\n", "AGENT_PORTS=many"},
+        {"get Device.Box.Port.", 1, "'4097' is not a number of instances\n", "AGENT_PORTS=4097"},
+        {"get Device.Faulty.Broken", 1, "dm: Device.Faulty.Broken: fault 9002: the value cannot be read\n"},
+        {"get Device.Faulty.Absent", 4, "fault 9002: the library has no handler Faulty_Absent\n"},
+        {"set Device.Box.Text=1", 1, "dm: Device.Box.Text: fault 9008: the parameter is read-only\n"},
+        {"set Device.Box.Name=1 Device.Box.Name=2", 1, "dm: Device.Box.Name: fault 9003: set twice\n"},
+        {"set Device.Box.Name", 2, "dm: Device.Box.Name: PATH=VALUE expected\n"},
+        {"set Device.Box.=1", 3, "dm: Device.Box.: fault 9005: an object has no value\n"},
+        {"set Device.Box.Name=1 Device.Faulty.Absent=1", 4, "the library has no handler Faulty_Absent\n"},
+        {"set Device.Box.Name=refuse1", 1, "fault 9007: the value was refused in the apply pass\n"},
+        {"add Device.Box.Rule.", 1, "dm: Device.Box.Rule.{i}.: fault 9003: no instance can be added\n",
+         "AGENT_OBJECT_ANSWER=1"},
+        {"add Device.Box.Rule.", 1, "fault 9005: no instance can be added\n", "AGENT_OBJECT_ANSWER=9005"},
+        {"add Device.Box.Rule.", 1, "fault 9002: the handler answered no instance number\n", "AGENT_ADDED=x"},
+        {"add Device.Box.Port.", 1, "fault 9005: instances of this object are fixed\n"},
+        {"add Device.Box.", 3, "fault 9005: the path names no multi-instance object\n"},
+        {"del Device.Box.Rule.3.", 1, "dm: Device.Box.Rule.3.: fault 9003: the instance cannot be deleted\n",
+         "AGENT_OBJECT_ANSWER=1"},
+        {"del Device.Box.Rule.4.", 3, "there is no instance 4 of Device.Box.Rule.{i}.\n"},
+        {"del Device.Box.Rule.", 3, "fault 9005: the path names no instance\n"},
+        {"get $(printf 'Device.\\033c')", 3, "dm: Device.\\x1bc: fault 9005: unknown path\n"},
+        {"--root nowhere get Device.Box.Name", 5, "dm: nowhere: the root cannot be entered: No such file"},
+        {"--library nowhere.so get Device.Box.Name", 4, "dm: nowhere.so: cannot be loaded: "},
+        {"--library model/10-box.txt get Device.Box.Name", 4, "cannot be loaded: "},
+        {"--model nowhere get Device.Box.Name", 4, "dm: nowhere: no model: No such file"},
+        {"get Device.Box.Name >/dev/full", 5, "dm: standard output: cannot be written\n"},
+        {"get", 2, "PATH is required"},
+        {"frobnicate", 2, ""},
+    };
+    for (const ErrorRow& row : rows) {
+        const auto result = sandbox.run(row.arguments, row.environment);
+        EXPECT_EQ(result.exit, row.exit) << row.arguments;
+        EXPECT_NE(result.err.find(row.line), std::string::npos) << row.arguments << "\n" << result.err;
+    }
+}
+
+TEST_F(Dm, CallsNoSetHandlerWhenAnAssignmentIsRefusedBeforehand) {
+    EXPECT_EQ(sandbox.run("set Device.Box.Name=1 Device.Box.Text=2").calls, "");
+}
+
+TEST_F(Dm, RefusesABrokenModel) {
+    const ErrorRow rows[] = {
+        {"Device.A", 4, "model/30.txt:1: the access is missing"},
+        {"Device.A X", 4, "unknown access X"},
+        {"Other.A R", 4, "not below a root object"},
+        {"Device.A. -", 4, "an object ends with {i}."},
+        {"Device.A..B R", 4, "empty path segment"},
+        {"\n\nDevice.A R colour=red", 4, "model/30.txt:3: unknown attribute colour=red"},
+        {"Device.A.{i}. - count=Device.B", 4, "count= names no parameter"},
+        {"Device.A.{i}. - instances=0", 4, "instances= takes a number from 1"},
+        {"Device.A.{i}. -", 4, "tells no number of instances"},
+        {"Device.A.{i}.B R", 4, "Device.A.{i}.: the model has no line for this object"},
+        {"Device.A R\nDevice.A W", 4, "a second line for Device.A"},
+        {"Device.A R\nDevice.A.B R", 4, "a parameter with others below"},
+        {"Device.A.{i}. AD\nDevice.A.B R", 4, "names beside instance numbers"},
+        {"Device.A R locate=1", 4, "locate= takes positions"},
+    };
+    for (const ErrorRow& row : rows) {
+        sandbox.write("model/30.txt", row.arguments);
+        const auto result = sandbox.run("names");
+        EXPECT_EQ(result.exit, row.exit) << row.arguments;
+        EXPECT_NE(result.err.find(row.line), std::string::npos) << row.arguments << "\n" << result.err;
+    }
+}
+
+TEST_F(Dm, EntersTheRouterRootBeforeItLoadsAnything) {
+    const auto result = sandbox.run_bare("--root . --library /library.so --model /model get Device.Box.Name",
+                                         "AGENT_CALLS=/calls");
+    if (result.exit == 5) GTEST_SKIP() << "neither chroot nor a user namespace is allowed here";
+    EXPECT_EQ(result.out, "Device.Box.Name  box\n");
+    EXPECT_EQ(result.calls, "Box_Name 0 [00000000]\n");
+}
+
+}  // namespace

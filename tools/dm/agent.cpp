@@ -1,0 +1,162 @@
+#include "agent.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <numeric>
+
+#include "failure.h"
+#include "text.h"
+
+namespace cwmp {
+
+namespace {
+
+// Follows the arguments of every call: handlers of the management server's URLs read the ACS URL in use and
+// the connection-request address from it and stand its absence.
+constexpr void* kAgentState = nullptr;
+
+// No table of a router comes near this; a count beyond it is a broken store.
+constexpr int kMostInstances = 4096;
+constexpr int kLeastListCapacity = 64;
+
+using Locate = std::array<int, kLocateSize>;
+using ValueBuffer = std::vector<char>;
+
+// Handlers may rewrite their array, so each call gets a new one.
+Locate locate_of(const Node& node, const std::vector<int>& numbers) {
+    Locate locate{};
+    if (!node.locate) {
+        std::copy(numbers.begin(), numbers.end(), locate.begin());
+        return locate;
+    }
+    size_t next = 0;
+    for (size_t position : *node.locate) {
+        if (position <= numbers.size()) locate[next++] = numbers[position - 1];
+    }
+    return locate;
+}
+
+std::string text_of(ValueBuffer& buffer) {
+    buffer.back() = '\0';
+    return buffer.data();
+}
+
+// Object handlers answer 1 or a TR-069 fault number.
+void require_done(int result, const std::string& path, const char* refusal) {
+    if (result == 0) return;
+    const bool is_fault = result >= 9000 && result <= 9899;
+    throw Failure{path, is_fault ? result : kInvalidArguments, Exit::Refused, refusal};
+}
+
+}  // namespace
+
+void Agent::set_log_level(int level) const {
+    const cwmp_handler handler = library_.find("debug_level");
+    if (!handler) throw Failure{"debug_level", kNoFault, Exit::Unusable, "not exported by the library"};
+    int levels[2] = {level, 0};
+    call(handler, CWMP_OP_APPLY, levels, kAgentState);
+}
+
+cwmp_handler Agent::handler_of(const Node& node, const std::string& path) const {
+    const cwmp_handler handler = library_.find(node.handler);
+    if (handler) return handler;
+    throw Failure{path, kInternalError, Exit::Unusable, "the library has no handler " + node.handler};
+}
+
+std::string Agent::get(const Node& parameter, const std::vector<int>& numbers) const {
+    const std::string path = concrete_path(parameter.path, numbers);
+    const cwmp_handler handler = handler_of(parameter, path);
+    Locate locate = locate_of(parameter, numbers);
+    ValueBuffer value(CWMP_VALUE_SIZE);
+    if (call(handler, CWMP_OP_GET, locate.data(), value.data(), kAgentState) != 0) {
+        throw Failure{path, kInternalError, Exit::Refused, "the value cannot be read"};
+    }
+    return text_of(value);
+}
+
+int Agent::set(cwmp_handler handler, const Target& target, int op, const std::string& value,
+               unsigned& flags) {
+    Locate locate = locate_of(*target.node, target.numbers);
+    return call(handler, op, locate.data(), value.c_str(), &flags, kAgentState);
+}
+
+bool Agent::revert(unsigned& flags) const {
+    const cwmp_handler handler = library_.find("func_obj_revert");
+    if (!handler) return false;
+    Locate locate{};
+    return call(handler, CWMP_OP_APPLY, locate.data(), "", &flags, kAgentState) == 0;
+}
+
+const std::vector<int>& Agent::instances(const Node& table, const std::vector<int>& outer) {
+    const std::string path = concrete_path(table.path, outer);
+    auto [entry, is_new] = instances_.try_emplace(path);
+    if (!is_new) return entry->second;
+    if (table.writable) {
+        entry->second = listed(table, outer);
+    } else {
+        entry->second.resize(static_cast<size_t>(counted(table, outer)));
+        std::iota(entry->second.begin(), entry->second.end(), 1);
+    }
+    return entry->second;
+}
+
+int Agent::counted(const Node& table, const std::vector<int>& outer) const {
+    if (!table.count) return table.instances;
+    const std::string text = get(*table.count, outer);
+    const auto number = decimal<int>(text);
+    if (number && *number >= 0 && *number <= kMostInstances) return *number;
+    throw Failure{concrete_path(table.count->path, outer), kInternalError, Exit::Refused,
+                  "'" + text + "' is not a number of instances"};
+}
+
+std::vector<int> Agent::listed(const Node& table, const std::vector<int>& outer) const {
+    const std::string path = concrete_path(table.path, outer);
+    const cwmp_handler handler = handler_of(table, path);
+    Locate locate = locate_of(table, outer);
+    uint32_t capacity = static_cast<uint32_t>(std::max(counted(table, outer), kLeastListCapacity));
+    std::vector<uint32_t> numbers(capacity);
+    require_done(call(handler, CWMP_OP_LIST, locate.data(), numbers.data(), &capacity, kAgentState), path,
+                 "the instances cannot be listed");
+    // The handler tells no count: the numbers end at the first entry that it left at zero.
+    const auto end =
+        std::find_if(numbers.begin(), numbers.end(), [](uint32_t n) { return n == 0 || n > INT32_MAX; });
+    return {numbers.begin(), end};
+}
+
+void Agent::require_instances(const Target& target) {
+    for (size_t i = 0; i < target.numbers.size(); ++i) {
+        const std::vector<int> outer(target.numbers.begin(),
+                                     target.numbers.begin() + static_cast<ptrdiff_t>(i));
+        const auto& numbers = instances(*target.tables[i], outer);
+        if (std::find(numbers.begin(), numbers.end(), target.numbers[i]) != numbers.end()) continue;
+        throw Failure{target.path, kInvalidName, Exit::Missing,
+                      "there is no instance " + std::to_string(target.numbers[i]) + " of " +
+                          concrete_path(target.tables[i]->path, outer)};
+    }
+}
+
+int Agent::add(const Node& table, const std::vector<int>& outer, unsigned& flags) const {
+    const std::string path = concrete_path(table.path, outer);
+    const cwmp_handler handler = handler_of(table, path);
+    Locate locate = locate_of(table, outer);
+    ValueBuffer text(CWMP_VALUE_SIZE);
+    require_done(call(handler, CWMP_OP_ADD, locate.data(), text.data(), &flags, kAgentState), path,
+                 "no instance can be added");
+    const int number = decimal<int>(text_of(text)).value_or(0);
+    if (number > 0) return number;
+    throw Failure{path, kInternalError, Exit::Refused, "the handler answered no instance number"};
+}
+
+void Agent::remove(const Node& table, const std::vector<int>& outer, int number, unsigned& flags) const {
+    std::vector<int> numbers = outer;
+    numbers.push_back(number);
+    const std::string path = concrete_path(table.path, numbers);
+    const cwmp_handler handler = handler_of(table, path);
+    Locate locate = locate_of(table, outer);
+    const std::string text = std::to_string(number);
+    require_done(call(handler, CWMP_OP_DELETE, locate.data(), text.c_str(), &flags, kAgentState), path,
+                 "the instance cannot be deleted");
+}
+
+}  // namespace cwmp

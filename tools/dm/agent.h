@@ -1,0 +1,48 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "library.h"
+#include "model.h"
+#include "path.h"
+
+namespace cwmp {
+
+// Calls handlers the way the management agent does. Failed operations throw Failure.
+class Agent {
+  public:
+    explicit Agent(const Library& library) : library_(library) {}
+
+    void set_log_level(int level) const;
+
+    std::string get(const Node& parameter, const std::vector<int>& numbers) const;
+
+    // The handler's own answer to one pass; the transaction judges it.
+    static int set(cwmp_handler handler, const Target& target, int op, const std::string& value,
+                   unsigned& flags);
+
+    // Whether the library could be asked to revert.
+    bool revert(unsigned& flags) const;
+
+    // The instance numbers of a table in ascending order. Read once, then remembered.
+    const std::vector<int>& instances(const Node& table, const std::vector<int>& outer);
+
+    // Fails unless each instance number on the path exists.
+    void require_instances(const Target& target);
+
+    int add(const Node& table, const std::vector<int>& outer, unsigned& flags) const;
+    void remove(const Node& table, const std::vector<int>& outer, int number, unsigned& flags) const;
+
+    cwmp_handler handler_of(const Node& node, const std::string& path) const;
+
+  private:
+    int counted(const Node& table, const std::vector<int>& outer) const;
+    std::vector<int> listed(const Node& table, const std::vector<int>& outer) const;
+
+    const Library& library_;
+    std::map<std::string, std::vector<int>> instances_;
+};
+
+}  // namespace cwmp

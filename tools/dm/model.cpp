@@ -1,0 +1,230 @@
+#include "model.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+#include "failure.h"
+#include "text.h"
+
+namespace cwmp {
+
+namespace {
+
+using Kind = Node::Kind;
+
+struct Place {
+    std::string file;
+    int line;
+
+    [[noreturn]] void fail(const std::string& message) const {
+        throw Failure{file + ":" + std::to_string(line), kNoFault, Exit::Unusable, message};
+    }
+};
+
+struct CountLink {
+    Node* table;
+    std::string path;
+    Place place;
+};
+
+size_t instance_numbers(std::string_view path) {
+    const auto segments = split(path, '.');
+    return static_cast<size_t>(std::count(segments.begin(), segments.end(), kInstance));
+}
+
+// Segments of a path; the empty one after a final "." is dropped.
+std::vector<std::string> path_segments(std::string_view path) {
+    if (path.ends_with('.')) path.remove_suffix(1);
+    return split(path, '.');
+}
+
+std::string handler_name(std::string_view path) {
+    std::string name;
+    const auto segments = path_segments(path);
+    for (size_t i = 1; i < segments.size(); ++i) {
+        if (segments[i] == kInstance) continue;
+        if (!name.empty()) name += '_';
+        name += segments[i];
+    }
+    return name;
+}
+
+class Reader {
+  public:
+    explicit Reader(Node& root) : root_(root) {}
+
+    void read(const std::filesystem::path& file) {
+        std::ifstream input(file);
+        Place place{file.string(), 0};
+        std::string line;
+        while (std::getline(input, line)) {
+            ++place.line;
+            read_line(line.substr(0, line.find('#')), place);
+        }
+        if (!input.eof()) place.fail("cannot be read");
+    }
+
+    // What can be told only when all files are known.
+    void finish() {
+        for (const CountLink& link : counts_) link_count(link);
+        check(root_);
+    }
+
+  private:
+    void read_line(const std::string& line, const Place& place) {
+        std::istringstream columns(line);
+        std::string path, access, attribute;
+        if (!(columns >> path)) return;
+        if (!(columns >> access)) place.fail("the access is missing");
+        Node& node = insert(path, place);
+        set_access(node, access, place);
+        while (columns >> attribute) set_attribute(node, attribute, place);
+    }
+
+    Node& insert(const std::string& path, const Place& place) {
+        const auto segments = path_segments(path);
+        if (segments.size() < 2 || !is_root_object(segments.front()))
+            place.fail("not below a root object: " + path);
+        if (instance_numbers(path) > kLocateSize) place.fail("too many instance numbers");
+        const bool table = path.ends_with('.');
+        if (table != (segments.back() == kInstance))
+            place.fail("an object ends with {i}. and a parameter does not");
+        Node* node = &root_;
+        for (const std::string& segment : segments) node = &enter(*node, segment, place);
+        if (node->kind != Kind::Branch) place.fail("a second line for " + path);
+        node->kind = table ? Kind::Table : Kind::Parameter;
+        node->path = path;
+        node->handler = handler_name(path);
+        return *node;
+    }
+
+    static Node& enter(Node& parent, const std::string& segment, const Place& place) {
+        if (segment.empty()) place.fail("empty path segment");
+        for (const auto& child : parent.children) {
+            if (child->segment == segment) return *child;
+        }
+        auto& child = parent.children.emplace_back(std::make_unique<Node>());
+        child->segment = segment;
+        child->path = parent.path + segment + '.';
+        return *child;
+    }
+
+    static void set_access(Node& node, const std::string& access, const Place& place) {
+        const bool table = node.kind == Kind::Table;
+        node.writable = access == (table ? "AD" : "W");
+        if (!node.writable && access != (table ? "-" : "R")) place.fail("unknown access " + access);
+    }
+
+    void set_attribute(Node& node, const std::string& attribute, const Place& place) {
+        const size_t equals = attribute.find('=');
+        const std::string name = attribute.substr(0, equals);
+        const std::string value = equals == std::string::npos ? "" : attribute.substr(equals + 1);
+        const bool table = node.kind == Kind::Table;
+        if (name == "locate") {
+            node.locate = locate_positions(value, node, place);
+        } else if (name == "handler" && !value.empty()) {
+            node.handler = value;
+        } else if (attribute == "passes=apply" && !table) {
+            node.apply_only = true;
+        } else if (name == "count" && table) {
+            counts_.push_back({&node, value, place});
+        } else if (name == "instances" && table) {
+            node.instances = decimal<int>(value).value_or(0);
+            if (node.instances < 1) place.fail("instances= takes a number from 1");
+        } else {
+            place.fail("unknown attribute " + attribute);
+        }
+    }
+
+    static std::vector<size_t> locate_positions(const std::string& value, const Node& node,
+                                                const Place& place) {
+        std::vector<size_t> positions;
+        if (value == "none") return positions;
+        for (const std::string& part : split(value, ',')) {
+            const size_t position = decimal<size_t>(part).value_or(0);
+            if (position < 1 || position > instance_numbers(node.path)) {
+                place.fail("locate= takes positions of the path's instance numbers or none");
+            }
+            positions.push_back(position);
+        }
+        if (positions.size() > kLocateSize) place.fail("too many positions in locate=");
+        return positions;
+    }
+
+    void link_count(const CountLink& link) const {
+        const Node* node = &root_;
+        for (const std::string& segment : split(link.path, '.')) node = node ? node->child(segment) : nullptr;
+        if (!node || node->kind != Kind::Parameter)
+            link.place.fail("count= names no parameter: " + link.path);
+        if (instance_numbers(node->path) >= instance_numbers(link.table->path)) {
+            link.place.fail("count= may hold the outer instance numbers only");
+        }
+        link.table->count = node;
+    }
+
+    static void check(const Node& node) {
+        auto fail = [&](const char* message) { throw Failure{node.path, kNoFault, Exit::Unusable, message}; };
+        if (node.kind == Kind::Parameter && !node.children.empty())
+            fail("the model has a parameter with others below");
+        if (node.segment == kInstance) {
+            if (node.kind != Kind::Table) fail("the model has no line for this object");
+            if (!node.writable && !node.count && !node.instances)
+                fail("the model tells no number of instances");
+        }
+        if (node.child(kInstance) && node.children.size() > 1)
+            fail("the model has names beside instance numbers");
+        for (const auto& child : node.children) check(*child);
+    }
+
+    Node& root_;
+    std::vector<CountLink> counts_;
+};
+
+}  // namespace
+
+const Node* Node::child(std::string_view name) const {
+    for (const auto& child : children) {
+        if (child->segment == name) return child.get();
+    }
+    return nullptr;
+}
+
+std::string_view Node::access() const {
+    if (kind == Kind::Table) return writable ? "AD" : "-";
+    return writable ? "W" : "R";
+}
+
+bool Node::has_handler() const { return kind == Kind::Parameter || (kind == Kind::Table && writable); }
+
+Model::Model(const std::filesystem::path& directory) {
+    std::vector<std::filesystem::path> files;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().extension() == ".txt") files.push_back(entry->path());
+    }
+    if (error) throw Failure{directory.string(), kNoFault, Exit::Unusable, "no model: " + error.message()};
+    if (files.empty()) throw Failure{directory.string(), kNoFault, Exit::Unusable, "no model files here"};
+    std::sort(files.begin(), files.end());
+    Reader reader(root_);
+    for (const auto& file : files) reader.read(file);
+    reader.finish();
+}
+
+bool is_root_object(std::string_view segment) {
+    return segment == "Device" || segment == "InternetGatewayDevice";
+}
+
+std::string concrete_path(std::string_view model_path, const std::vector<int>& numbers) {
+    std::string path(model_path);
+    size_t at = 0;
+    for (int number : numbers) {
+        at = path.find(kInstance, at);
+        if (at == std::string::npos) break;
+        path.replace(at, kInstance.size(), std::to_string(number));
+    }
+    return path;
+}
+
+}  // namespace cwmp

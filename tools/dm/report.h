@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "failure.h"
+
+namespace cwmp {
+
+// What a command found and did; printed once at its end.
+struct Report {
+    struct Parameter {
+        std::string path;
+        std::string value;
+        std::vector<std::string> passes = {};  // the SET passes that its handler accepted
+    };
+    struct Name {
+        std::string path;
+        std::string access;
+    };
+
+    std::vector<Parameter> parameters;
+    std::optional<std::vector<std::string>> instances;
+    std::optional<std::vector<Name>> names;
+    std::optional<unsigned> apply_flags;
+    std::optional<bool> reverted;
+    std::vector<Failure> errors;
+
+    Exit exit() const;
+};
+
+// Tables for people, without the errors.
+void print_text(const Report& report, FILE* out);
+
+void print_json(const Report& report, FILE* out);
+
+// One line for each error.
+void print_errors(const Report& report, FILE* err);
+
+}  // namespace cwmp

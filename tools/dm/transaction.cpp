@@ -1,0 +1,63 @@
+#include "transaction.h"
+
+#include "failure.h"
+
+namespace cwmp {
+
+namespace {
+
+struct Pass {
+    int op;
+    const char* name;
+};
+
+constexpr Pass kPasses[] = {{CWMP_OP_STAGE, "stage"}, {CWMP_OP_CHECK, "check"}, {CWMP_OP_APPLY, "apply"}};
+
+}  // namespace
+
+void Transaction::add(const std::string& assignment) {
+    const size_t equals = assignment.find('=');
+    if (equals == std::string::npos)
+        throw Failure{assignment, kNoFault, Exit::Malformed, "PATH=VALUE expected"};
+    const std::string path = assignment.substr(0, equals);
+    Target target = find_target(model_, path);
+    if (target.partial) throw Failure{path, kInvalidName, Exit::Missing, "an object has no value"};
+    if (!target.node->writable)
+        throw Failure{path, kNotWritable, Exit::Refused, "the parameter is read-only"};
+    for (const Setting& other : settings_) {
+        if (other.target.path == path) throw Failure{path, kInvalidArguments, Exit::Refused, "set twice"};
+    }
+    agent_.require_instances(target);
+    const cwmp_handler handler = agent_.handler_of(*target.node, path);
+    settings_.push_back({std::move(target), assignment.substr(equals + 1), handler, {}});
+}
+
+void Transaction::run() {
+    try {
+        run_passes();
+    } catch (const Failure& refusal) {
+        report_.errors.push_back(refusal);
+        report_.reverted = agent_.revert(flags_);
+    }
+    report_.apply_flags = flags_;
+    for (const Setting& setting : settings_) {
+        if (!setting.passes.empty()) {
+            report_.parameters.push_back({setting.target.path, setting.value, setting.passes});
+        }
+    }
+}
+
+void Transaction::run_passes() {
+    for (const Pass& pass : kPasses) {
+        for (Setting& setting : settings_) {
+            if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
+            if (Agent::set(setting.handler, setting.target, pass.op, setting.value, flags_) != 0) {
+                throw Failure{setting.target.path, kInvalidValue, Exit::Refused,
+                              std::string("the value was refused in the ") + pass.name + " pass", pass.name};
+            }
+            setting.passes.emplace_back(pass.name);
+        }
+    }
+}
+
+}  // namespace cwmp

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "agent.h"
+#include "report.h"
+
+namespace cwmp {
+
+// One SetParameterValues transaction: nothing is called before every assignment has been looked at.
+class Transaction {
+  public:
+    Transaction(Agent& agent, const Model& model, Report& report)
+        : agent_(agent), model_(model), report_(report) {}
+
+    // Takes PATH=VALUE. Throws Failure when the parameter cannot be set.
+    void add(const std::string& assignment);
+
+    // All handlers with each pass in turn; reverts at the first refusal.
+    void run();
+
+  private:
+    struct Setting {
+        Target target;
+        std::string value;
+        cwmp_handler handler;
+        std::vector<std::string> passes;  // that the handler accepted
+    };
+
+    void run_passes();
+
+    Agent& agent_;
+    const Model& model_;
+    Report& report_;
+    std::vector<Setting> settings_;
+    unsigned flags_ = 0;
+};
+
+}  // namespace cwmp
