@@ -13,8 +13,8 @@ set_target_properties(cwmp-datamodel PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 
-# The standard library's templates are instantiated here, without exceptions: none of its objects is linked.
-target_compile_definitions(cwmp-datamodel PRIVATE _GLIBCXX_EXTERN_TEMPLATE=0)
+# Without exceptions nothing of the C++ runtime is needed but the few string functions that are linked statically;
+# src/core/runtime.cpp keeps them from drawing in the rest.
 target_compile_options(cwmp-datamodel PRIVATE
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-semantic-interposition
     -ffunction-sections -fdata-sections

@@ -10,9 +10,9 @@ namespace cwmp {
 
 // A place in the store. Written as a path: Section{"cwmp", "info"} / "url".
 struct OptionPath {
-    const char* package;
-    const char* section;
-    const char* option;
+    const char* package = nullptr;
+    const char* section = nullptr;
+    const char* option = nullptr;
 };
 
 struct Section {

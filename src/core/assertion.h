@@ -4,10 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-#define CONTRACT_ASSERT(unit, condition)                                             \
-    do {                                                                             \
-        if (!(condition)) {                                                          \
-            std::fprintf(stderr, "%s: assertion \"%s\" failed\n", unit, #condition); \
-            std::abort();                                                            \
-        }                                                                            \
+// text is the condition as the contract words it.
+#define CONTRACT_ASSERT(unit, condition, text)                                 \
+    do {                                                                       \
+        if (!(condition)) {                                                    \
+            std::fprintf(stderr, "%s: assertion \"%s\" failed\n", unit, text); \
+            std::abort();                                                      \
+        }                                                                      \
     } while (false)

@@ -25,7 +25,7 @@ class Message {
     const char* text() const { return text_; }
 
   private:
-    char text_[2048];
+    char text_[2048] = {};
 };
 
 std::string console_command(const char* message) {

@@ -123,7 +123,7 @@ int libutil_addrStrToNum(const char* text, uint32_t* address) {
 }
 
 int libutil_netChkDotIpAddr(const char* pStrIp) {
-    CONTRACT_ASSERT(kUnit, pStrIp != NULL);
+    CONTRACT_ASSERT(kUnit, pStrIp != nullptr, "pStrIp != NULL");
     const std::size_t length = std::strlen(pStrIp);
     if (length < 7 || length > 15) return 0;
     int dots = 0;
@@ -147,7 +147,7 @@ int libutil_netChkDotIpAddr(const char* pStrIp) {
 }
 
 int libutil_netChkStrMacAddr(const char* pStrMac) {
-    CONTRACT_ASSERT(kUnit, pStrMac != NULL);
+    CONTRACT_ASSERT(kUnit, pStrMac != nullptr, "pStrMac != NULL");
     constexpr std::size_t kLength = 17;
     if (std::strlen(pStrMac) != kLength) return 0;
     for (std::size_t i = 0; i < kLength; ++i) {
@@ -157,7 +157,7 @@ int libutil_netChkStrMacAddr(const char* pStrMac) {
 }
 
 int libutil_netChkLegalMacAddr(const char* pStrMac) {
-    CONTRACT_ASSERT(kUnit, pStrMac != NULL);
+    CONTRACT_ASSERT(kUnit, pStrMac != nullptr, "pStrMac != NULL");
     uint8_t mac[6] = {};
     if (libutil_macStrToEth(pStrMac, mac) != 0) {
         LOG_ERROR("Error mac: %s\n", pStrMac);
@@ -175,7 +175,8 @@ int libutil_netChkLegalIpAddr(const char* text) {
 
 int libutil_netChkSameSubnet(const char* pStrTestIp, const char* second_mask, const char* pStrIp,
                              const char* pStrMask) {
-    CONTRACT_ASSERT(kUnit, (pStrTestIp != NULL) && (pStrIp != NULL) && (pStrMask != NULL));
+    CONTRACT_ASSERT(kUnit, pStrTestIp != nullptr && pStrIp != nullptr && pStrMask != nullptr,
+                    "(pStrTestIp != NULL) && (pStrIp != NULL) && (pStrMask != NULL)");
     const uint32_t test = host_order(pStrTestIp);
     const uint32_t address = host_order(pStrIp);
     const uint32_t mask = host_order(pStrMask);
@@ -187,8 +188,8 @@ int libutil_netChkSameSubnet(const char* pStrTestIp, const char* second_mask, co
 }
 
 char* libutil_strncpy(char* dst, const char* src, int n) {
-    CONTRACT_ASSERT(kUnit, (dst != NULL) && (src != NULL));
-    CONTRACT_ASSERT(kUnit, n > 0);
+    CONTRACT_ASSERT(kUnit, dst != nullptr && src != nullptr, "(dst != NULL) && (src != NULL)");
+    CONTRACT_ASSERT(kUnit, n > 0, "n > 0");
     const auto size = static_cast<std::size_t>(n);
     const std::size_t length = strnlen(src, size - 1);
     std::memcpy(dst, src, length);
