@@ -138,7 +138,7 @@ int main(int argc, char** argv) {
         cwmp::enter_root(argv[1]);
         if (mode == "--repeat") return argc == 5 ? repeat(argv[3], std::atoi(argv[4])) : usage();
     } catch (const cwmp::Failure& failure) {
-        std::cerr << failure.path << ": " << failure.message << '\n';
+        std::cerr << failure.subject << ": " << failure.message << '\n';
         return 1;
     }
     benchmark::RegisterBenchmark("load_and_look_up", load_and_look_up, names);

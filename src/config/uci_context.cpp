@@ -87,7 +87,8 @@ int UciContext::set_option(const char* section, const char* option, const char* 
     if (deletes && (existing == nullptr || uci_lookup_option(context_.get(), existing, option) == nullptr)) {
         return UCI_OK;
     }
-    if (existing == nullptr || !is_uci_name(option)) return UCI_ERR_INVAL;
+    // A value that libuci cannot read back would be set, and lost when it is committed.
+    if (existing == nullptr || !is_uci_name(option) || !uci_validate_text(value)) return UCI_ERR_INVAL;
     uci_ptr pointer = pointer_to(package_, section, option, value);
     return uci_set(context_.get(), &pointer);
 }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 
 #include "failure.h"
@@ -12,6 +13,8 @@
 namespace cwmp {
 
 namespace {
+
+constexpr const char* kSearchPath = "/usr/lib/router/tools:/usr/sbin:/usr/bin:/sbin:/bin";
 
 bool write_file(const char* path, const std::string& text) {
     const File file(std::fopen(path, "we"));
@@ -33,7 +36,8 @@ bool become_namespace_root() {
 void enter_root(const std::string& directory) {
     bool entered = chroot(directory.c_str()) == 0;
     if (!entered && errno == EPERM) entered = become_namespace_root() && chroot(directory.c_str()) == 0;
-    if (entered && chdir("/") == 0) return;
+    // The caller's search path belongs to the host; commands are the root's own from here on.
+    if (entered && chdir("/") == 0 && setenv("PATH", kSearchPath, 1) == 0) return;
     throw Failure{directory, kNoFault, Exit::NotAllowed,
                   std::string("the root cannot be entered: ") + std::strerror(errno)};
 }

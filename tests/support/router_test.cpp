@@ -1,0 +1,226 @@
+// Calls of the library and what they left behind.
+#include "router_test.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <stdexcept>
+
+namespace {
+
+constexpr const char* kLibrary = "/usr/lib/libcwmp-datamodel.so";
+constexpr const char* kConsole = "/dev/console";
+constexpr const char* kCommands = "/var/log/router/commands";
+constexpr const char* kToolCalls = "/var/log/router/tools";
+constexpr int kMostConsoleBytes = 1 << 20;
+
+Texts split(const std::string& text, const std::string& end) {
+    Texts parts;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t stop = std::min(text.find(end, start), text.size());
+        parts.push_back(text.substr(start, stop - start));
+        start = stop + end.size();
+    }
+    return parts;
+}
+
+bool writes_console(const std::string& command) {
+    return command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n");
+}
+
+// "[  123] [name 45] text" without the numbers.
+std::string event_of(const std::string& line) {
+    const auto name = line.find("] [");
+    const auto number = line.find(' ', name + 3);
+    const auto text = line.find("] ", number);
+    if (name == std::string::npos || number == std::string::npos || text == std::string::npos) return line;
+    return line.substr(name + 3, number - name - 3) + ": " + line.substr(text + 2);
+}
+
+// A named pipe in place of the console keeps every line: a shell's `> /dev/console` would cut a plain file.
+int open_console() {
+    unlink(kConsole);
+    if (mkfifo(kConsole, 0666) != 0) throw std::runtime_error("no console");
+    const int descriptor = open(kConsole, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) throw std::runtime_error("console cannot be opened");
+    fcntl(descriptor, F_SETPIPE_SZ, kMostConsoleBytes);
+    return descriptor;
+}
+
+std::string row_name(const std::string& handler, const Locate& locate) {
+    std::ostringstream name;
+    name << handler << ' ' << ::testing::PrintToString(locate);
+    return name.str();
+}
+
+std::vector<char> output_buffer() {
+    std::vector<char> buffer(CWMP_VALUE_SIZE);
+    std::string(kUntouched).copy(buffer.data(), buffer.size());
+    return buffer;
+}
+
+}  // namespace
+
+void empty_router();  // world.cpp
+
+void RouterTest::SetUp() {
+    empty_router();
+    console_ = open_console();
+    library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
+    if (library_ == nullptr) throw std::runtime_error(dlerror());
+}
+
+void RouterTest::TearDown() {
+    if (library_ != nullptr) dlclose(library_);
+    // Process-wide state has to start anew with the next test.
+    EXPECT_EQ(dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library cannot be unloaded";
+    if (console_ >= 0) close(console_);
+    unlink(kConsole);
+    for (const auto& [path, text] : replaced_) {
+        if (text) {
+            file(path, *text);
+        } else {
+            std::filesystem::remove(path);
+        }
+    }
+}
+
+void* RouterTest::address(const char* name) {
+    void* found = dlsym(library_, name);
+    if (found == nullptr) throw std::runtime_error(std::string("the library does not export ") + name);
+    return found;
+}
+
+int RouterTest::call(cwmp_handler handler, int op, ...) {
+    va_list args;
+    va_start(args, op);
+    const int code = handler(op, args);
+    va_end(args);
+    return code;
+}
+
+RouterTest::Result RouterTest::get(const char* name, Locate locate) {
+    auto buffer = output_buffer();
+    Result result;
+    result.code = call(handler(name), CWMP_OP_GET, locate.data(), buffer.data());
+    result.value = buffer.data();
+    result.locate = locate;
+    drain_console();
+    return result;
+}
+
+RouterTest::Result RouterTest::set(const char* name, Locate locate, const std::string& value, int op,
+                                   unsigned flags) {
+    Result result{.value = value, .flags = flags};
+    result.code = call(handler(name), op, locate.data(), result.value.data(), &result.flags);
+    result.locate = locate;
+    drain_console();
+    EXPECT_EQ(result.value, value) << name << " changed the caller's text";
+    return result;
+}
+
+std::vector<int> RouterTest::set_in_passes(const char* name, Locate locate, const std::string& value) {
+    std::vector<int> codes;
+    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
+        codes.push_back(set(name, locate, value, op).code);
+    return codes;
+}
+
+RouterTest::Result RouterTest::add_instance(const char* name, Locate locate) {
+    auto buffer = output_buffer();
+    Result result;
+    result.code = call(handler(name), CWMP_OP_ADD, locate.data(), buffer.data(), &result.flags);
+    result.value = buffer.data();
+    result.locate = locate;
+    drain_console();
+    return result;
+}
+
+RouterTest::Result RouterTest::delete_instance(const char* name, Locate locate, const std::string& number) {
+    return set(name, locate, number, CWMP_OP_DELETE);
+}
+
+std::optional<std::vector<uint32_t>> RouterTest::list_instances(const char* name, Locate locate,
+                                                                uint32_t capacity) {
+    std::vector<uint32_t> numbers(capacity);
+    const int code = call(handler(name), CWMP_OP_LIST, locate.data(), numbers.data(), &capacity);
+    drain_console();
+    if (code != 0) return std::nullopt;
+    while (!numbers.empty() && numbers.back() == 0) numbers.pop_back();
+    return numbers;
+}
+
+void RouterTest::expect_answers(const std::vector<GetRow>& rows) {
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row_name(row.handler, row.locate));
+        const Result result = get(row.handler, row.locate);
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(result.value, row.value);
+    }
+}
+
+void RouterTest::expect_stored(const std::vector<SetRow>& rows) {
+    constexpr unsigned kEarlierFlag = 0x80000000;
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row_name(row.handler, row.locate) + " = " + row.value);
+        const Result result = set(row.handler, row.locate, row.value, CWMP_OP_APPLY, kEarlierFlag);
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(option(row.option), row.stored);
+        EXPECT_EQ(result.flags, row.flags | kEarlierFlag);
+    }
+}
+
+void RouterTest::expect_read_only(std::initializer_list<const char*> names) {
+    forget();
+    for (const char* name : names) {
+        SCOPED_TRACE(name);
+        // Null arguments: whoever takes one and uses it crashes.
+        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
+            EXPECT_EQ(call(handler(name), op, nullptr, nullptr, nullptr), -1);
+    }
+    EXPECT_THAT(console(), IsEmpty());
+    EXPECT_THAT(commands(), IsEmpty());
+}
+
+void RouterTest::level(int level, int syslog) {
+    const int32_t switches[] = {level, syslog};
+    call(handler("debug_level"), CWMP_OP_APPLY, switches, nullptr);
+}
+
+void RouterTest::drain_console() {
+    char piece[4096];
+    for (ssize_t count = 0; (count = read(console_, piece, sizeof piece)) > 0;)
+        console_text_.append(piece, static_cast<std::size_t>(count));
+}
+
+std::string RouterTest::raw_console() {
+    drain_console();
+    return console_text_;
+}
+
+Texts RouterTest::console() {
+    Texts events;
+    for (const auto& line : split(raw_console(), " \r\n")) events.push_back(event_of(line));
+    return events;
+}
+
+Texts RouterTest::commands() {
+    Texts texts = split(text_of(kCommands).value_or(""), std::string(1, '\0'));
+    std::erase_if(texts, writes_console);
+    return texts;
+}
+
+Texts RouterTest::tool_calls() { return split(text_of(kToolCalls).value_or(""), "\n"); }
+
+void RouterTest::forget() {
+    drain_console();
+    console_text_.clear();
+    unlink(kCommands);
+    unlink(kToolCalls);
+}
