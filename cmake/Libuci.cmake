@@ -37,6 +37,11 @@ function(cwmp_fetch_libuci_sources result)
 endfunction()
 
 function(cwmp_build_libuci prefix)
+    find_program(PKG_CONFIG_EXECUTABLE pkg-config)
+    if(NOT PKG_CONFIG_EXECUTABLE)
+        message(FATAL_ERROR "No libuci found, and building it takes pkg-config to find json-c (Debian 12: apt-get "
+                            "install pkg-config).")
+    endif()
     cwmp_fetch_libuci_sources(sources)
     set(work ${PROJECT_BINARY_DIR}/libuci-build)
     file(REMOVE_RECURSE ${work} ${prefix})

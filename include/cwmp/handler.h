@@ -13,9 +13,9 @@
  *
  *   locate      the instance numbers of the path, outermost first, zero-filled to at least CWMP_LOCATE_SIZE
  *               entries. A handler may rewrite the array: pass a fresh one with every call.
- *   value       GET: the answer is written here, NUL-terminated; CWMP_VALUE_SIZE bytes are enough for any
- * answer. SET: the new value, NUL-terminated, owned by the agent and left unchanged. applyFlags  the service
- * groups to re-apply (apply_flags.h) are ORed into this word; no bit is ever cleared.
+ *   value       GET: the answer is written here, NUL-terminated; CWMP_VALUE_SIZE bytes are enough for any answer.
+ *               SET: the new value, NUL-terminated, owned by the agent and left unchanged.
+ *   applyFlags  the service groups to re-apply (apply_flags.h) are ORed into this word; no bit is cleared.
  *
  * A SetParameterValues transaction calls every handler with op 2 (stage), then every one with op 3 (check),
  * then every one with op 1 (apply). Handlers of grouped settings split their work over the passes; every
@@ -27,9 +27,11 @@
  * Object handlers, named after a multi-instance object, take op 4, 5 and 6 and return 0, or 1 or a TR-069
  * fault number on failure:
  *
- *   add    (op 4)  int *locate, char *number (out: the new instance number, decimal), unsigned int
- * *applyFlags delete (op 5)  int *locate, const char *number, unsigned int *applyFlags list   (op 6)  int
- * *locate, uint32_t *numbers (out, ascending), uint32_t *capacity
+ *   add (op 4)     int *locate, char *number, unsigned int *applyFlags
+ *                  number receives the new instance number in decimal, at most 12 bytes.
+ *   delete (op 5)  int *locate, const char *number, unsigned int *applyFlags
+ *   list (op 6)    int *locate, uint32_t *numbers, uint32_t *capacity
+ *                  numbers receives at most *capacity instance numbers, ascending; their count is not told.
  *
  * Handlers keep process-wide records and scratch files: call them one at a time.
  */

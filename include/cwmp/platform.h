@@ -101,8 +101,8 @@ CWMP_EXPORT int getWanPort(void);
 CWMP_EXPORT int concatCmd(char* command, int index, const char* word);
 
 /*
- * The channels that a radio supports, from iwlist. The radio is chosen by locate, (1,1) or (1,2), else by
- * band (1 = 2.4 GHz, 2 = 5 GHz); no radio is -1. kind NULL counts in channel numbers, "freqency" in
+ * The channels that a radio supports, from iwlist. locate (1,1) or band 1 is the 2.4 GHz radio; otherwise locate
+ * (1,2) or band 2 is the 5 GHz radio; anything else is -1. kind NULL counts in channel numbers, "freqency" in
  * "2412MHz".
  *
  * op 0: value is the output buffer (at least 1024 bytes) and receives the comma-separated list; result 0.

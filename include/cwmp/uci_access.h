@@ -61,11 +61,9 @@ CWMP_EXPORT int uciRawDelSection(const char* package, const char* section, const
 
 /*
  * The mirror policy: with option isp_reset of section cwmp_settings in the device profile beginning "yes", a
- * change of package cwmp is repeated in a side copy: "/tmp/cwmp-config-force" for what the protected list
- * names,
- * "/tmp/cwmp-config" for the rest. The protected list is /etc/profile.d/cwmp-config-force: its lines of
- * exactly four blanks and "list cfg" name, in single quotes, a package, package.section or
- * package.section.option.
+ * change of package cwmp is repeated in a side copy: "/tmp/cwmp-config-force" for what the protected list names,
+ * "/tmp/cwmp-config" for the rest. The protected list is /etc/profile.d/cwmp-config-force: its lines of exactly
+ * four blanks and "list cfg" name, in single quotes, a package, package.section or package.section.option.
  */
 
 /* 0 when the protected list names the option, its section or its package, else 1. */

@@ -2,9 +2,10 @@
 
 #include <uci.h>
 
-#include <cctype>
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 namespace cwmp {
 namespace {
@@ -21,12 +22,15 @@ void use_private_save_directory(uci_context* context, const char* confdir) {
 }
 
 // libuci stores any name it is handed directly, and cannot read a package back that has others than these.
-bool is_uci_name(const char* name) {
-    if (*name == '\0') return false;
-    for (; *name != '\0'; ++name) {
-        if (std::isalnum(static_cast<unsigned char>(*name)) == 0 && *name != '_') return false;
-    }
-    return true;
+bool is_uci_name(std::string_view name) {
+    constexpr std::string_view kAllowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
+    return !name.empty() && name.find_first_not_of(kAllowed) == std::string_view::npos;
+}
+
+// Section types and packages may have a hyphen, too.
+bool is_uci_type(std::string type) {
+    std::replace(type.begin(), type.end(), '-', '_');
+    return is_uci_name(type);
 }
 
 uci_ptr pointer_to(uci_package* package, const char* section, const char* option, const char* value) {
@@ -40,6 +44,8 @@ uci_ptr pointer_to(uci_package* package, const char* section, const char* option
 }
 
 }  // namespace
+
+bool is_uci_package(const char* name) { return is_uci_type(name); }
 
 void UciContext::Free::operator()(uci_context* context) const { uci_free_context(context); }
 
@@ -94,7 +100,7 @@ int UciContext::set_option(const char* section, const char* option, const char* 
 }
 
 int UciContext::set_section(const char* section, const char* type) {
-    if (!is_uci_name(section) || *type == '\0') return UCI_ERR_INVAL;
+    if (!is_uci_name(section) || !is_uci_type(type)) return UCI_ERR_INVAL;
     uci_ptr pointer = pointer_to(package_, section, nullptr, type);
     return uci_set(context_.get(), &pointer);
 }

@@ -16,6 +16,9 @@ inline constexpr const char* kLiveStore = "/etc/config";
 inline constexpr const char* kScratchStore = "/tmp/tr069";
 inline constexpr const char* kProfileStore = "/etc/profile.d";
 
+// Whether libuci takes a name for a package of a configuration directory.
+bool is_uci_package(const char* name);
+
 class UciContext {
   public:
     // A null directory is the live store. The live store shares libuci's save directory with every other tool

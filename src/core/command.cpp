@@ -5,7 +5,7 @@
 
 namespace cwmp {
 
-Command::Command(const char* text) : pipe_(popen(text, "r")) {}
+Command::Command(const char* text) : pipe_(popen(text, "re")) {}
 
 std::optional<std::string> Command::line(std::size_t limit) {
     std::string line(limit + 1, '\0');

@@ -31,10 +31,10 @@ bool same_port(const char* name, const std::string& other) {
 
 // The index-th port that does not carry the WAN, empty when there are fewer.
 std::string lan_port(int index, const std::string& wan) {
+    int others = 0;
     for (const auto& name : eth_names) {
         if (name[0] == '\0') break;
-        if (same_port(name, wan)) continue;
-        if (--index == 0) return name;
+        if (!same_port(name, wan) && ++others == index) return name;
     }
     return {};
 }

@@ -5,6 +5,9 @@
 
 #include "config/store.h"
 
+static_assert(sizeof(void*) != 8 || sizeof(cwmp_interface_stack_row) == 24);
+static_assert(sizeof(void*) != 8 || sizeof(cwmp_application_interface) == 24);
+
 // Paths are compared by readers: the SSID paths are spelled WIFI, radios and access points WiFi.
 // clang-format off
 cwmp_interface_stack_row intfStacks[CWMP_INTERFACE_STACK_ROWS] = {

@@ -76,11 +76,11 @@ const char* find_line_of(const Interface& interface, const std::string& line) {
 
 int get_TotalBytesAndPackets_by_name(int op, va_list args, const char* const names[3], const char* counter) {
     const cwmp::GetArguments get(args);
-    const cwmp::Interface interface = cwmp::resolve(cwmp::chosen_name(get.locate(), names));
     if (op != CWMP_OP_GET) {
         LOG_ERROR("error set Bytes and Packets !\n");
         return cwmp::kRefused;
     }
+    const cwmp::Interface interface = cwmp::resolve(cwmp::chosen_name(get.locate(), names));
     cwmp::Fields fields;
     if (!interface.name.empty()) {
         cwmp::Command pipe("cat /proc/net/dev");
