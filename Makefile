@@ -3,7 +3,7 @@ PRESETS := release sanitize
 JOBS ?= $(shell nproc)
 DEMO_ROOT := build/release/demo-root
 
-.PHONY: help demo check bench format lint parameters aarch64 shell clean dependencies-% $(PRESETS)
+.PHONY: help demo check bench format lint parameters aarch64 shell clean $(PRESETS) $(DEMO_ROOT)
 
 help:
 	@echo "make demo        build, enter the sandboxed router, show and change parameters there"
@@ -18,18 +18,18 @@ help:
 dependencies-%:
 	@scripts/install-dependencies $(subst +, ,$*)
 
-build/%/build.ninja:
-	@cmake --preset $* >build-configure.log 2>&1 || { cat build-configure.log; rm -f build-configure.log; exit 1; }
-	@grep libuci: build-configure.log; rm -f build-configure.log
+configure-%:
+	@mkdir -p build
+	@cmake --preset $* >build/$*.log 2>&1 || { cat build/$*.log; exit 1; }
+	@grep libuci: build/$*.log
 
-release: dependencies-build+check+bench build/release/build.ninja
-	@cmake --build --preset release -j $(JOBS)
+$(PRESETS): %: dependencies-build+test+bench
+	@$(MAKE) --no-print-directory configure-$*
+	@cmake --build --preset $* -j $(JOBS)
 
-sanitize: dependencies-build+check+bench build/sanitize/build.ninja
-	@cmake --build --preset sanitize -j $(JOBS)
-
-$(DEMO_ROOT): release
-	@cmake --build --preset release --target demo-root
+$(DEMO_ROOT): dependencies-build
+	@$(MAKE) --no-print-directory configure-release
+	@cmake --build --preset release -j $(JOBS) --target demo-root
 
 demo: $(DEMO_ROOT)
 	@scripts/demo $(DEMO_ROOT)
@@ -38,19 +38,20 @@ shell: $(DEMO_ROOT)
 	@router/enter $(DEMO_ROOT)
 
 check: $(PRESETS)
-	@ctest --preset release -j $(JOBS)
-	@ctest --preset sanitize -j $(JOBS)
+	@for preset in $(PRESETS); do ctest --preset $$preset --no-tests=error -j $(JOBS) || exit 1; done
 
 bench: release
 	@scripts/bench build/release
 
-aarch64: dependencies-build+cross build/aarch64/build.ninja
+aarch64: dependencies-build+cross
+	@$(MAKE) --no-print-directory configure-aarch64
 	@cmake --build --preset aarch64 -j $(JOBS)
 
-format: dependencies-check
+format: dependencies-lint
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
-lint: dependencies-check build/release/build.ninja
+lint: dependencies-build+test+bench+lint
+	@$(MAKE) --no-print-directory configure-release
 	@scripts/lint build/release
 
 parameters:
