@@ -53,6 +53,15 @@ int open_console() {
     return descriptor;
 }
 
+int open_descriptors() {
+    constexpr int kMost = 1024;
+    int count = 0;
+    for (int descriptor = 0; descriptor < kMost; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) >= 0) ++count;
+    }
+    return count;
+}
+
 std::string row_name(const std::string& handler, const Locate& locate) {
     std::ostringstream name;
     name << handler << ' ' << ::testing::PrintToString(locate);
@@ -74,9 +83,11 @@ void RouterTest::SetUp() {
     console_ = open_console();
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) throw std::runtime_error(dlerror());
+    descriptors_ = open_descriptors();
 }
 
 void RouterTest::TearDown() {
+    EXPECT_EQ(open_descriptors(), descriptors_) << "a call left a file or a pipe open";
     if (library_ != nullptr) dlclose(library_);
     // Process-wide state has to start anew with the next test.
     EXPECT_EQ(dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library cannot be unloaded";

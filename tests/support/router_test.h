@@ -151,6 +151,7 @@ class RouterTest : public ::testing::Test {
 
     void* library_ = nullptr;
     int console_ = -1;
+    int descriptors_ = 0;
     std::string console_text_;
     std::map<std::string, std::optional<std::string>> replaced_;
 };

@@ -1,0 +1,143 @@
+#include "cwmp/logging.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "router_test.h"
+
+namespace {
+
+// What a system-log daemon would receive.
+class SystemLog {
+  public:
+    SystemLog() : socket_(socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
+        sockaddr_un address = {AF_UNIX, "/dev/log"};
+        unlink(address.sun_path);
+        EXPECT_EQ(bind(socket_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    }
+    ~SystemLog() {
+        close(socket_);
+        unlink("/dev/log");
+    }
+    SystemLog(const SystemLog&) = delete;
+    SystemLog& operator=(const SystemLog&) = delete;
+
+    // Entries without their time: "<11>cwmp: cwmp syslog:text".
+    Texts entries() const {
+        Texts texts;
+        char entry[4096];
+        for (ssize_t size = 0; (size = recv(socket_, entry, sizeof entry, 0)) >= 0;) {
+            std::string text(entry, static_cast<std::size_t>(size));
+            texts.push_back(text.erase(text.find('>') + 1, sizeof "Nov 21 12:00:00 " - 1));
+        }
+        return texts;
+    }
+
+  private:
+    int socket_;
+};
+
+class Logging : public RouterTest {
+  protected:
+    static std::string console_command(const std::string& message) {
+        char process[32];
+        std::snprintf(process, sizeof process, "[%5d] ", getpid());
+        return "echo \"" + (process + message) + "\" > /dev/console \r\n";
+    }
+    std::string recorded() { return text_of("/var/log/router/commands").value_or(""); }
+};
+
+TEST_F(Logging, WritesTheConsoleByOneEchoOfProcessIdAndMessage) {
+    FROM_LIBRARY(log_printf)(LOG_ERR, "[%s %d] %s-%d\n\n", "caller", 12, "text", 7);
+    char line[64];
+    std::snprintf(line, sizeof line, "[%5d] [caller 12] text-7\n\n \r\n", getpid());
+    EXPECT_EQ(raw_console(), line);
+    EXPECT_EQ(recorded(), console_command("[caller 12] text-7\n\n") + '\0');
+}
+
+TEST_F(Logging, WritesUpToTheThreshold) {
+    struct Row {
+        int threshold, level;
+        bool written;
+    };
+    EXPECT_EQ(FROM_LIBRARY(l_dbglvl), 3);
+    EXPECT_EQ(FROM_LIBRARY(use_syslog), 0);
+    for (const Row& row : {Row{3, 0, true}, Row{3, 3, true}, Row{3, 4, false}, Row{3, 6, false},
+                           Row{7, 7, true}, Row{0, 3, false}, Row{-1, 0, false}, Row{-1, -1, true}}) {
+        SCOPED_TRACE(::testing::PrintToString(row.threshold) + " " + ::testing::PrintToString(row.level));
+        FROM_LIBRARY(l_dbglvl) = row.threshold;
+        forget();
+        FROM_LIBRARY(log_printf)(row.level, "[f 1] event\n");
+        EXPECT_EQ(console(), row.written ? Texts{"f: event\n"} : Texts{});
+    }
+}
+
+TEST_F(Logging, PassesQuotesToTheShellAsTheyAre) {
+    FROM_LIBRARY(log_printf)(LOG_ERR, "[f 1] say \"a  b\" %s\n", "%s%n");
+    EXPECT_EQ(recorded(), console_command("[f 1] say \"a  b\" %s%n\n") + '\0');
+    EXPECT_THAT(console(), ElementsAre("f: say a b %s%n\n"));
+}
+
+TEST_F(Logging, CutsTheMessageButNotTheCommandAroundIt) {
+    const SystemLog log;
+    FROM_LIBRARY(use_syslog) = 1;
+    for (const std::size_t length : {2046U, 2047U, 2048U, 5000U}) {
+        SCOPED_TRACE(length);
+        forget();
+        const std::string message(length, 'x');
+        const std::string kept(std::min<std::size_t>(length, 2047), 'x');
+        FROM_LIBRARY(log_printf)(LOG_ERR, "%s", message.c_str());
+        EXPECT_EQ(recorded(), console_command(kept) + '\0');
+        FROM_LIBRARY(log_syslog)(LOG_ERR, "%s", message.c_str());
+        EXPECT_THAT(log.entries(), ElementsAre("<11>cwmp: cwmp syslog:" + kept));
+    }
+}
+
+TEST_F(Logging, WritesTheSystemLogOnlyWhenSwitchedOnWithOne) {
+    const SystemLog log;
+    struct Row {
+        int threshold, on, level;
+        Texts entries;
+    };
+    const std::vector<Row> rows = {{3, 0, 3, {}},
+                                   {3, 1, 3, {"<11>cwmp: cwmp syslog:event 1\n"}},
+                                   {3, 1, 4, {}},
+                                   {7, 1, 7, {"<15>cwmp: cwmp syslog:event 1\n"}},
+                                   {7, 1, 0, {"<8>cwmp: cwmp syslog:event 1\n"}},
+                                   {7, 2, 3, {}},
+                                   {7, -1, 3, {}}};
+    for (const Row& row : rows) {
+        level(row.threshold, row.on);
+        FROM_LIBRARY(log_syslog)(row.level, "event %d\n", 1);
+        EXPECT_EQ(log.entries(), row.entries) << row.threshold << ' ' << row.on << ' ' << row.level;
+    }
+    EXPECT_EQ(raw_console(), "");
+}
+
+TEST_F(Logging, TellsEachEventToBothLogs) {
+    const SystemLog log;
+    level(3, 1);
+    EXPECT_EQ(set("DeviceInfo_FirstUseDate", {}, "x").code, -1);
+    EXPECT_THAT(console(), ElementsAre("DeviceInfo_FirstUseDate: Get FirstUseDate error\n"));
+    EXPECT_THAT(log.entries(), ElementsAre("<11>cwmp: cwmp syslog:Get FirstUseDate error\n"));
+}
+
+TEST_F(Logging, DebugLevelSetsAndPrintsBothSwitchesWhateverTheOperation) {
+    int32_t switches[] = {7, 1};
+    for (const int op : {0, 1, 2, 99}) {
+        switches[0] = op + 10;
+        testing::internal::CaptureStdout();
+        EXPECT_EQ(call(handler("debug_level"), op, switches, nullptr), 0);
+        const std::string number = std::to_string(op + 10);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "l_dbglvl of debug_level:" + number + " syslog:1\n");
+        EXPECT_EQ(FROM_LIBRARY(l_dbglvl), op + 10);
+        EXPECT_EQ(FROM_LIBRARY(use_syslog), 1);
+    }
+}
+
+}  // namespace
