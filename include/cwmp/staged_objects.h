@@ -156,7 +156,7 @@ CWMP_EXPORT int vlan_set(unsigned int* flags);
 /* The objects by id. */
 struct cwmp_staged_object {
     int (*pre)(int option, const char* value);
-    int (*check)(void);
+    int (*check)(void); /* NOLINT(modernize-redundant-void-arg): C needs it */
     int (*set)(unsigned int* flags);
 };
 extern CWMP_EXPORT const struct cwmp_staged_object func_obj_table[CWMP_STAGED_OBJECTS];

@@ -19,25 +19,25 @@ struct Field {
 constexpr Field enable_word(const char* key) { return {.key = key, .offset = 0, .width = 0, .kept = 0}; }
 
 struct Event {
-    const char* text;
+    const char* text = "";
     int level = kProgress;
 };
 
 inline constexpr int kMostFields = 5;
 
 struct Object {
-    const char* name;  // the script's verbs, the revert name and most messages are made of it
-    void* staging;
-    void* revert;
-    std::uint16_t size;   // bytes of a record; the last four are the checked marker
-    std::uint16_t apply;  // the service group that an accepted apply raises
-    std::uint8_t count;   // of fields
-    Field fields[kMostFields];
+    const char* name = "";  // the script's verbs, the revert name and most messages are made of it
+    void* staging = nullptr;
+    void* revert = nullptr;
+    std::uint16_t size = 0;   // bytes of a record; the last four are the checked marker
+    std::uint16_t apply = 0;  // the service group that an accepted apply raises
+    std::uint8_t count = 0;   // of fields
+    Field fields[kMostFields] = {};
     std::uint8_t json_order[kMostFields] = {0, 1, 2, 3, 4};
-    int (*pre_revert)(int option, const char* value);
+    int (*pre_revert)(int option, const char* value) = nullptr;
     bool true_enables_revert = false;  // not only "1"
     bool restorable = true;            // by a revert
-    Event check_failed;
+    Event check_failed = {};
     const Object* check_failure_clears = nullptr;  // null: the object itself
     void (*before_apply)(Caller caller) = nullptr;
     const char* apply_rejected = nullptr;  // logged before the common message

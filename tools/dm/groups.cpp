@@ -11,8 +11,8 @@ namespace cwmp {
 namespace {
 
 struct Kind {
-    const char* name;
-    std::size_t size;
+    const char* name = "";
+    std::size_t size = 0;
     bool restorable = true;  // by func_obj_revert
 };
 

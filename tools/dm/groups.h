@@ -19,7 +19,7 @@ class Groups {
     // Before and after each call of a handler. group is the one that the handler's setting belongs to; the
     // stage pass finds it.
     void before_call();
-    void after_call(int op, bool accepted, std::optional<std::size_t>& group);
+    void after_call(int op, bool accepted, std::optional<std::size_t>& own);
     void before_revert();
 
     // The groups that the transaction touched.
@@ -28,10 +28,10 @@ class Groups {
   private:
     struct Group {
         std::string name;
-        const char* staging;
-        const char* revert;
-        std::size_t size;
-        bool restorable;
+        const char* staging = nullptr;
+        const char* revert = nullptr;
+        std::size_t size = 0;
+        bool restorable = true;
         std::string before = {};
         std::vector<std::string> steps = {};
 

@@ -11,8 +11,8 @@
 namespace cwmp {
 
 struct StagedField {
-    int object;  // CWMP_STAGED_...
-    int option;  // CWMP_PPPOE_..., CWMP_LAN_... and so on
+    int object = -1;  // CWMP_STAGED_...
+    int option = -1;  // CWMP_PPPOE_..., CWMP_LAN_... and so on
     // Where the engine's own check is not enough: the text to stage for a value, nothing to refuse it. Asked
     // in every pass; a refusal is logged under the caller's name.
     std::optional<std::string> (*to_stage)(const char* value) = nullptr;
