@@ -198,6 +198,18 @@ TEST_F(StagedRules, LoadingReplacesTheRecordOnlyWhenThereIsAnAnswer) {
     EXPECT_THAT(commands(), IsEmpty());
 }
 
+TEST_F(StagedRules, AnswersOfAnEarlierRunDoNotCount) {
+    in_force("lan", "");
+    file(kAnswerFile, R"({"lan_ip":"10.9.9.9"})");
+    EXPECT_EQ(FROM_LIBRARY(initialize_revert_data)("lan_revert"), -1);
+    EXPECT_TRUE(idle(FROM_LIBRARY(lan_obj_data_revert)));
+    stage(CWMP_STAGED_WAN, {{CWMP_WAN_TYPE, "DHCP"}});
+    EXPECT_EQ(check(CWMP_STAGED_WAN), 1);
+    script("wan_whole", "");
+    file(kAnswerFile, kAccepted);
+    EXPECT_EQ(apply(CWMP_STAGED_WAN), 0);
+}
+
 TEST_F(StagedRules, UnreadableConfigurationLeavesNothingToRestore) {
     in_force("vlan", "nonsense");
     stage(CWMP_STAGED_VLAN, {{CWMP_VLAN_ENABLE, "1"}, {CWMP_VLAN_VLAN_ID, "7"}});

@@ -15,6 +15,8 @@ struct Group {
     unsigned flag;
 };
 
+void PrintTo(const Group& group, std::ostream* out) { *out << group.name; }
+
 const Group kGroups[] = {
     {CWMP_STAGED_PPPOE,
      "pppoe",
