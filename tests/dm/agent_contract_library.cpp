@@ -1,6 +1,7 @@
 // A data-model library for the tests of dm. Each call leaves one line in the file that AGENT_CALLS names,
 // spoils its instance array as real handlers may, and prints a line on standard output.
 #include <cwmp/handler.h>
+#include <cwmp/staged_objects.h>
 
 #include <cstdint>
 #include <cstdio>
@@ -89,6 +90,33 @@ PARAMETER(Box_Rule_Name, "rule", 0)
 OBJECT(Box_Rule)
 OBJECT(Box_Port_Map)
 PARAMETER(Box_Port_Map_Name, "map", 0)
+
+extern "C" {
+cwmp_lan_record lan_obj_data, lan_obj_data_revert;
+cwmp_dhcp_record dhcp_obj_data, dhcp_obj_data_revert;
+}
+
+namespace {
+
+// A field of a group; the value as in parameter().
+template <typename Record>
+int grouped(const char* name, int op, va_list args, Record& staging, Record& revert, char* field) {
+    const int result = parameter(name, op, args, "", 0);
+    if (op == CWMP_OP_STAGE) field[0] = 'x';
+    if (op == CWMP_OP_CHECK && result == 0) staging.checked = revert.checked = 1;
+    if (op == CWMP_OP_APPLY || result != 0) staging = {};
+    return result;
+}
+
+}  // namespace
+
+#define GROUPED(NAME, RECORD, FIELD)                                            \
+    EXPORT int NAME(int op, va_list args) {                                     \
+        return grouped(#NAME, op, args, RECORD, RECORD##_revert, RECORD.FIELD); \
+    }
+GROUPED(Lan_Address, lan_obj_data, address)
+GROUPED(Lan_Mask, lan_obj_data, mask)
+GROUPED(Pool_Start, dhcp_obj_data, start_address)
 
 EXPORT int func_obj_revert(int op, va_list args) {
     return parameter("func_obj_revert", op, args, nullptr, 0x40);

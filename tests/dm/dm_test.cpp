@@ -22,6 +22,9 @@ constexpr const char* kSecondFile = R"(Device.Box.Rule.{i}.      AD
 Device.Box.Rule.{i}.Name  R
 Device.Faulty.Broken      R  handler=Box_Broken
 Device.Faulty.Absent      W
+Device.Lan.Address        W
+Device.Lan.Mask           W
+Device.Pool.Start         W
 )";
 
 class Dm : public testing::Test {
@@ -105,7 +108,9 @@ TEST_F(Dm, PrintsTables) {
          "echo\n"},
         {"set Device.Box.Port.1.Queue.1.Weight=7", 0,
          "Device.Box.Port.1.Queue.1.Weight  stage,check,apply  7\napply flags 0x10008: unknown 0x10008\n"},
-        {"set Device.Box.Late=refuse1", 1, "the transaction was reverted\napply flags 0x0040: IPTV\n"},
+        {"set Device.Box.Late=refuse1", 1,
+         "the transaction was reverted: Device.Box.Late: the value was refused in the apply pass\n"
+         "apply flags 0x0040: IPTV\n"},
         {"add Device.Box.Rule.", 0, "Device.Box.Rule.4.\napply flags 0x0080: NAT\n"},
         {"del Device.Box.Rule.3.", 0, "Device.Box.Rule.3.\napply flags 0x0080: NAT\n"},
         {"list Device.Box.Rule.", 0, "Device.Box.Rule.2.\nDevice.Box.Rule.3.\nDevice.Box.Rule.70.\n"},
@@ -151,6 +156,31 @@ TEST_F(Dm, NamesTheServiceOfEachApplyFlag) {
               "LAN, IPTV, "
               "NAT, XMPP, download diagnostics, upload diagnostics, STUN, IP ping diagnostics, "
               "trace-route diagnostics, UDP echo, wireless mode\n");
+}
+
+TEST_F(Dm, TellsWhatBecameOfEachGroup) {
+    const std::string apply_refused = "the value was refused in the apply pass\napply flags 0x0040: IPTV\n";
+    const std::string check_refused = "the value was refused in the check pass\napply flags 0x0040: IPTV\n";
+    const std::pair<const char*, std::string> rows[] = {
+        {"set Device.Lan.Address=a Device.Lan.Mask=m",
+         "Device.Lan.Address  stage,check,apply  a\nDevice.Lan.Mask     stage,check,apply  m\n"
+         "group lan: staged, checked, applied\napply flags 0x0000: none\n"},
+        {"set Device.Lan.Address=a Device.Pool.Start=refuse1",
+         "Device.Lan.Address  stage,check,apply  a\nDevice.Pool.Start   stage,check        refuse1\n"
+         "group dhcp: staged, checked, apply refused, not reverted\n"
+         "group lan: staged, checked, applied, reverted\n"
+         "the transaction was reverted: Device.Pool.Start: " +
+             apply_refused},
+        {"set Device.Pool.Start=p Device.Lan.Mask=refuse3",
+         "Device.Pool.Start  stage,check  p\nDevice.Lan.Mask    stage        refuse3\n"
+         "group dhcp: staged, checked, applied by the revert\ngroup lan: staged, check refused\n"
+         "the transaction was reverted: Device.Lan.Mask: " +
+             check_refused},
+    };
+    for (const auto& [arguments, out] : rows) EXPECT_EQ(sandbox.run(arguments).out, out) << arguments;
+    EXPECT_NE(compact(sandbox.run("--json set Device.Lan.Mask=m").out)
+                  .find(R"("groups":[{"name":"lan","steps":["staged","checked","applied"]}])"),
+              std::string::npos);
 }
 
 TEST_F(Dm, HandsTheLogLevelOn) {

@@ -15,6 +15,8 @@ class Agent {
   public:
     explicit Agent(const Library& library) : library_(library) {}
 
+    const Library& library() const { return library_; }
+
     void set_log_level(int level) const;
 
     std::string get(const Node& parameter, const std::vector<int>& numbers) const;

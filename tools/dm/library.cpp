@@ -21,6 +21,8 @@ cwmp_handler Library::find(const std::string& name) const {
     return reinterpret_cast<cwmp_handler>(dlsym(handle_.get(), name.c_str()));
 }
 
+const void* Library::data(const std::string& name) const { return dlsym(handle_.get(), name.c_str()); }
+
 void Library::Close::operator()(void* handle) const { dlclose(handle); }
 
 int call(cwmp_handler handler, int op, ...) {

@@ -15,6 +15,7 @@ class Library {
 
     // nullptr when the library does not export the name.
     cwmp_handler find(const std::string& name) const;
+    const void* data(const std::string& name) const;
 
   private:
     struct Close {

@@ -36,6 +36,15 @@ void print_table(const std::vector<std::vector<std::string>>& rows, FILE* out) {
     }
 }
 
+// A transaction ends with its first refusal, which is the reason.
+void print_revert(const Report& report, FILE* out) {
+    std::fprintf(out, "%s", *report.reverted ? "the transaction was reverted" : "nothing could be reverted");
+    for (const Failure& error : report.errors) {
+        std::fprintf(out, ": %s: %s", printable(error.subject).c_str(), printable(error.message).c_str());
+    }
+    std::fprintf(out, "\n");
+}
+
 }  // namespace
 
 Exit Report::exit() const {
@@ -58,10 +67,10 @@ void print_text(const Report& report, FILE* out) {
         for (const std::string& path : *report.instances) rows.push_back({path});
     }
     print_table(rows, out);
-    if (report.reverted) {
-        std::fprintf(out, "%s\n",
-                     *report.reverted ? "the transaction was reverted" : "nothing could be reverted");
+    for (const auto& group : report.groups) {
+        std::fprintf(out, "group %s: %s\n", group.name.c_str(), joined(group.steps, ", ").c_str());
     }
+    if (report.reverted) print_revert(report, out);
     if (report.apply_flags) {
         const auto services = services_of(*report.apply_flags);
         const std::string text = services.empty() ? "none" : joined(services, ", ");

@@ -21,7 +21,14 @@ struct Report {
         std::string access;
     };
 
+    // One group of settings that a transaction touched, and the steps it took.
+    struct Group {
+        std::string name;
+        std::vector<std::string> steps;
+    };
+
     std::vector<Parameter> parameters;
+    std::vector<Group> groups;
     std::optional<std::vector<std::string>> instances;
     std::optional<std::vector<Name>> names;
     std::optional<unsigned> apply_flags;

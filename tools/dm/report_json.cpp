@@ -51,6 +51,13 @@ Json name_json(const Report::Name& name) {
     return result;
 }
 
+Json group_json(const Report::Group& group) {
+    Json result = object();
+    put(result, "name", text(group.name));
+    put(result, "steps", array(group.steps, text));
+    return result;
+}
+
 Json error_json(const Failure& error) {
     Json result = object();
     put(result, "path", text(error.subject));
@@ -67,6 +74,7 @@ void print_json(const Report& report, FILE* out) {
     put(result, "parameters", array(report.parameters, parameter_json));
     if (report.names) put(result, "names", array(*report.names, name_json));
     if (report.instances) put(result, "instances", array(*report.instances, text));
+    if (!report.groups.empty()) put(result, "groups", array(report.groups, group_json));
     if (report.reverted) put(result, "reverted", Json(json_object_new_boolean(*report.reverted)));
     if (report.apply_flags) {
         put(result, "applyFlags", number(*report.apply_flags));

@@ -29,7 +29,7 @@ void Transaction::add(const std::string& assignment) {
     }
     agent_.require_instances(target);
     const cwmp_handler handler = agent_.handler_of(*target.node, path);
-    settings_.push_back({std::move(target), assignment.substr(equals + 1), handler, {}});
+    settings_.push_back({std::move(target), assignment.substr(equals + 1), handler, {}, {}});
 }
 
 void Transaction::run() {
@@ -37,8 +37,10 @@ void Transaction::run() {
         run_passes();
     } catch (const Failure& refusal) {
         report_.errors.push_back(refusal);
+        groups_.before_revert();
         report_.reverted = agent_.revert(flags_);
     }
+    report_.groups = groups_.touched();
     report_.apply_flags = flags_;
     for (const Setting& setting : settings_) {
         if (!setting.passes.empty()) {
@@ -51,13 +53,20 @@ void Transaction::run_passes() {
     for (const Pass& pass : kPasses) {
         for (Setting& setting : settings_) {
             if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
-            if (Agent::set(setting.handler, setting.target, pass.op, setting.value, flags_) != 0) {
+            if (!accepts(setting, pass.op)) {
                 throw Failure{setting.target.path, kInvalidValue, Exit::Refused,
                               std::string("the value was refused in the ") + pass.name + " pass", pass.name};
             }
             setting.passes.emplace_back(pass.name);
         }
     }
+}
+
+bool Transaction::accepts(Setting& setting, int op) {
+    groups_.before_call();
+    const bool accepted = Agent::set(setting.handler, setting.target, op, setting.value, flags_) == 0;
+    groups_.after_call(op, accepted, setting.group);
+    return accepted;
 }
 
 }  // namespace cwmp

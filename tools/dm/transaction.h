@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "agent.h"
+#include "groups.h"
 #include "report.h"
 
 namespace cwmp {
@@ -12,7 +14,7 @@ namespace cwmp {
 class Transaction {
   public:
     Transaction(Agent& agent, const Model& model, Report& report)
-        : agent_(agent), model_(model), report_(report) {}
+        : agent_(agent), model_(model), report_(report), groups_(agent.library()) {}
 
     // Takes PATH=VALUE. Throws Failure when the parameter cannot be set.
     void add(const std::string& assignment);
@@ -25,14 +27,17 @@ class Transaction {
         Target target;
         std::string value;
         cwmp_handler handler;
-        std::vector<std::string> passes;  // that the handler accepted
+        std::vector<std::string> passes;   // that the handler accepted
+        std::optional<std::size_t> group;  // of settings
     };
 
     void run_passes();
+    bool accepts(Setting& setting, int op);
 
     Agent& agent_;
     const Model& model_;
     Report& report_;
+    Groups groups_;
     std::vector<Setting> settings_;
     unsigned flags_ = 0;
 };

@@ -1,0 +1,26 @@
+// A parameter that is one field of a group of settings: staged, checked and applied as a whole.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "core/handler.h"
+#include "core/log.h"
+#include "cwmp/staged_objects.h"
+
+namespace cwmp {
+
+struct StagedField {
+    int object = -1;  // CWMP_STAGED_...
+    int option = -1;  // CWMP_PPPOE_..., CWMP_LAN_... and so on
+    // Where the engine's own check is not enough: the text to stage for a value, nothing to refuse it. Asked
+    // in every pass; a refusal is logged under the caller's name.
+    std::optional<std::string> (*to_stage)(const char* value) = nullptr;
+};
+
+// SET in its three passes; any other op does nothing and is done. The handler answers GET itself:
+//     return op == CWMP_OP_GET ? read_only_option(op, args, {...}) : staged(op, args, {CWMP_STAGED_LAN,
+//     ...});
+int staged(int op, va_list args, const StagedField& field, Caller caller = Caller::here());
+
+}  // namespace cwmp

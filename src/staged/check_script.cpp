@@ -1,0 +1,120 @@
+#include "staged/check_script.h"
+
+#include <json-c/json.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+#include "core/command.h"
+
+namespace {
+
+using namespace cwmp;
+using namespace cwmp::staged;
+
+constexpr const char* kScript = "lua /usr/bin/tr069/check_params";
+constexpr const char* kRequestFile = "/tmp/tr069_json_input_file";
+constexpr const char* kAnswerFile = "/tmp/tr069_json_output_file";
+constexpr const char* kLoadVerb = "initialize_revert_data";
+constexpr const char* kRevertSuffix = "_revert";
+
+struct Release {
+    void operator()(json_object* json) const { json_object_put(json); }
+};
+using Json = std::unique_ptr<json_object, Release>;
+
+Json read_json(const char* file) { return Json(json_object_from_file(file)); }
+
+// A script that writes nothing must not be judged by the answer of an earlier run.
+void run_script(const char* arguments, Caller caller) {
+    char command[512];
+    std::snprintf(command, sizeof command, "%s %s ", kScript, arguments);
+    unlink(kAnswerFile);
+    run(command);
+    log_event(caller, kProgress, "!!!!!!!!!!!!!!!%s \n\n", command);
+}
+
+json_object* json_value(const Record& record, const Object& object, int option) {
+    if (object.fields[option].width == 0) {
+        return json_object_new_int(record.enable() == CWMP_STAGED_ENABLED ? 1 : 0);
+    }
+    const auto text = record.text(option);
+    return json_object_new_string_len(text.data(), static_cast<int>(text.size()));
+}
+
+Json request(const Object& object) {
+    Json json(json_object_new_object());
+    const auto record = Record::staging(object);
+    for (int i = 0; json != nullptr && i < object.count; ++i) {
+        const int option = object.json_order[i];
+        json_object* value = json_value(record, object, option);
+        if (value == nullptr || json_object_object_add(json.get(), object.fields[option].key, value) != 0) {
+            json_object_put(value);
+            json.reset();
+        }
+    }
+    return json;
+}
+
+const Object* object_of_revert_name(const std::string& name) {
+    for (const Object* object : kObjects) {
+        if (name == std::string(object->name) + kRevertSuffix) return object;
+    }
+    return nullptr;
+}
+
+void load(const Object& object, json_object* answer) {
+    Record::revert(object).clear();
+    for (int option = 0; option < object.count; ++option) {
+        json_object* value = nullptr;
+        json_object_object_get_ex(answer, object.fields[option].key, &value);
+        if (json_object_is_type(value, json_type_string)) {
+            object.pre_revert(option, json_object_get_string(value));
+        }
+    }
+}
+
+}  // namespace
+
+int func_obj_result_ok(const char* file) {
+    if (file == nullptr) return 0;
+    const Json answer = read_json(file);
+    json_object* code = nullptr;
+    json_object_object_get_ex(answer.get(), "error_code", &code);
+    return json_object_is_type(code, json_type_int) && json_object_get_int64(code) == 0 ? 1 : 0;
+}
+
+int initialize_revert_data(const char* name) {
+    if (name == nullptr) return 0;
+    run_script((std::string(kLoadVerb) + ' ' + name).c_str(), Caller::here());
+    const Json answer = read_json(kAnswerFile);
+    if (answer == nullptr) return -1;
+    const Object* object = object_of_revert_name(name);
+    if (object != nullptr) load(*object, answer.get());
+    unlink(kAnswerFile);
+    return 0;
+}
+
+namespace cwmp::staged {
+
+Verdict ask_script(const Object& object, const char* action, Caller caller) {
+    const Json json = request(object);
+    if (json == nullptr) return Verdict::no_request;
+    unlink(kRequestFile);
+    json_object_to_file(kRequestFile, json.get());
+    run_script((std::string(object.name) + '_' + action).c_str(), caller);
+    const bool accepted = func_obj_result_ok(kAnswerFile) != 0;
+    unlink(kRequestFile);
+    unlink(kAnswerFile);
+    return accepted ? Verdict::accepted : Verdict::rejected;
+}
+
+bool load_revert_record(const Object& object) {
+    if (initialize_revert_data((std::string(object.name) + kRevertSuffix).c_str()) == 0) return true;
+    unlink(kAnswerFile);
+    return false;
+}
+
+}  // namespace cwmp::staged

@@ -1,0 +1,127 @@
+#include "staged/engine.h"
+
+#include "core/text.h"
+#include "cwmp/value_checks.h"
+#include "staged/check_script.h"
+
+namespace cwmp::staged {
+
+namespace {
+
+constexpr int kPassed = 1;
+constexpr int kFailed = 0;
+
+// A revert must undo the running transaction only: what an earlier one loaded goes when the next one begins.
+bool transaction_ended = false;
+
+void begin_transaction() {
+    if (!transaction_ended) return;
+    transaction_ended = false;
+    for (const Object* object : kObjects) Record::revert(*object).clear();
+}
+
+int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
+        Caller caller) {
+    log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, value != nullptr ? value : "(null)");
+    if (value == nullptr || option < 0 || option >= object.count) return kFailed;
+    if (object.fields[option].width != 0) {
+        record.put_text(option, value);
+        return kPassed;
+    }
+    const std::string_view word = value;
+    const bool enabled = word == "1" || (true_enables && word == "true");
+    record.enable() = enabled ? CWMP_STAGED_ENABLED : CWMP_STAGED_DISABLED;
+    return kPassed;
+}
+
+int reject(const Object& object, Verdict verdict, Caller caller) {
+    if (verdict == Verdict::no_request && object.request_failed != nullptr) {
+        log_event(caller, kError, "%s", object.request_failed);
+    } else if (object.apply_rejected != nullptr) {
+        log_event(caller, kProgress, "%s", object.apply_rejected);
+    }
+    log_event(caller, kProgress, "!!!  %s set fail \n\n", object.name);
+    Record::staging(object).clear();
+    return kFailed;
+}
+
+}  // namespace
+
+void Check::fill_enable() const {
+    if (staging_.enable() != CWMP_STAGED_ENABLED) staging_.enable() = revert_.enable();
+}
+
+bool Check::fill(int option) const {
+    if (!staged(option)) staging_.put_text(option, revert_.text(option));
+    return staged(option);
+}
+
+bool Check::address(int option, const char* refusal) const {
+    if (!staged(option)) return fill(option);
+    return checkValidIP(std::string(text(option)).c_str()) != 0 || fail(refusal);
+}
+
+bool Check::number(int option, int least, int most, const char* refusal) const {
+    if (!staged(option)) return fill(option);
+    const int number = decimal_prefix(std::string(text(option)).c_str());
+    return (number >= least && number <= most) || fail(refusal);
+}
+
+bool Check::script_accepts() const { return ask_script(object_, "check", caller_) == Verdict::accepted; }
+
+bool Check::pass(const char* message) const {
+    log_event(caller_, kProgress, "%s", message);
+    return true;
+}
+
+bool Check::fail(const char* message, int level) const {
+    log_event(caller_, level, "%s", message);
+    return false;
+}
+
+int stage(const Object& object, int option, const char* value, Caller caller) {
+    begin_transaction();
+    return put(object, Record::staging(object), option, value, false, caller);
+}
+
+int stage_revert(const Object& object, int option, const char* value, Caller caller) {
+    return put(object, Record::revert(object), option, value, object.true_enables_revert, caller);
+}
+
+int check(const Object& object, bool (*passes)(const Check&), Caller caller) {
+    const auto staging = Record::staging(object);
+    if (staging.checked() == 1) {
+        log_event(caller, kProgress, "!!!  %s check ever exec, return \n\n", object.name);
+        return kPassed;
+    }
+    log_event(caller, kProgress, "!!!  %s check enter \n\n", object.name);
+    const bool loaded = load_revert_record(object);
+    if (!passes(Check(object, caller))) {
+        log_event(caller, object.check_failed.level, "%s", object.check_failed.text);
+        const Object* cleared = object.check_failure_clears;
+        Record::staging(cleared != nullptr ? *cleared : object).clear();
+        return kFailed;
+    }
+    staging.checked() = 1;
+    if (loaded) Record::revert(object).checked() = 1;
+    return kPassed;
+}
+
+int apply(const Object& object, unsigned int* flags, Caller caller) {
+    transaction_ended = true;
+    log_event(caller, kProgress, "!!!  %s set enter \n\n", object.name);
+    const auto staging = Record::staging(object);
+    if (staging.checked() != 1) {
+        log_event(caller, kProgress, "!!!  %s set ever exec, return \n\n", object.name);
+        return kPassed;
+    }
+    if (object.before_apply != nullptr) object.before_apply(caller);
+    const Verdict verdict = ask_script(object, "whole", caller);
+    if (verdict != Verdict::accepted) return reject(object, verdict, caller);
+    log_event(caller, kProgress, "!!!  %s set success \n\n", object.name);
+    staging.clear();
+    if (flags != nullptr) *flags |= object.apply;
+    return kPassed;
+}
+
+}  // namespace cwmp::staged

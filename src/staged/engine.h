@@ -1,0 +1,48 @@
+// The operations that all groups of settings share. Their events carry the name of the exported operation
+// that calls them.
+#pragma once
+
+#include "staged/object.h"
+
+namespace cwmp::staged {
+
+// One check of a group, as the group's own rules see it.
+class Check {
+  public:
+    Check(const Object& object, Caller caller)
+        : object_(object),
+          staging_(Record::staging(object)),
+          revert_(Record::revert(object)),
+          caller_(caller) {}
+
+    bool disabling() const { return staging_.enable() == CWMP_STAGED_DISABLED; }
+    // Unless enabling was staged, the switch stays as the configuration has it.
+    void fill_enable() const;
+
+    std::string_view text(int option) const { return staging_.text(option); }
+    bool staged(int option) const { return !text(option).empty(); }
+    // A text that was not staged comes from the configuration. False when there is none either.
+    bool fill(int option) const;
+    // A staged address must be one; another one is filled.
+    bool address(int option, const char* refusal) const;
+    // The same for a number in a range.
+    bool number(int option, int least, int most, const char* refusal) const;
+
+    bool script_accepts() const;
+
+    bool pass(const char* message) const;
+    bool fail(const char* message, int level = kProgress) const;
+
+  private:
+    const Object& object_;
+    Record staging_;
+    Record revert_;
+    Caller caller_;
+};
+
+int stage(const Object& object, int option, const char* value, Caller caller = Caller::here());
+int stage_revert(const Object& object, int option, const char* value, Caller caller = Caller::here());
+int check(const Object& object, bool (*passes)(const Check&), Caller caller = Caller::here());
+int apply(const Object& object, unsigned int* flags, Caller caller = Caller::here());
+
+}  // namespace cwmp::staged

@@ -1,0 +1,54 @@
+// The entry points over all six groups.
+#include "core/handler.h"
+#include "cwmp/uci_access.h"
+#include "staged/object.h"
+
+using namespace cwmp;
+using namespace cwmp::staged;
+
+const cwmp_staged_object func_obj_table[CWMP_STAGED_OBJECTS] = {
+    {pppoe_pre, pppoe_check, pppoe_set}, {dhcp_pre, dhcp_check, dhcp_set}, {lan_pre, lan_check, lan_set},
+    {wan_pre, wan_check, wan_set},       {iptv_pre, iptv_check, iptv_set}, {vlan_pre, vlan_check, vlan_set},
+};
+
+const Object* const cwmp::staged::kObjects[CWMP_STAGED_OBJECTS] = {&kPppoe, &kDhcp, &kLan,
+                                                                   &kWan,   &kIptv, &kVlan};
+
+int func_obj_exec(int object, int option, int mode, const char* value, unsigned int* flags) {
+    if (object < 0 || object >= CWMP_STAGED_OBJECTS) return -1;
+    const cwmp_staged_object& operations = func_obj_table[object];
+    switch (mode) {
+        case CWMP_STAGED_STAGE:
+            return operations.pre(option, value);
+        case CWMP_STAGED_CHECK:
+            return operations.check();
+        case CWMP_STAGED_APPLY: {
+            const int result = operations.set(flags);
+            save_to_cwmp_config();
+            return result;
+        }
+        default:
+            return 0;
+    }
+}
+
+void func_obj_restore() {
+    for (const Object* object : kObjects) {
+        const auto revert = Record::revert(*object);
+        if (!object->restorable || revert.checked() != 1) continue;
+        const auto staging = Record::staging(*object);
+        staging.copy_fields_from(revert);
+        staging.checked() = 1;
+    }
+}
+
+int func_obj_revert(int /*op*/, va_list args) {
+    const SetArguments set(args);
+    func_obj_restore();
+    for (const cwmp_staged_object& operations : func_obj_table) operations.set(set.flags());
+    for (const Object* object : kObjects) {
+        Record::revert(*object).clear();
+        Record::staging(*object).clear();
+    }
+    return 0;
+}

@@ -1,0 +1,34 @@
+#include "staged/object.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace cwmp::staged {
+
+std::string_view Record::text(int option) const {
+    const Field& field = object_.fields[option];
+    const char* start = bytes_ + field.offset;
+    return {start, strnlen(start, field.width)};
+}
+
+void Record::put_text(int option, std::string_view text) const {
+    const Field& field = object_.fields[option];
+    char* start = bytes_ + field.offset;
+    const std::size_t length = std::min<std::size_t>(text.size(), field.kept);
+    std::memmove(start, text.data(), length);
+    std::memset(start + length, 0, field.width - length);
+}
+
+void Record::copy_fields_from(const Record& other) const {
+    for (int option = 0; option < object_.count; ++option) {
+        if (object_.fields[option].width == 0) {
+            enable() = other.enable();
+        } else {
+            put_text(option, other.text(option));
+        }
+    }
+}
+
+void Record::clear() const { std::memset(bytes_, 0, object_.size); }
+
+}  // namespace cwmp::staged

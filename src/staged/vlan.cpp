@@ -1,0 +1,44 @@
+// The VLAN that carries internet traffic.
+#include <cstddef>
+
+#include "cwmp/apply_flags.h"
+#include "staged/engine.h"
+
+using namespace cwmp;
+using namespace cwmp::staged;
+
+using Vlan = cwmp_vlan_record;
+static_assert(sizeof(Vlan) == 28);
+static_assert(offsetof(Vlan, vlan_id) == 4 && offsetof(Vlan, checked) == 24);
+
+Vlan vlan_obj_data;
+Vlan vlan_obj_data_revert;
+
+const Object cwmp::staged::kVlan = {
+    .name = "vlan",
+    .staging = &vlan_obj_data,
+    .revert = &vlan_obj_data_revert,
+    .size = sizeof(Vlan),
+    .apply = CWMP_APPLY_WAN,
+    .count = 2,
+    .fields = {enable_word("vlan_enable"), {"vlan_vid", offsetof(Vlan, vlan_id), sizeof(Vlan::vlan_id), 19}},
+    .pre_revert = vlan_pre_revert,
+    .check_failed = {"!!! vlan check fail\n"},
+};
+
+namespace {
+
+bool passes(const Check& check) {
+    if (check.disabling()) return check.pass("!!!  vlan check enable pass \n\n");
+    check.fill_enable();
+    // A number out of range is reported as passed; readers of field logs know it as such.
+    return check.number(CWMP_VLAN_VLAN_ID, 1, 4094, "!!!  vlan check vid pass \n\n") &&
+           check.pass("!!! vlan check pass\n");
+}
+
+}  // namespace
+
+int vlan_pre(int option, const char* value) { return stage(kVlan, option, value); }
+int vlan_pre_revert(int option, const char* value) { return stage_revert(kVlan, option, value); }
+int vlan_check() { return check(kVlan, passes); }
+int vlan_set(unsigned int* flags) { return apply(kVlan, flags); }
