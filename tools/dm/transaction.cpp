@@ -51,7 +51,7 @@ void Transaction::run_passes() {
     for (const Pass& pass : kPasses) {
         for (Setting& setting : settings_) {
             if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
-            if (Agent::set(setting.handler, setting.target, pass.op, setting.value, flags_) != 0) {
+            if (agent_.set(setting.handler, setting.target, pass.op, setting.value, flags_) != 0) {
                 throw Failure{setting.target.path, kInvalidValue, Exit::Refused,
                               std::string("the value was refused in the ") + pass.name + " pass", pass.name};
             }
