@@ -15,6 +15,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -32,6 +33,8 @@ constexpr const char* kModel = "/usr/share/cwmp-datamodel/model";
 constexpr const char* kStore = "/etc/config";
 constexpr const char* kOwned = "/tmp/owned";  // a shell that runs a value makes this file
 
+constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp", "/var/state", "/var/tmp"};
+
 // What the library may write to, as it was when the test program began.
 class World {
   public:
@@ -40,14 +43,26 @@ class World {
         // What a run that crashed left behind is undone first.
         if (!fs::exists(kPristine)) copy_tree("", kPristine);
         copy_tree(kPristine, "");
-        store = files(kStore);
+        files_ = everything();
+        packages = files(kStore).size();
     }
 
-    void restore() const { copy_tree(kPristine, ""); }
+    void restore() const {
+        for (const auto& [path, text] : everything()) {
+            if (!files_.contains(path)) fs::remove_all(path);
+        }
+        const Files now = everything();
+        for (const auto& [path, text] : files_) {
+            const auto found = now.find(path);
+            if (found != now.end() && found->second == text) continue;
+            fs::create_directories(fs::path(path).parent_path());
+            std::ofstream(path, std::ios::binary) << text;
+        }
+    }
 
     static Files files(const char* directory) {
         Files found;
-        for (const auto& entry : fs::directory_iterator(directory)) {
+        for (const auto& entry : fs::recursive_directory_iterator(directory)) {
             if (!entry.is_regular_file()) continue;
             std::ifstream stream(entry.path(), std::ios::binary);
             found[entry.path()] = std::string(std::istreambuf_iterator<char>(stream), {});
@@ -55,18 +70,26 @@ class World {
         return found;
     }
 
-    Files store;
+    std::size_t packages = 0;
 
   private:
     static constexpr const char* kPristine = "/var/lib/pristine";
 
+    static Files everything() {
+        Files found;
+        for (const char* directory : kWritable) found.merge(files(directory));
+        return found;
+    }
+
     static void copy_tree(const std::string& from, const std::string& to) {
-        for (const char* directory : {"/etc/config", "/etc/profile.d", "/tmp", "/var/state", "/var/tmp"}) {
+        for (const char* directory : kWritable) {
             fs::create_directories(to + directory);
             for (const auto& entry : fs::directory_iterator(to + directory)) fs::remove_all(entry);
             fs::copy(from + directory, to + directory, fs::copy_options::recursive);
         }
     }
+
+    Files files_;
 };
 
 World& world() {
@@ -139,14 +162,17 @@ Line parse(const std::string& text) {
     return line;
 }
 
+// Each handler once, though several paths may lead to it.
 std::vector<Line> model() {
     std::vector<Line> lines;
+    std::set<std::pair<std::string, std::size_t>> known;
     for (const auto& [name, text] : World::files(kModel)) {
         std::istringstream stream(text);
         for (std::string row; std::getline(stream, row);) {
             const Line line = parse(row);
             const bool is_fixed_table = line.is_object && !line.writable;
-            if (!line.path.empty() && !is_fixed_table) lines.push_back(line);
+            if (line.path.empty() || is_fixed_table) continue;
+            if (known.emplace(line.handler, line.numbers).second) lines.push_back(line);
         }
     }
     return lines;
@@ -203,7 +229,6 @@ Locate ordinary_numbers(std::size_t numbers) {
 
 class Hostile : public ::testing::TestWithParam<Line> {
   protected:
-    Hostile() { world().restore(); }
     ~Hostile() override { world().restore(); }
 
     void get(Locate locate) {
@@ -255,7 +280,7 @@ class Hostile : public ::testing::TestWithParam<Line> {
     static void expect_unharmed() {
         EXPECT_FALSE(fs::exists(kOwned)) << "the value ran as a command";
         const Files now = World::files(kStore);
-        EXPECT_EQ(now.size(), world().store.size()) << "packages came or went";
+        EXPECT_EQ(now.size(), world().packages) << "packages came or went";
         const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
                                                                                 &uci_free_context);
         for (const auto& [path, text] : now) {
