@@ -133,6 +133,8 @@ struct Line {
     bool apply_only = false;
 };
 
+void PrintTo(const Line& line, std::ostream* stream) { *stream << line.path; }
+
 Line parse(const std::string& text) {
     std::istringstream columns(text);
     Line line;
