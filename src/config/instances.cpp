@@ -21,18 +21,28 @@ int next_instance(const std::vector<int32_t>& numbers, int32_t capacity) {
     return last >= capacity ? candidate : last + 1;
 }
 
+// In file order, a section without a number included; nothing when the package cannot be loaded.
+std::vector<std::optional<int32_t>> stored_numbers(const char* package, const char* type,
+                                                   const char* option) {
+    std::vector<std::optional<int32_t>> numbers;
+    cwmp::UciContext context(cwmp::kLiveStore);
+    if (!context || !context.load(package)) return numbers;
+    for (uci_section* section : context.sections(type)) {
+        const auto text = context.value(section, option);
+        numbers.push_back(text ? std::optional(cwmp::decimal_prefix(text->c_str())) : std::nullopt);
+    }
+    return numbers;
+}
+
 }  // namespace
 
 void __getInstanceList(const char* package, const char* type, const char* option, int32_t* list) {
-    cwmp::UciContext context(cwmp::kLiveStore);
-    if (!context || !context.load(package)) return;
-    std::size_t count = 0;
-    for (uci_section* section : context.sections(type)) {
-        if (const auto number = context.value(section, option))
-            list[count] = cwmp::decimal_prefix(number->c_str());
-        ++count;
+    int32_t* end = list;
+    for (const auto& number : stored_numbers(package, type, option)) {
+        *end = number.value_or(*end);
+        ++end;
     }
-    std::sort(list, list + count);
+    std::sort(list, end);
 }
 
 int __getInstanceMax(const char* package, const char* type) {
@@ -42,7 +52,8 @@ int __getInstanceMax(const char* package, const char* type) {
 }
 
 int __getInstanceNext(const char* package, const char* type, const char* option, int32_t capacity) {
-    std::vector<int32_t> numbers(static_cast<std::size_t>(__getInstanceMax(package, type)));
-    __getInstanceList(package, type, option, numbers.data());
+    std::vector<int32_t> numbers;
+    for (const auto& number : stored_numbers(package, type, option)) numbers.push_back(number.value_or(0));
+    std::sort(numbers.begin(), numbers.end());
     return next_instance(numbers, capacity);
 }

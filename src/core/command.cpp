@@ -1,20 +1,15 @@
 #include "core/command.h"
 
 #include <cstdlib>
-#include <cstring>
+
+#include "core/file.h"
 
 namespace cwmp {
 
 Command::Command(const char* text) : pipe_(popen(text, "re")) {}
 
 std::optional<std::string> Command::line(std::size_t limit) {
-    std::string line(limit + 1, '\0');
-    if (pipe_ == nullptr || std::fgets(line.data(), static_cast<int>(line.size()), pipe_.get()) == nullptr) {
-        return std::nullopt;
-    }
-    line.resize(std::strlen(line.c_str()));
-    if (line.ends_with('\n')) line.pop_back();
-    return line;
+    return pipe_ != nullptr ? read_line(pipe_.get(), limit) : std::nullopt;
 }
 
 void run(const std::string& text) { [[maybe_unused]] const int status = std::system(text.c_str()); }

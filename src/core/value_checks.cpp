@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <cstring>
@@ -117,7 +118,7 @@ int libutil_addrNumToStr(uint32_t address, char* text) {
 
 int libutil_addrStrToNum(const char* text, uint32_t* address) {
     in_addr parsed = {};
-    if (inet_aton(text, &parsed) == 0) parsed.s_addr = 0;
+    if (text == nullptr || inet_aton(text, &parsed) == 0) parsed.s_addr = 0;
     *address = parsed.s_addr;
     return 0;
 }
@@ -202,9 +203,11 @@ char* string_split(char* text, const char* delimiters, int limit, int index) {
     if (text == nullptr || index < 1) return nullptr;
     char* tokens[kMost] = {};
     char* rest = nullptr;
+    const int most = std::min(limit, kMost);
     int count = 0;
-    for (char* token = strtok_r(text, delimiters, &rest); token != nullptr && count < limit && count < kMost;
-         token = strtok_r(nullptr, delimiters, &rest)) {
+    while (count < most) {
+        char* token = strtok_r(count == 0 ? text : nullptr, delimiters, &rest);
+        if (token == nullptr) break;
         tokens[count++] = token;
     }
     return index <= count ? tokens[index - 1] : nullptr;
@@ -218,23 +221,31 @@ char* strlowr(char* text) {
 }
 
 int mhz_to_channel(int mhz) {
-    if (mhz == 2484) return 14;
-    if (mhz < 2484) return (mhz - 2407) / 5;
-    if (mhz > 4940 && mhz < 4990) return ((mhz % 5 == 2 ? 5 : 0) + 10 * mhz - 49400) / 5;
-    if (mhz <= 4900) return (mhz - 2512) / 20 + 15;
-    if (mhz < 5000) return (mhz - 4000) / 5;
-    return (mhz - 5000) / 5;
+    const int64_t f = mhz;
+    int64_t channel = (f - 5000) / 5;
+    if (f == 2484) {
+        channel = 14;
+    } else if (f < 2484) {
+        channel = (f - 2407) / 5;
+    } else if (f <= 4900) {
+        channel = (f - 2512) / 20 + 15;
+    } else if (f > 4940 && f < 4990) {
+        channel = ((f % 5 == 2 ? 5 : 0) + 10 * f - 49400) / 5;
+    } else if (f < 5000) {
+        channel = (f - 4000) / 5;
+    }
+    return static_cast<int>(channel);
 }
 
 void channel_to_mhz(int channel, int* mhz) {
-    const long wide = channel;
-    long result = 2512 + 20 * (wide - 15);
-    if (channel == 14) {
+    const int64_t c = channel;
+    int64_t result = 2512 + 20 * (c - 15);
+    if (c == 14) {
         result = 2484;
-    } else if (channel < 14) {
-        result = 2407 + 5 * wide;
-    } else if (channel > 26) {
-        result = 5000 + 5 * wide;
+    } else if (c < 14) {
+        result = 2407 + 5 * c;
+    } else if (c > 26) {
+        result = 5000 + 5 * c;
     }
     *mhz = static_cast<int>(result);
 }

@@ -1,5 +1,6 @@
 // A data-model library for the tests of dm. Each call leaves one line in the file that AGENT_CALLS names,
 // spoils its instance array as real handlers may, and prints a line on standard output.
+#include <cwmp/agent_state.h>
 #include <cwmp/handler.h>
 #include <cwmp/staged_objects.h>
 
@@ -7,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 #define EXPORT extern "C" __attribute__((visibility("default")))
 
@@ -30,6 +32,12 @@ void record(const char* name, int op, int* locate, const char* text) {
     std::fclose(calls);
 }
 
+std::string described(const cwmp_agent_state* agent) {
+    if (!agent) return "";
+    return std::string("agent ") + agent->acs_url + " http://" + agent->host + ":" +
+           std::to_string(agent->port) + agent->path;
+}
+
 // A SET is refused in the pass whose operation number its value ends in: "refuse3".
 int parameter(const char* name, int op, va_list args, const char* answer, unsigned flag) {
     va_list own;
@@ -37,10 +45,9 @@ int parameter(const char* name, int op, va_list args, const char* answer, unsign
     int* locate = va_arg(own, int*);
     char* value = va_arg(own, char*);
     unsigned* flags = op == CWMP_OP_GET ? nullptr : va_arg(own, unsigned*);
-    const void* agent_state = va_arg(own, void*);
+    const auto* agent = va_arg(own, const cwmp_agent_state*);
     va_end(own);
-    if (agent_state) return -1;
-    record(name, op, locate, flags ? value : "");
+    record(name, op, locate, (std::string(flags ? value : "") + described(agent)).c_str());
     if (!flags) {
         if (!answer) return -1;
         std::strcpy(value, answer);

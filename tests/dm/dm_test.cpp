@@ -183,6 +183,23 @@ TEST_F(Dm, TellsWhatBecameOfEachGroup) {
               std::string::npos);
 }
 
+TEST_F(Dm, HandsTheAgentsRecordOn) {
+    sandbox.write("agent", "# comment\nacs-url http://acs/#x\n\n  host 192.0.2.1\nport 65535\npath /p\n");
+    const char* record = "agent http://acs/#x http://192.0.2.1:65535/p";
+    EXPECT_EQ(sandbox.run("--agent agent get Device.Box.Name").calls,
+              std::string("Box_Name 0 [00000000] ") + record + "\n");
+    EXPECT_EQ(sandbox.run("--agent agent set Device.Box.Late=").calls,
+              std::string("Box_Late 1 [00000000] ") + record + "\n");
+    for (const std::string line :
+         {"port 65536", "port -1", "port", "host 1192.1168.100.200", "host a b", "colour red"}) {
+        sandbox.write("agent", line);
+        const auto result = sandbox.run("--agent agent get Device.Box.Name");
+        EXPECT_EQ(result.exit, 4) << line;
+        EXPECT_EQ(result.err, "dm: agent: not understood: " + line + "\n");
+    }
+    EXPECT_EQ(sandbox.run("--agent nowhere get Device.Box.Name").err, "dm: nowhere: cannot be read\n");
+}
+
 TEST_F(Dm, HandsTheLogLevelOn) {
     EXPECT_EQ(sandbox.run("get Device.Box.Name --log 6").err, "level 6 syslog 0\nnoise of Box_Name\n");
 }

@@ -12,10 +12,6 @@ namespace cwmp {
 
 namespace {
 
-// Follows the arguments of every call: handlers of the management server's URLs read the ACS URL in use and
-// the connection-request address from it and stand its absence.
-constexpr void* kAgentState = nullptr;
-
 // No table of a router comes near this; a count beyond it is a broken store.
 constexpr int kMostInstances = 4096;
 constexpr int kLeastListCapacity = 64;
@@ -55,7 +51,7 @@ void Agent::set_log_level(int level) const {
     const cwmp_handler handler = library_.find("debug_level");
     if (!handler) throw Failure{"debug_level", kNoFault, Exit::Unusable, "not exported by the library"};
     int levels[2] = {level, 0};
-    call(handler, CWMP_OP_APPLY, levels, kAgentState);
+    call(handler, CWMP_OP_APPLY, levels, state_);
 }
 
 cwmp_handler Agent::handler_of(const Node& node, const std::string& path) const {
@@ -69,23 +65,23 @@ std::string Agent::get(const Node& parameter, const std::vector<int>& numbers) c
     const cwmp_handler handler = handler_of(parameter, path);
     Locate locate = locate_of(parameter, numbers);
     ValueBuffer value(CWMP_VALUE_SIZE);
-    if (call(handler, CWMP_OP_GET, locate.data(), value.data(), kAgentState) != 0) {
+    if (call(handler, CWMP_OP_GET, locate.data(), value.data(), state_) != 0) {
         throw Failure{path, kInternalError, Exit::Refused, "the value cannot be read"};
     }
     return text_of(value);
 }
 
 int Agent::set(cwmp_handler handler, const Target& target, int op, const std::string& value,
-               unsigned& flags) {
+               unsigned& flags) const {
     Locate locate = locate_of(*target.node, target.numbers);
-    return call(handler, op, locate.data(), value.c_str(), &flags, kAgentState);
+    return call(handler, op, locate.data(), value.c_str(), &flags, state_);
 }
 
 bool Agent::revert(unsigned& flags) const {
     const cwmp_handler handler = library_.find("func_obj_revert");
     if (!handler) return false;
     Locate locate{};
-    return call(handler, CWMP_OP_APPLY, locate.data(), "", &flags, kAgentState) == 0;
+    return call(handler, CWMP_OP_APPLY, locate.data(), "", &flags, state_) == 0;
 }
 
 const std::vector<int>& Agent::instances(const Node& table, const std::vector<int>& outer) {
@@ -116,7 +112,7 @@ std::vector<int> Agent::listed(const Node& table, const std::vector<int>& outer)
     Locate locate = locate_of(table, outer);
     uint32_t capacity = static_cast<uint32_t>(std::max(counted(table, outer), kLeastListCapacity));
     std::vector<uint32_t> numbers(capacity);
-    require_done(call(handler, CWMP_OP_LIST, locate.data(), numbers.data(), &capacity, kAgentState), path,
+    require_done(call(handler, CWMP_OP_LIST, locate.data(), numbers.data(), &capacity, state_), path,
                  "the instances cannot be listed");
     // The handler tells no count: the numbers end at the first entry that it left at zero.
     const auto end =
@@ -141,7 +137,7 @@ int Agent::add(const Node& table, const std::vector<int>& outer, unsigned& flags
     const cwmp_handler handler = handler_of(table, path);
     Locate locate = locate_of(table, outer);
     ValueBuffer text(CWMP_VALUE_SIZE);
-    require_done(call(handler, CWMP_OP_ADD, locate.data(), text.data(), &flags, kAgentState), path,
+    require_done(call(handler, CWMP_OP_ADD, locate.data(), text.data(), &flags, state_), path,
                  "no instance can be added");
     const int number = decimal<int>(text_of(text)).value_or(0);
     if (number > 0) return number;
@@ -155,7 +151,7 @@ void Agent::remove(const Node& table, const std::vector<int>& outer, int number,
     const cwmp_handler handler = handler_of(table, path);
     Locate locate = locate_of(table, outer);
     const std::string text = std::to_string(number);
-    require_done(call(handler, CWMP_OP_DELETE, locate.data(), text.c_str(), &flags, kAgentState), path,
+    require_done(call(handler, CWMP_OP_DELETE, locate.data(), text.c_str(), &flags, state_), path,
                  "the instance cannot be deleted");
 }
 

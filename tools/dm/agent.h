@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cwmp/agent_state.h>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -13,7 +15,9 @@ namespace cwmp {
 // Calls handlers the way the management agent does. Failed operations throw Failure.
 class Agent {
   public:
-    explicit Agent(const Library& library) : library_(library) {}
+    // The agent's record, null when there is none, follows the arguments of every call: the handlers of the
+    // management server's URLs read it.
+    Agent(const Library& library, const cwmp_agent_state* state) : library_(library), state_(state) {}
 
     const Library& library() const { return library_; }
 
@@ -22,8 +26,8 @@ class Agent {
     std::string get(const Node& parameter, const std::vector<int>& numbers) const;
 
     // The handler's own answer to one pass; the transaction judges it.
-    static int set(cwmp_handler handler, const Target& target, int op, const std::string& value,
-                   unsigned& flags);
+    int set(cwmp_handler handler, const Target& target, int op, const std::string& value,
+            unsigned& flags) const;
 
     // Whether the library could be asked to revert.
     bool revert(unsigned& flags) const;
@@ -44,6 +48,7 @@ class Agent {
     std::vector<int> listed(const Node& table, const std::vector<int>& outer) const;
 
     const Library& library_;
+    const cwmp_agent_state* state_;
     std::map<std::string, std::vector<int>> instances_;
 };
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "agent_state.h"
 #include "commands.h"
 #include "library.h"
 #include "router_root.h"
@@ -30,6 +31,7 @@ struct Options {
     std::string library = "/usr/lib/libcwmp-datamodel.so";
     std::string model = "/usr/share/cwmp-datamodel/model";
     std::string root;
+    std::optional<std::string> agent;
     std::optional<int> log_level;
     std::vector<std::string> paths;
     std::vector<std::string> assignments;
@@ -55,6 +57,7 @@ class CommandLine {
             ->take_last();
         app_.add_option("--root", options.root, "Enter this router root first; other paths are inside it")
             ->take_last();
+        app_.add_option("--agent", options.agent, "The file that describes the agent itself")->take_last();
         app_.add_option("--log", options.log_level, "The library's log level: 3 error, 6 progress, 7 debug")
             ->take_last();
         add_commands();
@@ -116,7 +119,8 @@ void run(const CommandLine& line, Report& report) {
         const Model model(options.model);
         if (!line.command) return list_names(model, options.below, report);
         const Library library(options.library);
-        Agent agent(library);
+        const auto state = agent_state(options.agent);
+        Agent agent(library, state ? &*state : nullptr);
         if (options.log_level) agent.set_log_level(*options.log_level);
         Session session{model, agent, report};
         line.command(session, options);

@@ -64,7 +64,7 @@ void Transaction::run_passes() {
 
 bool Transaction::accepts(Setting& setting, int op) {
     groups_.before_call();
-    const bool accepted = Agent::set(setting.handler, setting.target, op, setting.value, flags_) == 0;
+    const bool accepted = agent_.set(setting.handler, setting.target, op, setting.value, flags_) == 0;
     groups_.after_call(op, accepted, setting.group);
     return accepted;
 }

@@ -1,0 +1,198 @@
+// InternetGatewayDevice.ManagementServer. and Device.ManagementServer.
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+#include "core/command.h"
+#include "cwmp/agent_state.h"
+#include "handlers/blocks/option.h"
+
+using namespace cwmp;
+
+static_assert(offsetof(cwmp_agent_state, path) == sizeof(uint16_t), "the path follows the port");
+
+HANDLER(XMPP_Connection_JabberID);
+
+namespace {
+
+constexpr Section kInfo = {"cwmp", "info"};
+constexpr Section kStun = {"cwmp", "tr111"};
+constexpr Section kXmpp = {"cwmp", "xmpp_conn"};
+constexpr Section kLocal = {"cwmp_local", "cwmp_cfg"};
+constexpr Section kLocalStun = {"cwmp_local", "tr111"};
+
+constexpr const char* kXmppConnection = "Device.XMPP.Connection.1.";
+
+// The agent's record follows the usual arguments; null when the agent has none to show.
+const cwmp_agent_state* agent_state(int op, va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    va_arg(copy, int*);
+    va_arg(copy, char*);
+    if (op != CWMP_OP_GET) va_arg(copy, unsigned int*);
+    const auto* state = va_arg(copy, const cwmp_agent_state*);
+    va_end(copy);
+    return state;
+}
+
+template <std::size_t size>
+std::string field(const char (&text)[size]) {
+    return {text, strnlen(text, size)};
+}
+
+void save_device_configuration() { run("saveconfig device-config"); }
+
+void log_value(Caller caller, const char* event, const char* value) {
+    log_event(caller, kError, "%s %s\n\n", event, value);
+}
+
+// A setting whose new value is logged, in clear, before anything is done with it.
+int server_setting(int op, va_list args, const char* event, Option setting, Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) {
+        const char* value = SetArguments(args).value();
+        if (value == nullptr) return kRefused;
+        log_value(caller, event, value);
+    }
+    setting.apply = CWMP_APPLY_MANAGEMENT_SERVER;
+    setting.write_failure_is_done = true;
+    return option(op, args, setting);
+}
+
+int stun_setting(int op, va_list args, const char* name, const char* missing, bool secret = false) {
+    return option(op, args,
+                  {.at = kStun / name,
+                   .missing = missing,
+                   .apply = CWMP_APPLY_STUN,
+                   .secret = secret,
+                   .write_failure_is_done = true});
+}
+
+// Marks what the agent must find after a restart. True when the mark was not there yet.
+bool mark_once(const OptionPath& at) {
+    if (read_option(at).value_or("0") != "0") return false;
+    write_option(at, "1");
+    return true;
+}
+
+int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller caller) {
+    if (set.value() == nullptr) return kRefused;
+    log_value(caller, "cwmp, URL val", set.value());
+    const bool is_new = agent != nullptr && field(agent->acs_url) != set.value();
+    bool must_save = is_new && mark_once(kLocal / "reset_flag");
+    write_option(kInfo / "url", set.value());
+    set.raise(CWMP_APPLY_MANAGEMENT_SERVER);
+    must_save |= mark_once(kLocal / "ever_set");
+    if (must_save) save_device_configuration();
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(ManagementServer_URL) {
+    const auto* agent = agent_state(op, args);
+    if (op != CWMP_OP_GET) return set_url(SetArguments(args), agent, Caller::here());
+    return agent != nullptr ? GetArguments(args).answer(field(agent->acs_url)) : kRefused;
+}
+
+HANDLER(ManagementServer_Username) {
+    return server_setting(op, args, "cwmp, username val", {.at = kInfo / "username"});
+}
+HANDLER(ManagementServer_Password) {
+    return server_setting(op, args, "cwmp password, val", {.at = kInfo / "password", .secret = true});
+}
+
+HANDLER(ManagementServer_EnableCWMP) {
+    const Option setting = {.at = kInfo / "enable", .accepts = zero_or_one};
+    if (op == CWMP_OP_GET) return option(op, args, setting, {.unreadable = " get ACS_enable error\n\n"});
+    return server_setting(op, args, "ENABLE cwmp, val", setting);
+}
+
+HANDLER(ManagementServer_PeriodicInformEnable) {
+    return server_setting(op, args, "cwmp, peridicInformEnable val",
+                          {.at = kInfo / "inform_enable", .missing = "1", .accepts = zero_or_one});
+}
+HANDLER(ManagementServer_PeriodicInformInterval) {
+    return server_setting(op, args, "cwmp, peridicInformInterval val", {.at = kInfo / "inform_interval"});
+}
+HANDLER(ManagementServer_PeriodicInformTime) {
+    const int result =
+        server_setting(op, args, "cwmp_local, inform_time val", {.at = kLocal / "inform_time"});
+    if (op != CWMP_OP_GET && result == kDone) save_device_configuration();
+    return result;
+}
+
+HANDLER(ManagementServer_ParameterKey) { return read_only_option(op, args, {.at = kLocal / "parameterKey"}); }
+
+HANDLER(ManagementServer_ConnectionRequestURL) {
+    constexpr std::size_t kLongest = 256;
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* agent = agent_state(op, args);
+    if (agent == nullptr) return kRefused;
+    const std::string url =
+        "http://" + field(agent->host) + ":" + std::to_string(agent->port) + field(agent->path);
+    return GetArguments(args).answer(url.substr(0, kLongest));
+}
+HANDLER(ManagementServer_ConnectionRequestUsername) {
+    return server_setting(op, args, "cwmp, ConnectionRequestUsername val", {.at = kInfo / "conn_username"});
+}
+HANDLER(ManagementServer_ConnectionRequestPassword) {
+    return server_setting(op, args, "cwmp, ConnectionRequestPassword val",
+                          {.at = kInfo / "conn_password", .secret = true});
+}
+
+// Writable, without effect.
+HANDLER(ManagementServer_KickURL) { return op == CWMP_OP_GET ? constant(op, args, "") : kDone; }
+HANDLER(ManagementServer_UDPConnectionRequestAddressNotificationLimit) {
+    return op == CWMP_OP_GET ? constant(op, args, "0") : kDone;
+}
+
+HANDLER(ManagementServer_AliasBasedAddressing) { return constant(op, args, "0"); }
+HANDLER(ManagementServer_SupportedConnReqMethods) { return constant(op, args, "HTTP,STUN,XMPP"); }
+
+HANDLER(ManagementServer_UDPConnectionRequestAddress) {
+    return read_only_option(op, args, {.at = kLocalStun / "udpConReqAdd"});
+}
+HANDLER(ManagementServer_NATDetected) {
+    return read_only_option(op, args, {.at = kLocalStun / "NATDetected", .missing = "0"});
+}
+
+HANDLER(ManagementServer_STUNEnable) { return stun_setting(op, args, "Enable", "0"); }
+HANDLER(ManagementServer_STUNServerAddress) { return stun_setting(op, args, "STUNSAdd", ""); }
+HANDLER(ManagementServer_STUNServerPort) { return stun_setting(op, args, "STUNSPort", "3478"); }
+HANDLER(ManagementServer_STUNUsername) { return stun_setting(op, args, "STUNUsername", ""); }
+HANDLER(ManagementServer_STUNPassword) { return stun_setting(op, args, "STUNPassword", "", true); }
+
+namespace {
+
+std::int64_t decimal(const char* text) { return std::strtoll(text, nullptr, 10); }
+
+// A bound that is not stored counts as 0 here, whatever its GET answers.
+std::int64_t stored_bound(const char* name) {
+    return decimal(read_option(kStun / name).value_or("0").c_str());
+}
+
+std::int64_t new_bound(va_list args) {
+    const char* value = SetArguments(args).value();
+    return value != nullptr ? decimal(value) : 0;
+}
+
+}  // namespace
+
+HANDLER(ManagementServer_STUNMaximumKeepAlivePeriod) {
+    if (op != CWMP_OP_GET && new_bound(args) < stored_bound("MinKeepPeriod")) return kRefused;
+    return stun_setting(op, args, "MaxKeepPeriod", "-1");
+}
+HANDLER(ManagementServer_STUNMinimumKeepAlivePeriod) {
+    if (op != CWMP_OP_GET && new_bound(args) > stored_bound("MaxKeepPeriod")) return kRefused;
+    return stun_setting(op, args, "MinKeepPeriod", "10");
+}
+
+HANDLER(ManagementServer_ConnReqXMPPConnection) {
+    if (op == CWMP_OP_GET) return constant(op, args, kXmppConnection);
+    const char* value = SetArguments(args).value();
+    return value != nullptr && std::strcmp(value, kXmppConnection) == 0 ? kDone : kRefused;
+}
+HANDLER(ManagementServer_ConnReqAllowedJabberIDs) {
+    return option(op, args, {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP});
+}
+HANDLER(ManagementServer_ConnReqJabberID) { return XMPP_Connection_JabberID(op, args); }
