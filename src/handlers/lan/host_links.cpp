@@ -1,8 +1,7 @@
 // Device.Hosts.Host.{i}.: how a host is connected, and to which of the mesh's devices.
 #include <algorithm>
-#include <iterator>
 
-#include "config/numbered_table.h"
+#include "config/numbered_rows.h"
 #include "core/addresses.h"
 #include "core/handler.h"
 #include "core/log.h"
@@ -12,53 +11,52 @@ using namespace cwmp;
 
 namespace {
 
-struct Network {
+struct WirelessNetwork {
     const char* interface;
     const char* band;
     const char* clients;  // the table that lists the network's clients
 };
 
 // The network of an interface; nothing when it is not wireless.
-std::optional<Network> network_of(const std::string& interface) {
+std::optional<WirelessNetwork> network_of(const std::string& interface) {
     initialize_interface_info(_interface_info);
-    const Network networks[] = {
+    const WirelessNetwork networks[] = {
         {_interface_info->wifi_2_4G, "2.4GHz", "Device.WiFi.AccessPoint.1.AssociatedDevice."},
         {_interface_info->wifi_5G, "5GHz", "Device.WiFi.AccessPoint.3.AssociatedDevice."},
         {_interface_info->guest_2_4G, "2.4GHz", "Device.WiFi.AccessPoint.1.X_QM_MultiSSID.AssociatedDevice."},
         {_interface_info->guest_5G, "5GHz", "Device.WiFi.AccessPoint.2.X_QM_MultiSSID.AssociatedDevice."},
     };
-    const auto* network = std::find_if(
-        std::begin(networks), std::end(networks),
-        [&](const Network& candidate) { return !interface.empty() && interface == candidate.interface; });
-    if (network == std::end(networks)) return std::nullopt;
-    return *network;
+    for (const auto& network : networks) {
+        if (!interface.empty() && interface == network.interface) return network;
+    }
+    return std::nullopt;
 }
 
-std::string associated_device(const NumberedTable& hosts, int host) {
-    const std::string interface = hosts.field(host, "lay2if").value_or("");
+std::string host_option(int host, const char* option) { return read_row("hosts", host, option).value_or(""); }
+
+std::string associated_device(int host) {
+    const std::string interface = host_option(host, "lay2if");
     const auto network = network_of(interface);
     if (!network) return "";
-    const auto clients = hosts.rows_with("lay2if", interface);
+    const auto clients = find_rows("hosts", row_count("hosts").value_or(0), {{"lay2if", interface}});
     const auto client = std::find(clients.begin(), clients.end(), host);
     if (client == clients.end()) return "";
     return network->clients + std::to_string(client - clients.begin() + 1);
 }
 
-std::string mesh_device_address(const NumberedTable& hosts, int host) {
-    const std::string device = hosts.field(host, "LinkDeviceId").value_or("");
+std::string mesh_device_address(int host) {
+    const std::string device = host_option(host, "LinkDeviceId");
     if (device.empty()) return "";
-    const NumberedTable mesh("meshinfo");
-    const auto found = mesh.rows_with("deviceid", device);
-    return found.empty() ? "" : canonical_mac(mesh.field(found.front(), "mac").value_or(""));
+    const auto found = find_rows("meshinfo", row_count("meshinfo").value_or(0), {{"deviceid", device}});
+    return found.empty() ? "" : canonical_mac(read_row("meshinfo", found.front(), "mac").value_or(""));
 }
 
-std::string connection_type(const NumberedTable& hosts, int host) {
-    if (const auto network = network_of(hosts.field(host, "lay2if").value_or(""))) return network->band;
-    return hosts.field(host, "iftype") == "Ethernet" ? "Ethernet" : "";
+std::string connection_type(int host) {
+    if (const auto network = network_of(host_option(host, "lay2if"))) return network->band;
+    return host_option(host, "iftype") == "Ethernet" ? "Ethernet" : "";
 }
 
-int host_link(int op, va_list args, std::string (*link)(const NumberedTable& hosts, int host),
-              Caller caller = Caller::here()) {
+int host_link(int op, va_list args, std::string (*link)(int host), Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int host = get.locate()[0];
@@ -66,7 +64,7 @@ int host_link(int op, va_list args, std::string (*link)(const NumberedTable& hos
         log_event(caller, kError, "locate error\n");
         return kRefused;
     }
-    return get.answer(link(NumberedTable("hosts"), host));
+    return get.answer(link(host));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // InternetGatewayDevice.LANDevice.{i}.Hosts. and Device.Hosts.: the clients of the LAN, as another process of
 // the device keeps them in package hosts of the scratch store.
+#include "config/numbered_rows.h"
 #include "config/store.h"
 #include "core/addresses.h"
 #include "core/handler.h"
@@ -12,10 +13,6 @@ using namespace cwmp;
 namespace {
 
 constexpr const char* kHosts = "hosts";
-
-std::optional<std::string> host_field(int host, const char* field) {
-    return read_option({kHosts, std::to_string(host).c_str(), field}, kScratchStore);
-}
 
 // The host of a path with or without the LANDevice number before it.
 std::optional<int> host_number(const int* locate) {
@@ -44,7 +41,7 @@ int LANDevice_Hosts_Host_InfoGet(int op, va_list args, const char* field) {
     if (op != CWMP_OP_GET || field == nullptr) return kRefused;
     const auto host = host_number(get.locate());
     if (!host) return kRefused;
-    const auto stored = host_field(*host, field);
+    const auto stored = read_row(kHosts, *host, field);
     if (stored) return get.answer(presented(field, *stored));
     get.answer(missing(field));
     LOG_ERROR("uci get %s error \n\n", field);
@@ -91,7 +88,7 @@ int interface_of_host(int op, va_list args, const char* field, const char* (*nam
         return kRefused;
     }
     if (op != CWMP_OP_GET) return kRefused;
-    const auto stored = host_field(locate[1], field);
+    const auto stored = read_row(kHosts, locate[1], field);
     return get.answer(stored ? name(*stored) : "");
 }
 
