@@ -1,5 +1,7 @@
 #include "handlers/lan/reservation.h"
 
+#include <algorithm>
+
 #include "config/device_profile.h"
 #include "config/store.h"
 #include "core/addresses.h"
@@ -65,21 +67,22 @@ bool Reservation::is_taken(const char* option, const std::string& value, const L
                            std::string (*full)(const std::string& text, const Lan& lan)) const {
     UciContext context(kLiveStore);
     if (!context || !context.load(kReservations)) return true;
-    for (uci_section* section : context.sections(kReservation)) {
+    const auto sections = context.sections(kReservation);
+    return std::any_of(sections.begin(), sections.end(), [&](uci_section* section) {
         const char* other = UciContext::name(section);
-        if (name_ == other) continue;
+        if (name_ == other) return false;
         const auto text = context.value(section, option);
         if (!text) {
             log_event(caller_, kError, "failed to find option %s in section %s\n", option, other);
             return true;
         }
-        if (full(*text, lan) == value) {
+        const bool same = full(*text, lan) == value;
+        if (same) {
             log_event(caller_, kError, "failed, %s %s is already in section %s\n", option, value.c_str(),
                       other);
-            return true;
         }
-    }
-    return false;
+        return same;
+    });
 }
 
 std::optional<ReservationNumbers> ReservationNumbers::read(Caller caller) {

@@ -1,4 +1,6 @@
 // Device.DHCPv4.Server.Pool.{i}.StaticAddress.: adding, deleting and listing static addresses.
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 #include "config/store.h"
@@ -26,10 +28,9 @@ bool create(const std::string& name) {
         const char* value;
     } kUnset[] = {{"interface", "lan"}, {"enable", "off"}, {"mac", kNoMac}, {"ip", kNoHost}};
     if (uciRawAddSection(kReservations, name.c_str(), kReservation) != 0) return false;
-    for (const auto& [option, value] : kUnset) {
-        if (!write_option({kReservations, name.c_str(), option}, value)) return false;
-    }
-    return true;
+    return std::all_of(std::begin(kUnset), std::end(kUnset), [&](const auto& unset) {
+        return write_option({kReservations, name.c_str(), unset.option}, unset.value);
+    });
 }
 
 int add(va_list args, Caller caller) {
