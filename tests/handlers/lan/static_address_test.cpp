@@ -83,9 +83,11 @@ TEST_F(StaticAddress, TheProfileLimitsTheirNumber) {
 }
 
 TEST_F(StaticAddress, AnInvalidSectionStopsTheObject) {
+    profile("dhcps.max_rsvd_host", "7");
     for (const auto& [name, event] : std::vector<std::pair<std::string, std::string>>{
              {"0", "failed to handle unknown section -1\n"},
              {"65", "failed to handle unknown section 64\n"},
+             {"8", "failed to handle unknown section 7\n"},
              {"printer", "failed to handle unknown section -1\n"}}) {
         SCOPED_TRACE(name);
         entries("config reservation '" + name + "'\nconfig other 'x'\n");
@@ -218,6 +220,7 @@ TEST_F(StaticAddress, TheHostPartFollowsTheLan) {
         {"10.0.0.1", "255.0.0.0", "10.0.3.4", "0.3.4", "11.9.9.9", "11.0.3.4"},
         {"192.168.0.1", "255.255.255.192", "192.168.0.42", "42", "192.168.0.129", "192.168.0.170"},
         {"192.168.0.1", "255.255.254.0", "192.168.1.7", "1.7", "192.168.4.1", "192.168.5.7"},
+        {"10.1.2.1", "255.0.255.0", "10.1.2.7", "1.0.7", "10.0.3.1", "10.1.3.7"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.address);
