@@ -1,0 +1,16 @@
+// The list operation of an object handler.
+#pragma once
+
+#include <cstdarg>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace cwmp {
+
+// Takes locate, the agent's array and its capacity, and writes the numbers, as many as there is room for. The
+// count is not written back: the agent zeroes the array beforehand. Answers the capacity; nothing when the
+// agent passed no array.
+std::optional<uint32_t> answer_instances(va_list args, const std::vector<int32_t>& numbers);
+
+}  // namespace cwmp

@@ -1,0 +1,80 @@
+// Device.Bridging. and InternetGatewayDevice.Layer2Bridging.: the LAN bridge and its one VLAN, the internet
+// VLAN.
+#include "core/text.h"
+#include "cwmp/interface_stack.h"
+#include "handlers/blocks/option.h"
+#include "handlers/blocks/staged.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr Section kCustom{"iptv", "Custom"};
+constexpr int kPorts = 6;
+
+// A fixed value that takes a SET without effect.
+int tolerant_constant(int op, va_list args, const char* text) {
+    return op == CWMP_OP_GET ? constant(op, args, text) : kDone;
+}
+
+struct OtherVlan {
+    const char* option;
+    const char* usual;
+    const char* evasive;  // where the internet VLAN has taken its identifier
+};
+
+void make_room(const OtherVlan& vlan, const char* taken) {
+    const auto stored = read_option(kCustom / vlan.option);
+    if (!stored || *stored == "0") write_option(kCustom / vlan.option, vlan.usual);
+    if (stored && *stored == taken) write_option(kCustom / vlan.option, vlan.evasive);
+}
+
+int set_internet_vlan(const SetArguments& set) {
+    if (set.value() == nullptr) return kRefused;
+    if (!write_option(kCustom / "mode", "Custom")) return kRefused;
+    const int identifier = decimal_prefix(set.value());
+    if (identifier < 2 || identifier > 4094) return kRefused;
+    if (!write_option(kCustom / "internet_vid", set.value())) return kRefused;
+    make_room({"ipphone_vid", "20", "21"}, set.value());
+    make_room({"iptv_vid", "30", "31"}, set.value());
+    set.raise(CWMP_APPLY_IPTV);
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(Layer2Bridging_Bridge_VLAN_VLANID) {
+    if (op != CWMP_OP_GET) return set_internet_vlan(SetArguments(args));
+    const auto identifier = read_option(kCustom / "internet_vid");
+    return identifier ? GetArguments(args).answer(*identifier) : kRefused;
+}
+
+HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable) {
+    return op == CWMP_OP_GET ? option(op, args, {.at = {"network", "vlan", "enable"}},
+                                      {.unreadable = " get VLANEnable error\n\n"})
+                             : staged(op, args, {CWMP_STAGED_VLAN, CWMP_VLAN_ENABLE});
+}
+
+HANDLER(Bridging_Bridge_VLAN_VLANID) { return Layer2Bridging_Bridge_VLAN_VLANID(op, args); }
+HANDLER(Bridging_Bridge_VLAN_VLANEnable) { return Layer2Bridging_Bridge_VLAN_VLANEnable(op, args); }
+
+HANDLER(Bridging_BridgeNumberOfEntries) { return tolerant_constant(op, args, "1"); }
+HANDLER(Bridging_Bridge_VLANNumberOfEntries) { return tolerant_constant(op, args, "1"); }
+HANDLER(Bridging_Bridge_PortNumberOfEntries) { return tolerant_constant(op, args, "6"); }
+
+HANDLER(Bridging_Bridge_Port_ManagementPort) {
+    if (op != CWMP_OP_GET) return kDone;
+    const GetArguments get(args);
+    const int port = get.locate()[1];
+    if (get.locate()[0] != 1 || port < 1 || port > kPorts) return kRefused;
+    return get.answer(port == 1 ? "1" : "0");
+}
+
+// Only the management port tells what lies below it.
+HANDLER(Bridging_Bridge_Port_LowerLayers) {
+    constexpr int kBridgeStack = 22;
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    if (get.locate()[0] != 1 || get.locate()[1] != 1) return kDone;
+    return get.answer(getLowerLayers(kBridgeStack));
+}

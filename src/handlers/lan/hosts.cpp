@@ -1,0 +1,112 @@
+// InternetGatewayDevice.LANDevice.{i}.Hosts. and Device.Hosts.: the clients of the LAN, as another process of
+// the device keeps them in package hosts of the scratch store.
+#include "config/numbered_rows.h"
+#include "config/store.h"
+#include "core/addresses.h"
+#include "core/handler.h"
+#include "core/log.h"
+#include "cwmp/lan.h"
+#include "cwmp/platform.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr const char* kHosts = "hosts";
+
+// The host of a path with or without the LANDevice number before it.
+std::optional<int> host_number(const int* locate) {
+    if (locate[0] == 0) return std::nullopt;
+    return locate[1] == 0 ? locate[0] : locate[1];
+}
+
+const char* missing(std::string_view field) {
+    if (field == "hostname" || field == "active") return "unkown";
+    if (field == "addresssource") return "None";
+    if (field == "iftype") return "Other";
+    return "";
+}
+
+std::string presented(std::string_view field, const std::string& stored) {
+    if (field == "mac") return canonical_mac(stored);
+    if (field != "iftype") return stored;
+    if (stored == "802.11") return "Wi-Fi";
+    return stored == "Ethernet" ? stored : "Other";
+}
+
+}  // namespace
+
+int LANDevice_Hosts_Host_InfoGet(int op, va_list args, const char* field) {
+    const GetArguments get(args);
+    if (op != CWMP_OP_GET || field == nullptr) return kRefused;
+    const auto host = host_number(get.locate());
+    if (!host) return kRefused;
+    const auto stored = read_row(kHosts, *host, field);
+    if (stored) return get.answer(presented(field, *stored));
+    get.answer(missing(field));
+    LOG_ERROR("uci get %s error \n\n", field);
+    return kDone;
+}
+
+HANDLER(LANDevice_Hosts_HostNumberOfEntries) {
+    if (op != CWMP_OP_GET) return kRefused;
+    return GetArguments(args).answer(read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
+}
+
+HANDLER(LANDevice_Hosts_Host_IPAddress) { return LANDevice_Hosts_Host_InfoGet(op, args, "ip"); }
+HANDLER(LANDevice_Hosts_Host_AddressSource) {
+    return LANDevice_Hosts_Host_InfoGet(op, args, "addresssource");
+}
+HANDLER(LANDevice_Hosts_Host_LeaseTimeRemaining) {
+    return LANDevice_Hosts_Host_InfoGet(op, args, "lease_time");
+}
+HANDLER(LANDevice_Hosts_Host_MACAddress) { return LANDevice_Hosts_Host_InfoGet(op, args, "mac"); }
+HANDLER(LANDevice_Hosts_Host_HostName) { return LANDevice_Hosts_Host_InfoGet(op, args, "hostname"); }
+HANDLER(LANDevice_Hosts_Host_InterfaceType) { return LANDevice_Hosts_Host_InfoGet(op, args, "iftype"); }
+HANDLER(LANDevice_Hosts_Host_Active) { return LANDevice_Hosts_Host_InfoGet(op, args, "active"); }
+
+HANDLER(Hosts_HostNumberOfEntries) { return LANDevice_Hosts_HostNumberOfEntries(op, args); }
+HANDLER(Hosts_Host_IPAddress) { return LANDevice_Hosts_Host_IPAddress(op, args); }
+HANDLER(Hosts_Host_AddressSource) { return LANDevice_Hosts_Host_AddressSource(op, args); }
+HANDLER(Hosts_Host_LeaseTimeRemaining) { return LANDevice_Hosts_Host_LeaseTimeRemaining(op, args); }
+HANDLER(Hosts_Host_HostName) { return LANDevice_Hosts_Host_HostName(op, args); }
+HANDLER(Hosts_Host_InterfaceType) { return LANDevice_Hosts_Host_InterfaceType(op, args); }
+HANDLER(Hosts_Host_Active) { return LANDevice_Hosts_Host_Active(op, args); }
+HANDLER(Hosts_Host_PhysAddress) { return LANDevice_Hosts_Host_MACAddress(op, args); }
+
+namespace {
+
+// The interface handlers take the first number of the path as the host's, whatever follows it.
+int interface_of_host(int op, va_list args, const char* field, const char* (*name)(const std::string& stored),
+                      Caller caller = Caller::here()) {
+    const GetArguments get(args);
+    int* locate = get.locate();
+    locate[1] = locate[0];
+    locate[0] = 1;
+    if (locate[1] == 0) {
+        log_event(caller, kError, "locate error\n");
+        return kRefused;
+    }
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto stored = read_row(kHosts, locate[1], field);
+    return get.answer(stored ? name(*stored) : "");
+}
+
+const char* link_name(const std::string& interface) {
+    initialize_interface_info(_interface_info);
+    if (interface == _interface_info->wifi_5G) return "WIFI 5G";
+    if (interface == _interface_info->wifi_2_4G) return "WIFI 2.4G";
+    return "Enthernet.Interface.1";
+}
+
+const char* medium_name(const std::string& type) {
+    for (const char* medium : {"Ethernet", "802.11", "USB"}) {
+        if (type == medium) return medium;
+    }
+    return "";
+}
+
+}  // namespace
+
+HANDLER(LANDevice_Hosts_Host_Layer2Interface) { return interface_of_host(op, args, "lay2if", link_name); }
+HANDLER(Hosts_Host_Layer1Interface) { return interface_of_host(op, args, "iftype", medium_name); }

@@ -1,0 +1,150 @@
+// InternetGatewayDevice.LANDevice.{i}.LANHostConfigManagement.
+#include "handlers/lan/lan_host_config.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "core/command.h"
+#include "core/text.h"
+#include "cwmp/lan.h"
+#include "cwmp/value_checks.h"
+#include "handlers/blocks/option.h"
+#include "handlers/blocks/staged.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr Section kLan{"smartip_sync", "settings"};
+constexpr Section kDhcpServer{"dhcp_server_sync", "settings"};
+constexpr const char* kNoServer = "0.0.0.0";
+
+// Answers from the store, where an unreadable option is a failure; a SET goes to the option's group.
+int grouped_option(int op, va_list args, const OptionPath& at, const char* unreadable,
+                   const StagedField& field, Caller caller = Caller::here()) {
+    return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller)
+                             : staged(op, args, field, caller);
+}
+
+// The same without SET.
+int required_option(int op, va_list args, const OptionPath& at, const char* unreadable,
+                    Caller caller = Caller::here()) {
+    return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller) : kRefused;
+}
+
+std::optional<std::string> canonical_address(const char* value) {
+    if (checkValidIP(value) != 1) return std::nullopt;
+    return value;
+}
+
+}  // namespace
+
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress) {
+    return grouped_option(op, args, kLan / "lanip", "get lan ip error\n",
+                          {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS});
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask) {
+    return option(op, args, {.at = kLan / "mask", .accepts = canonical_address},
+                  {.unreadable = "get lan mask error\n", .refused = "the format of ip is wrong \n"});
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingType) {
+    return read_only_option(op, args, {.at = {"network", "lan", "proto"}});
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway) {
+    return required_option(op, args, kLan / "gw", "get default geteway error\n");
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_Subnetmask) {
+    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask(op, args);
+}
+
+// What the DHCP server hands out as router is the LAN address itself.
+HANDLER(LANDevice_LANHostConfigManagement_DefaultGateway) {
+    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress(op, args);
+}
+HANDLER(LANDevice_LANHostConfigManagement_IPRouters) {
+    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress(op, args);
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_DHCPServerEnable) { return constant(op, args, "1"); }
+
+HANDLER(LANDevice_LANHostConfigManagement_MinAddress) {
+    return grouped_option(op, args, kDhcpServer / "startIpAddress", " get dhcp startIpAddress error\n\n",
+                          {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS});
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_MaxAddress) {
+    return grouped_option(op, args, kDhcpServer / "endIpAddress", " get dhcp endIpAddress error\n\n",
+                          {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS});
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_DHCPLeaseTime) {
+    return required_option(op, args, kDhcpServer / "dhcpLeaseTime",
+                           " get dhcp_server dhcpLeaseTime error\n\n");
+}
+
+namespace {
+
+// The name servers in the DHCP server's own configuration, always three entries.
+std::optional<std::string> servers_in_use() {
+    constexpr int kServers = 3;
+    Command configuration("cat /tmp/udhcpd_lan.conf");
+    if (!configuration) {
+        log_event({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n");
+        return std::nullopt;
+    }
+    std::string servers;
+    int found = 0;
+    const auto append = [&](const char* server) {
+        if (found++ > 0) servers += ',';
+        servers += server;
+    };
+    while (const auto line = configuration.line()) {
+        const std::size_t start = line->find("dns");
+        if (start == std::string::npos || found == kServers) continue;
+        char word[25], server[25];
+        if (std::sscanf(line->c_str() + start, "%24s %24s", word, server) == 2) append(server);
+    }
+    while (found < kServers) append(kNoServer);
+    return servers;
+}
+
+std::optional<std::string> name_servers() {
+    const auto primary = read_option(kDhcpServer / "primaryDns");
+    const auto secondary = read_option(kDhcpServer / "secondaryDns");
+    if (!primary || !secondary) return std::nullopt;
+    if (*primary == kNoServer && *secondary == kNoServer) return servers_in_use();
+    return *primary + "," + *secondary;
+}
+
+}  // namespace
+
+int _get_dns_server(char* value) {
+    const auto servers = name_servers();
+    if (!servers || value == nullptr) return kRefused;
+    value[servers->copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
+    return kDone;
+}
+
+HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
+    if (op == CWMP_OP_GET) {
+        const auto servers = name_servers();
+        if (servers) return GetArguments(args).answer(*servers);
+        LOG_ERROR(" get dns-server enable error\n\n");
+        return kRefused;
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    const std::string_view servers = set.value();
+    std::size_t position = 0;
+    for (const char* server : {"primaryDns", "secondaryDns"}) {
+        const auto address = next_word(servers, position, ",");
+        if (address.empty()) break;
+        if (!write_option(kDhcpServer / server, std::string(address))) return kRefused;
+    }
+    set.raise(CWMP_APPLY_LAN);
+    return kDone;
+}

@@ -1,0 +1,14 @@
+// Handlers of the LAN host configuration that others forward to.
+#pragma once
+
+#include "core/handler.h"
+
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress);
+HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask);
+HANDLER(LANDevice_LANHostConfigManagement_Subnetmask);
+HANDLER(LANDevice_LANHostConfigManagement_IPRouters);
+HANDLER(LANDevice_LANHostConfigManagement_DHCPServerEnable);
+HANDLER(LANDevice_LANHostConfigManagement_MinAddress);
+HANDLER(LANDevice_LANHostConfigManagement_MaxAddress);
+HANDLER(LANDevice_LANHostConfigManagement_DHCPLeaseTime);
+HANDLER(LANDevice_LANHostConfigManagement_DNSServers);

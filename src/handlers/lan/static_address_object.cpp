@@ -1,0 +1,109 @@
+// Device.DHCPv4.Server.Pool.{i}.StaticAddress.: adding, deleting and listing static addresses.
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "config/store.h"
+#include "core/handler.h"
+#include "core/text.h"
+#include "cwmp/instances.h"
+#include "cwmp/uci_access.h"
+#include "handlers/blocks/instance_list.h"
+#include "handlers/lan/reservation.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr int kFailed = 1;
+
+int fail(Caller caller, const char* event) {
+    log_event(caller, kError, "%s", event);
+    return kFailed;
+}
+
+bool create(const std::string& name) {
+    constexpr struct {
+        const char* option;
+        const char* value;
+    } kUnset[] = {{"interface", "lan"}, {"enable", "off"}, {"mac", kNoMac}, {"ip", kNoHost}};
+    if (uciRawAddSection(kReservations, name.c_str(), kReservation) != 0) return false;
+    return std::all_of(std::begin(kUnset), std::end(kUnset), [&](const auto& unset) {
+        return write_option({kReservations, name.c_str(), unset.option}, unset.value);
+    });
+}
+
+int add(va_list args, Caller caller) {
+    const auto numbers = ReservationNumbers::read(caller);
+    if (!numbers) return fail(caller, "failed to get instance mask\n");
+    int number = 1;
+    while (numbers->has(number)) ++number;
+    if (number > numbers->most()) return fail(caller, "failed to add obj, reach max instance number\n");
+    const std::string name = std::to_string(number);
+    if (!create(name)) return fail(caller, "failed to add obj\n");
+    return GetArguments(args).answer(name) == kDone ? kDone : kFailed;
+}
+
+bool erase(const char* name, const SetArguments& set, Caller caller) {
+    const auto enable = read_option({kReservations, name, "enable"});
+    if (!enable) {
+        log_event(caller, kError, "failed to get section %s option enable\n\n", name);
+        return false;
+    }
+    if (uciRawDelSection(kReservations, name, kReservation) != 0) {
+        log_event(caller, kError, "failed to delete section %s\n\n", name);
+        return false;
+    }
+    if (*enable == "on") set.raise(CWMP_APPLY_DHCP_SERVER);
+    return true;
+}
+
+int remove(va_list args, Caller caller) {
+    constexpr const char* kUndeleted = "failed to del obj\n";
+    const SetArguments set(args);
+    const auto numbers = ReservationNumbers::read(caller);
+    if (!numbers) return fail(caller, kUndeleted);
+    const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
+    if (!numbers->has(number)) {
+        log_event(caller, kError, "failed to del instance %d\n", number);
+        return kFailed;
+    }
+    return erase(std::to_string(number).c_str(), set, caller) ? kDone : fail(caller, kUndeleted);
+}
+
+int list(va_list args, Caller caller) {
+    const auto numbers = ReservationNumbers::read(caller);
+    if (!numbers) return kFailed;
+    std::vector<int32_t> used;
+    for (int number = 1; number <= numbers->most(); ++number) {
+        if (numbers->has(number)) used.push_back(number);
+    }
+    const auto capacity = answer_instances(args, used);
+    if (!capacity) return kFailed;
+    if (used.size() >= *capacity) {
+        log_event(caller, kWarning, "maybe buffer overflow src len %d dst len %d\n", numbers->most(),
+                  static_cast<int>(*capacity));
+    }
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(DHCPv4_Server_Pool_StaticAddress) {
+    switch (op) {
+        case CWMP_OP_ADD:
+            return add(args, Caller::here());
+        case CWMP_OP_DELETE:
+            return remove(args, Caller::here());
+        case CWMP_OP_LIST:
+            return list(args, Caller::here());
+        default:
+            LOG_ERROR("unkown optFlag %d\n", op);
+            return kFailed;
+    }
+}
+
+HANDLER(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
+    if (op != CWMP_OP_GET) return kRefused;
+    return GetArguments(args).answer(std::to_string(__getInstanceMax(kReservations, kReservation)));
+}
