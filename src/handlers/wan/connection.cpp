@@ -1,0 +1,54 @@
+#include "handlers/wan/connection.h"
+
+#include "core/text.h"
+
+namespace cwmp::wan {
+
+namespace {
+
+constexpr std::size_t kStateLimit = 29;
+
+struct State {
+    const char* reported;
+    const char* word;
+};
+
+constexpr State kStates[] = {
+    {"\"connecting\",", "Connecting"},
+    {"\"connected\",", "Connected"},
+    {"\"disconnected\",", "Disconnected"},
+    {"\"disconnecting\",", "Disconnecting"},
+};
+
+const char* word_of(const std::string& line) {
+    for (const auto& state : kStates) {
+        if (contains(line, state.reported)) return state.word;
+    }
+    return "Unconfigured";
+}
+
+}  // namespace
+
+int connection_of(const int* locate) {
+    if (locate == nullptr) return 0;
+    const int number = locate[1] == 0 ? locate[0] : (locate[0] == 1 ? locate[1] : 0);
+    return number == 1 || number == 2 ? number : 0;
+}
+
+std::optional<int> require_connection(const int* locate, Caller caller) {
+    if (const int number = connection_of(locate); number != 0) return number;
+    if (locate == nullptr || locate[0] == 0) {
+        log_event(caller, kError, "locate error\n");
+    } else {
+        log_event(caller, kError, "Failed, locate[0] = %d\n", locate[0]);
+    }
+    return std::nullopt;
+}
+
+int connection_status(int op, va_list args, const char* command, const char* cannot_start, Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto line = first_line({command, kStateLimit, cannot_start}, caller);
+    return line ? GetArguments(args).answer(word_of(*line)) : kRefused;
+}
+
+}  // namespace cwmp::wan

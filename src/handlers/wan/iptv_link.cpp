@@ -1,0 +1,39 @@
+// The IPTV settings below InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANEthernetLinkConfig.
+#include "handlers/blocks/option.h"
+#include "handlers/blocks/staged.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr Section kInfo{"iptv_v2", "info"};
+
+int iptv_field(int op, va_list args, const Option& parameter, int option) {
+    if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
+    return staged(op, args, {CWMP_STAGED_IPTV, option});
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
+    if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_IPTV, CWMP_IPTV_ENABLE});
+    const auto enable = read_option(kInfo / "enable");
+    const bool enabled =
+        enable && (*enable == "1" || *enable == "on" || read_option(kInfo / "iptv_type") == "bridge");
+    return GetArguments(args).answer(enabled ? "1" : "0");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType) {
+    return iptv_field(op, args, {.at = kInfo / "iptv_type", .missing = "normal"}, CWMP_IPTV_TYPE);
+}
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID) {
+    return iptv_field(op, args, {.at = kInfo / "iptv_vid"}, CWMP_IPTV_VLAN_ID);
+}
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio) {
+    return iptv_field(op, args, {.at = kInfo / "iptv_prio"}, CWMP_IPTV_PRIORITY);
+}
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVDesCription) {
+    return constant(
+        op, args,
+        "Valid Parameters: X_QM_IPTVType( bridge/normal );X_QM_IPTVVID(2-4094);X_QM_IPTVPrio(0-7).");
+}

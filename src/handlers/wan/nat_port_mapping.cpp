@@ -1,0 +1,225 @@
+// Device.NAT.PortMapping.{i}.
+#include <cstdio>
+#include <cstring>
+
+#include "config/store.h"
+#include "core/handler.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "cwmp/instances.h"
+#include "cwmp/value_checks.h"
+#include "handlers/wan/port_mapping.h"
+
+using namespace cwmp;
+using namespace cwmp::port_mapping;
+
+namespace {
+
+// The mapping that a path's instance numbers name.
+class Mapping {
+  public:
+    // False, logged under the caller's name, when there is no such mapping.
+    bool open(const int* locate, Caller caller) {
+        const int number = locate == nullptr ? 0 : locate[0];
+        name_ = std::to_string(number);
+        if (number > kMost) {
+            log_event(caller, kError, "%s", kTooMany);
+        } else {
+            if (number >= 1 && context_ && context_.load(kPackage))
+                section_ = context_.section(name_.c_str());
+            if (section_ == nullptr) log_event(caller, kDebug, "%s", kNoInstance);
+        }
+        return section_ != nullptr;
+    }
+
+    std::optional<std::string> value(const char* option) const { return context_.value(section_, option); }
+    OptionPath at(const char* option) const { return {kPackage, name_.c_str(), option}; }
+    const std::string& name() const { return name_; }
+
+  private:
+    UciContext context_{kLiveStore};
+    uci_section* section_ = nullptr;
+    std::string name_;
+};
+
+using Text = std::optional<std::string>;
+
+struct Change {
+    const char* value;
+    const Mapping& mapping;
+    Caller caller;
+};
+
+struct Field {
+    const char* option = "";
+    // The answer for what is stored; null: the text itself, empty without one.
+    std::string (*shown)(const Text& stored, const Mapping& mapping) = nullptr;
+    // What to store for a value, nothing to refuse it; null: the value itself.
+    Text (*accepts)(const Change& change) = nullptr;
+};
+
+int get_field(va_list args, const Field& field, Caller caller) {
+    const GetArguments get(args);
+    Mapping mapping;
+    if (!mapping.open(get.locate(), caller)) return kRefused;
+    const Text stored = mapping.value(field.option);
+    return get.answer(field.shown != nullptr ? field.shown(stored, mapping) : stored.value_or(""));
+}
+
+int set_field(va_list args, const Field& field, Caller caller) {
+    const SetArguments set(args);
+    Mapping mapping;
+    if (set.value() == nullptr || !mapping.open(set.locate(), caller)) return kRefused;
+    if (!mapping.value(kNumberOption)) {
+        log_event(caller, kDebug, "%s", kNoInstance);
+        return kRefused;
+    }
+    const Text text = field.accepts != nullptr ? field.accepts({set.value(), mapping, caller}) : set.value();
+    if (!text) return kRefused;
+    if (!write_option(mapping.at(field.option), *text)) {
+        log_event(caller, kError, "%s", kUnwritten);
+        return kRefused;
+    }
+    set.raise(CWMP_APPLY_NAT);
+    return kDone;
+}
+
+int mapping_field(int op, va_list args, const Field& field, Caller caller = Caller::here()) {
+    return op == CWMP_OP_GET ? get_field(args, field, caller) : set_field(args, field, caller);
+}
+
+int read_only_field(int op, va_list args, const Field& field, Caller caller = Caller::here()) {
+    return op == CWMP_OP_GET ? get_field(args, field, caller) : kRefused;
+}
+
+bool is(const char* value, const char* word) { return std::strcmp(value, word) == 0; }
+
+std::string switch_digit(const Text& stored, const Mapping& /*mapping*/) {
+    return stored == "on" ? "1" : "0";
+}
+
+Text switch_word(const Change& change) {
+    if (is(change.value, "1")) return "on";
+    if (is(change.value, "0")) return "off";
+    return std::nullopt;
+}
+
+std::string status_word(const Text& stored, const Mapping& /*mapping*/) {
+    if (stored == "on") return "Enabled";
+    return stored == "off" ? "Disabled" : "Error_Misconfigured";
+}
+
+std::string alias(const Text& stored, const Mapping& mapping) {
+    return stored.value_or("cpe-" + mapping.name());
+}
+
+Text interface_word(const Change& change) {
+    if (std::strstr(change.value, "lan") != nullptr) {
+        log_event(change.caller, kError, " NAT_PortMapping_Interface  \n\n");
+        return "lan";
+    }
+    if (std::strstr(change.value, "wan") != nullptr) return "wan";
+    return std::nullopt;
+}
+
+Text address(const Change& change) {
+    if (checkValidIP(change.value) == 1) return change.value;
+    log_event(change.caller, kError, "the format of ip is wrong \n");
+    return std::nullopt;
+}
+
+// "8080-8090", or "8080" alone.
+struct PortRange {
+    std::string start;
+    Text end;
+
+    explicit PortRange(const std::string& text) : start(text.substr(0, text.find('-'))) {
+        if (start.size() < text.size()) end = text.substr(start.size() + 1);
+    }
+};
+
+int number_of(const std::string& port) { return decimal_prefix(port.c_str()); }
+
+std::string first_port(const Text& stored, const Mapping& /*mapping*/) {
+    return PortRange(stored.value_or("")).start;
+}
+std::string last_port(const Text& stored, const Mapping& /*mapping*/) {
+    return PortRange(stored.value_or("")).end.value_or("");
+}
+
+// A start that reaches the stored end leaves a single port.
+Text from_port(const Change& change) {
+    const PortRange stored(change.mapping.value("external_port").value_or(""));
+    if (stored.end && decimal_prefix(change.value) < number_of(*stored.end))
+        return change.value + ("-" + *stored.end);
+    return change.value;
+}
+
+Text to_port(const Change& change) {
+    const PortRange stored(change.mapping.value("external_port").value_or(""));
+    if (stored.start.empty() || number_of(stored.start) > decimal_prefix(change.value)) return std::nullopt;
+    return stored.start + '-' + change.value;
+}
+
+Text protocol(const Change& change) {
+    if (is(change.value, "TCP") || is(change.value, "UDP")) return change.value;
+    return std::nullopt;
+}
+
+Text lan_address() { return read_option({"network", "lan", "ipaddr"}); }
+
+// The last octet is stored alone, so that a client follows the LAN to another network.
+std::string client_address(const Text& stored, const Mapping& /*mapping*/) {
+    const Text lan = lan_address();
+    int octet[3] = {};
+    if (!stored || !lan) return "";
+    if (std::sscanf(lan->c_str(), "%d.%d.%d", &octet[0], &octet[1], &octet[2]) != 3) return "";
+    char text[64];
+    std::snprintf(text, sizeof text, "%d.%d.%d.%d", octet[0], octet[1], octet[2], number_of(*stored));
+    return text;
+}
+
+Text client_octet(const Change& change) {
+    if (!address(change)) return std::nullopt;
+    if (check_subnet(change.value, lan_address().value_or("").c_str()) != 1) {
+        log_event(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n");
+        return std::nullopt;
+    }
+    return std::strrchr(change.value, '.') + 1;
+}
+
+Text description(const Change& change) {
+    constexpr std::size_t kLongest = 256;
+    if (std::strlen(change.value) <= kLongest) return change.value;
+    log_event(change.caller, kError, " the length of description is too long \n\n");
+    return std::nullopt;
+}
+
+}  // namespace
+
+HANDLER(NAT_PortMapping_Enable) { return mapping_field(op, args, {"enable", switch_digit, switch_word}); }
+HANDLER(NAT_PortMapping_Status) { return read_only_field(op, args, {"enable", status_word}); }
+HANDLER(NAT_PortMapping_Alias) { return mapping_field(op, args, {"name", alias}); }
+HANDLER(NAT_PortMapping_Interface) { return mapping_field(op, args, {"intf", nullptr, interface_word}); }
+HANDLER(NAT_PortMapping_RemoteHost) { return mapping_field(op, args, {"external_ip", nullptr, address}); }
+HANDLER(NAT_PortMapping_ExternalPort) {
+    return mapping_field(op, args, {"external_port", first_port, from_port});
+}
+HANDLER(NAT_PortMapping_ExternalPortEndRange) {
+    return mapping_field(op, args, {"external_port", last_port, to_port});
+}
+HANDLER(NAT_PortMapping_InternalPort) { return mapping_field(op, args, {"internal_port"}); }
+HANDLER(NAT_PortMapping_Protocol) { return mapping_field(op, args, {"protocol", nullptr, protocol}); }
+HANDLER(NAT_PortMapping_InternalClient) {
+    return mapping_field(op, args, {"ip", client_address, client_octet});
+}
+HANDLER(NAT_PortMapping_Description) {
+    return mapping_field(op, args, {"description", nullptr, description});
+}
+
+HANDLER(NAT_PortMappingNumberOfEntries) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const std::string count = std::to_string(__getInstanceMax(kPackage, kType));
+    write_option({kPackage, "nat", "PortMappingNumberOfEntries"}, count);
+    return GetArguments(args).answer(count);
+}

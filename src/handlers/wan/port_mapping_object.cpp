@@ -1,0 +1,127 @@
+// Adding, deleting and listing port mappings. Both data models share one object.
+#include <algorithm>
+#include <vector>
+
+#include "config/store.h"
+#include "core/handler.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "cwmp/instances.h"
+#include "cwmp/uci_access.h"
+#include "handlers/blocks/instance_list.h"
+#include "handlers/wan/port_mapping.h"
+
+using namespace cwmp;
+using namespace cwmp::port_mapping;
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kInvalidName = 9005;  // the TR-069 fault
+constexpr OptionPath kCount{kPackage, "nat", "PortMappingNumberOfEntries"};
+
+bool exists(const std::string& name) {
+    UciContext context(kLiveStore);
+    return context && context.load(kPackage) && context.section(name.c_str()) != nullptr;
+}
+
+// Sections without a number spoil the numbering: what it gives may be taken already.
+int free_number() {
+    int number = __getInstanceNext(kPackage, kType, kNumberOption, kMost);
+    while (number <= kMost && exists(std::to_string(number))) ++number;
+    return number;
+}
+
+void change_count(int by) {
+    const int count = decimal_prefix(read_option(kCount).value_or("").c_str());
+    write_option(kCount, std::to_string(std::max<int64_t>(0, static_cast<int64_t>(count) + by)));
+}
+
+bool write_defaults(const std::string& name) {
+    const struct {
+        const char* option;
+        std::string value;
+    } defaults[] = {
+        {kNumberOption, name},
+        {"intf", "lan"},
+        {"protocol", "all"},
+        {"service_type", "custom"},
+        {"internal_port", "65531"},
+        {"external_port", "65531"},
+        {"ip", "253"},
+        {"enable", "off"},
+        {"name", "cpe-" + name},
+    };
+    return std::ranges::all_of(defaults, [&](const auto& entry) {
+        return write_option({kPackage, name.c_str(), entry.option}, entry.value);
+    });
+}
+
+int fail(Caller caller, int level, const char* event) {
+    log_event(caller, level, "%s", event);
+    return kFailed;
+}
+
+int add(va_list args, Caller caller) {
+    const GetArguments out(args);
+    const SetArguments set(args);
+    if (set.locate() == nullptr || set.locate()[0] != 0) {
+        log_event(caller, kDebug, "can't set Device.NATPortmapping with exact locate\n\n");
+        return kInvalidName;
+    }
+    const int number = free_number();
+    if (number > kMost) return fail(caller, kError, kTooMany);
+    const std::string name = std::to_string(number);
+    if (uciRawAddSection(kPackage, name.c_str(), kType) != 0) {
+        return fail(caller, kDebug, "Add section error\n\n");
+    }
+    change_count(1);
+    if (!write_defaults(name)) return fail(caller, kError, kUnwritten);
+    if (out.answer(name) != kDone) return kFailed;
+    set.raise(CWMP_APPLY_NAT);
+    return kDone;
+}
+
+int remove(va_list args, Caller caller) {
+    const SetArguments set(args);
+    const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
+    if (number > kMost) return fail(caller, kError, kTooMany);
+    const std::string name = std::to_string(number);
+    if (number < 1 || !exists(name)) return fail(caller, kDebug, kNoInstance);
+    if (uciRawDelSection(kPackage, name.c_str(), kType) != 0) {
+        return fail(caller, kDebug, "Del section error\n\n");
+    }
+    change_count(-1);
+    set.raise(CWMP_APPLY_NAT);
+    return kDone;
+}
+
+// A section without a usable number cannot be reached by one.
+int list(va_list args) {
+    std::vector<int32_t> numbers(static_cast<std::size_t>(__getInstanceMax(kPackage, kType)));
+    __getInstanceList(kPackage, kType, kNumberOption, numbers.data());
+    std::erase_if(numbers, [](int32_t number) { return number < 1 || number > kMost; });
+    return answer_instances(args, numbers) ? kDone : kFailed;
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_PortMapping) {
+    const Caller caller = Caller::here();
+    switch (op) {
+        case CWMP_OP_ADD:
+            return add(args, caller);
+        case CWMP_OP_DELETE:
+            return remove(args, caller);
+        case CWMP_OP_LIST:
+            return list(args);
+        default:
+            LOG_ERROR("unkown optFlag %d\n", op);
+            return kFailed;
+    }
+}
+
+HANDLER(NAT_PortMapping) { return WANDevice_WANConnectionDevice_WANIPConnection_PortMapping(op, args); }
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_PortMapping) {
+    return WANDevice_WANConnectionDevice_WANIPConnection_PortMapping(op, args);
+}

@@ -1,0 +1,176 @@
+// InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANIPConnection.{i}.
+#include <cstring>
+
+#include "config/store.h"
+#include "core/check_script.h"
+#include "cwmp/revert_journal.h"
+#include "cwmp/uci_access.h"
+#include "cwmp/value_checks.h"
+#include "cwmp/wan.h"
+#include "handlers/blocks/accepts.h"
+#include "handlers/blocks/staged.h"
+#include "handlers/wan/connection.h"
+
+using namespace cwmp;
+using namespace cwmp::wan;
+
+namespace {
+
+constexpr const char* kNoAddress = "0.0.0.0";
+constexpr const char* kNoMac = "0:0:0:0:0:0";
+
+// Those of the internet and of the management connection.
+using Commands = const char* [2];
+constexpr Commands kAddress = {
+    "ubus call network.interface.wan status | grep '\"address' | awk -F '\"' '{print $4}'",
+    "ubus call network.interface.mg status | grep '\"address' | awk -F '\"' '{print $4}'"};
+constexpr Commands kGateway = {
+    "ubus call network.interface.wan status | grep nexthop | awk -F '\"' '{print $4}'",
+    "ubus call network.interface.mg status | grep nexthop | awk -F '\"' '{print $4}'"};
+constexpr Commands kMask = {"ifconfig br-wan | grep Mask | awk -F ':' '{print $4}'",
+                            "ifconfig br-mg | grep Mask | awk -F ':' '{print $4}'"};
+constexpr Commands kMac = {"ifconfig br-wan | grep HWaddr| awk '{print $5}'",
+                           "ifconfig br-mg | grep HWaddr| awk '{print $5}'"};
+
+std::optional<std::string> live_value(const int* locate, const char* const commands[2], const char* missing) {
+    const Caller caller = {"_get_wanIPconnection", __LINE__};
+    const auto number = require_connection(locate, caller);
+    if (!number) return std::nullopt;
+    auto line = first_line({commands[*number - 1], kLongLine, "Failed to get wan or mg status\n\n"}, caller);
+    if (line && line->empty()) return missing;
+    return line;
+}
+
+struct StagedName {
+    const char* name;
+    int option;
+};
+
+constexpr StagedName kStagedNames[] = {{"ExternalIPAddress", CWMP_WAN_ADDRESS},
+                                       {"SubnetMask", CWMP_WAN_MASK},
+                                       {"DefaultGateway", CWMP_WAN_GATEWAY},
+                                       {"AddressingType", CWMP_WAN_TYPE}};
+
+}  // namespace
+
+int _get_wanIPconnection(const int* locate, char* value, const char* const commands[2], const char* missing) {
+    const auto line = live_value(locate, commands, missing);
+    if (!line || value == nullptr) return kRefused;
+    std::memcpy(value, line->c_str(), line->size() + 1);
+    return kDone;
+}
+
+int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2], const char* missing,
+                             const char* name) {
+    if (op == CWMP_OP_GET) {
+        const GetArguments get(args);
+        const auto line = live_value(get.locate(), commands, missing);
+        return line ? get.answer(*line) : kRefused;
+    }
+    for (const auto& field : kStagedNames) {
+        if (std::strcmp(field.name, name) == 0) return staged(op, args, {CWMP_STAGED_WAN, field.option});
+    }
+    return kRefused;
+}
+
+HANDLER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime) {
+    return command_line(
+        op, args, {"cat /proc/uptime | awk -F '.' '{print $1}' ", kLongLine, "Failed to get  uptime\n"});
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress) {
+    return get_StasticOfWAN_by_name(op, args, kAddress, kNoAddress, "ExternalIPAddress");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway) {
+    return get_StasticOfWAN_by_name(op, args, kGateway, kNoAddress, "DefaultGateway");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask) {
+    return get_StasticOfWAN_by_name(op, args, kMask, kNoAddress, "SubnetMask");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_AddressingType) {
+    static constexpr const char* kTypes[] = {"None", "Static", "DHCP"};
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    return get.answer(kTypes[connection_of(get.locate())]);
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_Name) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto number = require_connection(get.locate());
+    return number ? get.answer(*number == 1 ? "br-wan" : "br-mg") : kRefused;
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ConnectionStatus) {
+    return connection_status(
+        op, args, "ubus call network.interface.wan status | grep \"state\" | awk -F ':' '{print $2}' ",
+        "Failed to get wan or mg status\n\n");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DNSServers) {
+    if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_DNS_SERVERS});
+    const GetArguments get(args);
+    const auto servers = ip_name_servers(get.locate());
+    if (!servers) {
+        LOG_ERROR(" get wan dns-server error\n\n");
+        return kRefused;
+    }
+    return get.answer(*servers);
+}
+
+namespace {
+
+constexpr OptionPath kCloneResult{"check", "mac_clone", "result"};
+
+// The script takes the address over; the journal lets the device's apply scripts give back the one before.
+bool clone_mac(const int* locate, const std::string& mac) {
+    write_option(kCloneResult, "", kScratchStore);
+    if (const auto current = live_value(locate, kMac, kNoMac)) {
+        add_revert_item("macclone", current->c_str(), nullptr);
+    }
+    run(std::string(kCheckScript) + " macclone " + mac);
+    save_to_cwmp_config();
+    return read_option(kCloneResult, kScratchStore) == "1";
+}
+
+// Checked on every pass; the address changes on the last one only, so that the journal never takes the new
+// address for the one before.
+int set_mac(int op, va_list args, Caller caller = Caller::here()) {
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (CheckValidMacAddr(set.value()) != 1) {
+        log_event(caller, kError, "the format of MAC is wrong \n");
+        return kRefused;
+    }
+    if (op != CWMP_OP_APPLY) return kDone;
+    if (!clone_mac(set.locate(), set.value())) {
+        log_event(caller, kError, "set MACAddress error\n");
+        return kRefused;
+    }
+    log_event(caller, kError, "NETWORK_RELOAD:%d\n", CWMP_APPLY_WAN);
+    set.raise(CWMP_APPLY_WAN);
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_MACAddress) {
+    if (op != CWMP_OP_GET) return set_mac(op, args);
+    return get_StasticOfWAN_by_name(op, args, kMac, kNoMac, "MACAddress");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_X_QM_IGMPProxyEnabled) {
+    if (op == CWMP_OP_GET) {
+        const auto stored = read_option({"iptv", "iptv", "igmp_enable"}).value_or("");
+        if (stored.starts_with("on")) return GetArguments(args).answer("1");
+        if (stored.starts_with("off")) return GetArguments(args).answer("0");
+        return kRefused;
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    const auto switched = boolean(set.value());
+    if (!switched) return kRefused;
+    run(std::string(kCheckScript) + " iptv_igmpproxy_enable " + (*switched == "1" ? "\"on\"" : "\"off\""));
+    return kDone;
+}

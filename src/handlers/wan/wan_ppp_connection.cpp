@@ -1,0 +1,145 @@
+// InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANPPPConnection.{i}.
+#include "core/check_script.h"
+#include "core/text.h"
+#include "cwmp/platform.h"
+#include "cwmp/wan.h"
+#include "handlers/blocks/option.h"
+#include "handlers/blocks/staged.h"
+#include "handlers/wan/connection.h"
+
+using namespace cwmp;
+using namespace cwmp::wan;
+
+namespace {
+
+constexpr OptionPath kWanType{"network_sync", "wan", "wan_type"};
+constexpr Section kAccount{"network", "internet"};
+
+// The account stands in three places, which always change together.
+int account(int op, va_list args, const Option& parameter) {
+    if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    for (const Section& place :
+         {kAccount, Section{"network_sync", "internet"}, Section{"protocol", "pppoe"}}) {
+        if (!write_option(place / parameter.at.option, set.value())) return kRefused;
+    }
+    set.raise(CWMP_APPLY_WAN);
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable) {
+    if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE});
+    const auto type = read_option(kWanType);
+    if (!type) {
+        LOG_ERROR(" get pppoe enable error\n\n");
+        return kRefused;
+    }
+    return GetArguments(args).answer(*type == "pppoe" ? "1" : "0");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Username) {
+    return account(op, args, {.at = kAccount / "username"});
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Password) {
+    return account(op, args, {.at = kAccount / "password", .secret = true});
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers) {
+    if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS});
+    const auto servers = ppp_name_servers();
+    return servers ? GetArguments(args).answer(*servers) : kRefused;
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus) {
+    return connection_status(
+        op, args, "ubus call network.interface.internet status | grep \"state\" | awk -F ':' '{print $2}' ",
+        "Failed to get wan  status\n\n");
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const std::string line =
+        first_line({"ubus call network.interface.internet status | grep uptime | awk -F ':' '{print $2}' ",
+                    kLongLine, "Failed to get pppoe uptime\n\n"})
+            .value_or("");
+    std::size_t position = 0;
+    return GetArguments(args).answer(leading_digits(std::string(next_word(line, position))));
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize) {
+    return read_only_option(op, args, {.at = kAccount / "mru"});
+}
+
+namespace {
+
+struct Transport {
+    const char* type;
+    const char* word;
+};
+
+constexpr Transport kTransports[] = {
+    {"pppoe", "PPPoE"}, {"l2tp", "L2TP"}, {"pptp", "PPTP"}, {"pppoa", "PPPoA"}};
+
+const char* transport_word(const OptionPath& at) {
+    const auto type = read_option(at).value_or("");
+    for (const auto& transport : kTransports) {
+        if (type == transport.type) return transport.word;
+    }
+    return "";
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const bool dialled = *transport_word(kWanType) != '\0';
+    return GetArguments(args).answer(dialled ? transport_word({"network_sync", "internet", "proto"}) : "");
+}
+
+int GetPPPoE_internet_info(int op, va_list args, const char* field) {
+    if (op != CWMP_OP_GET) return kRefused;
+    run(std::string(kCheckScript) + " pppoe_infoUpdate ");
+    const auto known = read_option(Section{"check", "pppoe"} / field, kScratchStore);
+    return GetArguments(args).answer(known.value_or(""));
+}
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress) {
+    return GetPPPoE_internet_info(op, args, "ip");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway) {
+    return GetPPPoE_internet_info(op, args, "gateway");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_MACAddress) {
+    return GetPPPoE_internet_info(op, args, "mac");
+}
+
+namespace {
+
+int ppp_counter(int op, va_list args, const char* counter) {
+    static constexpr const char* kInterfaces[3] = {"pppoe-internet", "br-mg", ""};
+    return op == CWMP_OP_GET ? get_TotalBytesAndPackets_by_name(op, args, kInterfaces, counter) : kRefused;
+}
+
+}  // namespace
+
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesSent) {
+    return ppp_counter(op, args, "TotalBytesSent");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesReceived) {
+    return ppp_counter(op, args, "TotalBytesReceived");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsSent) {
+    return ppp_counter(op, args, "TotalPacketsSent");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsReceived) {
+    return ppp_counter(op, args, "TotalPacketsReceived");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent) {
+    return ppp_counter(op, args, "TotalErrorsSent");
+}
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsReceived) {
+    return ppp_counter(op, args, "TotalErrorsReceived");
+}

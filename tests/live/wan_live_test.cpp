@@ -1,0 +1,26 @@
+// The WAN's parsers against the real tools: interfaces, counters and routes of the live router root.
+#include "router_test.h"
+
+namespace {
+
+class WanLive : public RouterTest {};
+
+TEST_F(WanLive, InterfacesAndRoutes) {
+    store("network.wan.wan_type", "static");
+    store("network.wan.proto", "static");
+    const std::string connection = "WANDevice_WANConnectionDevice_WANIPConnection_";
+    EXPECT_EQ(get((connection + "SubnetMask").c_str(), {1, 2}).value, "255.255.255.0");
+    EXPECT_THAT(get((connection + "MACAddress").c_str(), {1, 1}).value,
+                ::testing::MatchesRegex("[0-9A-F]{2}(:[0-9A-F]{2}){5}"));
+    EXPECT_THAT(get("WANDevice_WANCommonInterfaceConfig_TotalBytesSent", {1}).value,
+                ::testing::MatchesRegex("[0-9]+"));
+    EXPECT_EQ(get("NAT_InterfaceSetting_Status").value, "Enabled");
+    EXPECT_EQ(get("Routing_Router_IPv4ForwardingNumberOfEntries").value, "4");
+    expect_answers({{"Routing_Router_IPv4Forwarding_GatewayIPAddress", {1, 1}, "192.0.2.1"},
+                    {"Routing_Router_IPv4Forwarding_Interface", {1, 1}, "Device.IP.Interface.2."},
+                    {"Routing_Router_IPv4Forwarding_DestIPAddress", {1, 2}, "192.0.2.0"},
+                    {"Routing_Router_IPv4Forwarding_Interface", {1, 3}, "Device.IP.Interface.1."},
+                    {"Routing_Router_IPv4Forwarding_DestSubnetMask", {1, 4}, "255.255.255.0"}});
+}
+
+}  // namespace
