@@ -1,19 +1,44 @@
 #include "handlers/blocks/option.h"
 
 namespace cwmp {
+namespace {
 
-int read_only_option(int op, va_list args, const Option& parameter) {
-    if (op != CWMP_OP_GET) return kRefused;
-    return GetArguments(args).answer(read_option(parameter.at).value_or(parameter.missing));
+int fail(Caller caller, const char* event) {
+    if (event != nullptr) log_event(caller, kError, "%s", event);
+    return kRefused;
 }
 
-int option(int op, va_list args, const Option& parameter) {
-    if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
+int get_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+    const GetArguments get(args);
+    if (parameter.secret) return get.answer("");
+    const auto stored = read_option(parameter.at);
+    if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
+    return get.answer(stored ? stored->c_str() : parameter.missing);
+}
+
+int set_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
-    if (!write_option(parameter.at, set.value()) && !parameter.write_failure_is_done) return kRefused;
+    const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
+    if (!text) return fail(caller, events.refused);
+    if (!write_option(parameter.at, *text) && !parameter.write_failure_is_done) {
+        return fail(caller, events.unwritten);
+    }
     set.raise(parameter.apply);
     return kDone;
+}
+
+}  // namespace
+
+int option(int op, va_list args, const Option& parameter) { return option(op, args, parameter, {}); }
+
+int option(int op, va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+    return op == CWMP_OP_GET ? get_option(args, parameter, events, caller)
+                             : set_option(args, parameter, events, caller);
+}
+
+int read_only_option(int op, va_list args, const Option& parameter) {
+    return op == CWMP_OP_GET ? get_option(args, parameter, {}, Caller::here()) : kRefused;
 }
 
 }  // namespace cwmp

@@ -3,19 +3,32 @@
 
 #include "config/store.h"
 #include "core/handler.h"
+#include "core/log.h"
+#include "handlers/blocks/accepts.h"
 
 namespace cwmp {
 
 struct Option {
     OptionPath at;
     const char* missing = "";            // the answer when the option cannot be read
+    Check accepts = nullptr;             // null: any text, stored as it comes
     unsigned int apply = 0;              // the service groups that a SET raises
+    bool secret = false;                 // never read back: GET answers the empty text
     bool write_failure_is_done = false;  // a SET that the store refuses is done all the same
+};
+
+// What a failure logs under the handler's name; nothing where there is no text.
+struct OptionEvents {
+    const char* unreadable = nullptr;  // with a text, an option that cannot be read fails the GET
+    const char* refused = nullptr;     // the value does not pass the check
+    const char* unwritten = nullptr;   // the store refuses the write
 };
 
 // GET answers the stored text; SET stores the new one.
 int option(int op, va_list args, const Option& parameter);
-// The same without SET.
+int option(int op, va_list args, const Option& parameter, const OptionEvents& events,
+           Caller caller = Caller::here());
+// GET alone.
 int read_only_option(int op, va_list args, const Option& parameter);
 
 }  // namespace cwmp
