@@ -21,6 +21,11 @@ cwmp_handler Library::find(const std::string& name) const {
     return reinterpret_cast<cwmp_handler>(dlsym(handle_.get(), name.c_str()));
 }
 
+void* Library::require(const std::string& name) const {
+    if (void* found = dlsym(handle_.get(), name.c_str())) return found;
+    throw Failure{name, kNoFault, Exit::Unusable, "not exported by the library"};
+}
+
 void Library::Close::operator()(void* handle) const { dlclose(handle); }
 
 int call(cwmp_handler handler, int op, ...) {

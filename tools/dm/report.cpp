@@ -36,6 +36,23 @@ void print_table(const std::vector<std::vector<std::string>>& rows, FILE* out) {
     }
 }
 
+std::vector<std::vector<std::string>> parameter_rows(const std::vector<Report::Parameter>& parameters) {
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& parameter : parameters) {
+        auto& row = rows.emplace_back(std::vector{printable(parameter.path)});
+        if (!parameter.passes.empty()) row.push_back(joined(parameter.passes, ","));
+        row.push_back(printable(parameter.value));
+    }
+    return rows;
+}
+
+std::vector<std::vector<std::string>> printable_rows(std::vector<std::vector<std::string>> rows) {
+    for (auto& row : rows) {
+        for (std::string& cell : row) cell = printable(cell);
+    }
+    return rows;
+}
+
 }  // namespace
 
 Exit Report::exit() const {
@@ -45,12 +62,7 @@ Exit Report::exit() const {
 }
 
 void print_text(const Report& report, FILE* out) {
-    std::vector<std::vector<std::string>> rows;
-    for (const auto& parameter : report.parameters) {
-        auto& row = rows.emplace_back(std::vector{printable(parameter.path)});
-        if (!parameter.passes.empty()) row.push_back(joined(parameter.passes, ","));
-        row.push_back(printable(parameter.value));
-    }
+    auto rows = report.table ? printable_rows(*report.table) : parameter_rows(report.parameters);
     if (report.names) {
         for (const auto& name : *report.names) rows.push_back({name.path, name.access});
     }
@@ -58,6 +70,7 @@ void print_text(const Report& report, FILE* out) {
         for (const std::string& path : *report.instances) rows.push_back({path});
     }
     print_table(rows, out);
+    if (report.diagnostics_complete) std::fputs("diagnostics complete\n", out);
     if (report.reverted) {
         std::fprintf(out, "%s\n",
                      *report.reverted ? "the transaction was reverted" : "nothing could be reverted");

@@ -67,6 +67,7 @@ void print_json(const Report& report, FILE* out) {
     put(result, "parameters", array(report.parameters, parameter_json));
     if (report.names) put(result, "names", array(*report.names, name_json));
     if (report.instances) put(result, "instances", array(*report.instances, text));
+    if (report.diagnostics_complete) put(result, "diagnosticsComplete", Json(json_object_new_boolean(true)));
     if (report.reverted) put(result, "reverted", Json(json_object_new_boolean(*report.reverted)));
     if (report.apply_flags) {
         put(result, "applyFlags", number(*report.apply_flags));
