@@ -229,16 +229,24 @@ Locate ordinary_numbers(std::size_t numbers) {
     return locate;
 }
 
+// These switch the package over to custom identifiers before they look at the new one.
+bool writes_before_it_checks(const std::string& handler, const std::string& package) {
+    return handler.ends_with("Bridging_Bridge_VLAN_VLANID") && package == "/etc/config/iptv";
+}
+
 class Hostile : public ::testing::TestWithParam<Line> {
   protected:
     ~Hostile() override { world().restore(); }
 
     void get(Locate locate) {
-        // A few handlers leave the buffer as it was, by contract; whoever writes terminates within its size.
-        std::vector<char> value(CWMP_VALUE_SIZE, 'x');
-        value.back() = '\0';
+        // Nothing, or a terminated answer within the size that the agent provides.
+        const std::vector<char> untouched(CWMP_VALUE_SIZE, 'x');
+        std::vector<char> value = untouched;
         const int code = library.call(line.handler, CWMP_OP_GET, locate.data(), value.data(), &agent);
         EXPECT_TRUE(code == 0 || code == -1) << code;
+        if (value != untouched) {
+            EXPECT_LT(strnlen(value.data(), value.size()), value.size()) << "not terminated";
+        }
     }
 
     // The passes of a transaction; a refused value changes neither the store nor, in its first pass, the
@@ -261,17 +269,17 @@ class Hostile : public ::testing::TestWithParam<Line> {
         }
         if (code != 0) {
             revert();
-            if (!writes_before_it_checks()) {
-                EXPECT_EQ(World::files(kStore), before) << "refused, and the store changed";
+            for (const auto& [package, text] : World::files(kStore)) {
+                if (writes_before_it_checks(line.handler, package)) continue;
+                const auto found = before.find(package);
+                EXPECT_TRUE(found != before.end() && found->second == text)
+                    << "refused, and " << package << " changed";
             }
             EXPECT_TRUE(wrote || flags == 0) << "refused, and flags " << flags << " raised";
         }
         expect_unharmed();
         get(numbers);
     }
-
-    // The bridge VLAN's mode is written before the identifier is looked at.
-    bool writes_before_it_checks() const { return std::string_view(line.handler).ends_with("Bridging_Bridge_VLAN_VLANID"); }
 
     void revert() {
         if (!library.has("func_obj_revert")) return;
