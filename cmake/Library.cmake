@@ -19,11 +19,15 @@ target_compile_options(cwmp-datamodel PRIVATE
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-semantic-interposition
     -ffunction-sections -fdata-sections
     $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-fno-asynchronous-unwind-tables>)
+# A tenth smaller when seen as a whole.
+if(NOT CWMP_SANITIZE)
+    set_target_properties(cwmp-datamodel PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
+endif()
 target_link_options(cwmp-datamodel PRIVATE
     -static-libstdc++ -static-libgcc
     -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map
     -Wl,--gc-sections -Wl,--as-needed -Wl,-Bsymbolic-functions -Wl,--hash-style=gnu -Wl,-O1
-    -Wl,-z,relro,-z,now -Wl,-z,noexecstack
+    -Wl,-z,relro,-z,now -Wl,-z,noexecstack -Wl,-z,noseparate-code
     $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-Wl,-z,defs>)
 
 install(TARGETS cwmp-datamodel LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
