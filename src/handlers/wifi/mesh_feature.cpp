@@ -1,0 +1,103 @@
+// X_QM_MeshFeature. but its hosts, X_QM_MultiMode., X_QM_MESH_WIFI. and X_QM_Onboarding.: features of the
+// whole mesh.
+#include "handlers/wifi/mesh_feature.h"
+
+#include "core/file.h"
+#include "core/text.h"
+#include "cwmp/uci_access.h"
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/mesh_script.h"
+#include "handlers/wifi/mesh_table.h"
+#include "handlers/wifi/selection.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr OptionPath kMode = {"sysmode", "sysmode", "mode"};
+
+// The value of a SET that takes "1" and "0"; nothing for any other.
+std::optional<bool> switch_value(const SetArguments& set) {
+    const std::string_view value = set.value() == nullptr ? "" : set.value();
+    if (value != "0" && value != "1") return std::nullopt;
+    return value == "1";
+}
+
+int main_network_switch(int op, va_list args, const OptionPath& at, unsigned int apply) {
+    if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(at) == "1" ? "1" : "0");
+    return option(op, args, {.at = at, .accepts = zero_or_one, .apply = apply});
+}
+
+// Whether the unit is bound to a controller.
+bool is_bound() {
+    constexpr std::size_t kLimit = 63;
+    return decimal_prefix(first_line_of_file("/tmp/is_binded", kLimit).value_or("").c_str()) == 1;
+}
+
+}  // namespace
+
+HANDLER(X_QM_MeshFeature_Sysmode_status) {
+    if (op != CWMP_OP_GET) return kRefused;
+    return GetArguments(args).answer(read_option(kMode, kScratchStore).value_or("AP"));
+}
+
+HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
+    if (op == CWMP_OP_GET) {
+        const auto mode = read_option(kMode).value_or("AP");
+        if (mode == "AP") return GetArguments(args).answer("0");
+        return mode == "Router" ? GetArguments(args).answer("1") : kDone;
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    const std::string_view value = set.value();
+    const auto mode = read_option(kMode);
+    if (mode != "Router" && mode != "AP") return kRefused;
+    if (mode == "Router" && value == "0") {
+        run(R"(echo '{"params":{"mode":"AP"}}' | opcli -o 0x40A1 >/dev/null 2>&1 &)");
+    }
+    if (mode == "AP" && value == "1") {
+        run(R"(echo '{"params":{"mode":"Router"}}' | opcli -o 0x40A1 >/dev/null 2>&1 &)");
+    }
+    return kDone;
+}
+
+HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
+    if (op == CWMP_OP_GET) return GetArguments(args).answer("0");
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (std::string_view(set.value()) != "1") return kDone;
+    // The controller itself is one of the devices counted.
+    const auto devices = read_option({kMeshDevices, "info", "count"}, kScratchStore).value_or("0");
+    if (devices != "0" && devices != "1") run_mesh_action("reboot_re");
+    return kDone;
+}
+
+HANDLER(X_QM_MeshFeature_LED_Status) {
+    constexpr OptionPath kLeds = {"leds", "settings", "enable"};
+    if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(kLeds) == "on" ? "1" : "0");
+    const auto on = switch_value(SetArguments(args));
+    if (!on) return kRefused;
+    const char* state = *on ? "on" : "off";
+    if (read_option(kLeds) != state) run_mesh_action(std::string("led_set ") + state);
+    return kDone;
+}
+
+HANDLER(X_QM_MeshFeature_Beamforming) {
+    return main_network_switch(op, args, kMainNetwork / "beamforming", 0);
+}
+HANDLER(X_QM_MeshFeature_FastRoaming) {
+    return main_network_switch(op, args, kMainNetwork / "ieee80211r", CWMP_APPLY_WIRELESS);
+}
+
+HANDLER(X_QM_MultiMode_Mode) { return read_only_option(op, args, {.at = kMode}); }
+HANDLER(X_QM_MESH_WIFI_WorkMode) { return read_only_option(op, args, {.at = {"repacd", "repacd", "Role"}}); }
+HANDLER(X_QM_MESH_WIFI_NrdEnable) { return constant(op, args, "1"); }
+
+HANDLER(X_QM_Onboarding_Enable) {
+    if (op == CWMP_OP_GET) return GetArguments(args).answer(is_bound() ? "1" : "0");
+    if (switch_value(SetArguments(args)) != true) return kRefused;
+    if (is_bound()) return kDone;
+    run_mesh_action("fap_enable");
+    save_to_cwmp_config();
+    return kDone;
+}

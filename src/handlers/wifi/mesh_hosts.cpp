@@ -1,0 +1,77 @@
+// X_QM_MeshFeature.Host.{i}.: the devices of the mesh as the controller shows them, and WPS on each.
+#include <cstring>
+
+#include "cwmp/value_checks.h"
+#include "cwmp/wireless.h"
+#include "handlers/wifi/mesh_feature.h"
+#include "handlers/wifi/mesh_script.h"
+#include "handlers/wifi/mesh_table.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr const char* kIdCharacters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_:.";
+
+// The id goes into a command: nothing but the characters of one is let through.
+bool is_device_id(const std::string& text) {
+    return !text.empty() && text.find_first_not_of(kIdCharacters) == std::string::npos;
+}
+
+int set_wps(const SetArguments& set, int device) {
+    constexpr std::size_t kLongestAction = 511 - std::char_traits<char>::length(kCheckScript) - 1;
+    if (set.value() == nullptr) return kRefused;
+    const std::string value = set.value();
+    if (value != "0" && value != "1") return kRefused;
+    const auto id = read_row(kMeshDevices, device, "deviceid");
+    if (!id || !is_device_id(*id)) return kRefused;
+    const auto action = "wps_enable \"" + *id + "\" \"" + value + "\"";
+    if (action.size() > kLongestAction) return kRefused;
+    run_mesh_action(action);
+    return kDone;
+}
+
+}  // namespace
+
+int get_meshfeature_info(int op, va_list args, const char* option) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto device = mesh_device(args);
+    if (!device) return kRefused;
+    if (option == nullptr) {
+        LOG_ERROR("get_meshfeture_info:option is null\n");
+        return kRefused;
+    }
+    const bool is_uptime = std::strcmp(option, "uptime") == 0;
+    auto text = read_row(kMeshDevices, *device, option).value_or(is_uptime ? "" : " ");
+    const bool is_address = std::strcmp(option, "mac") == 0 || std::strcmp(option, "parent_mac") == 0;
+    if (is_address) adjustMacFmt(text.data(), 1, ':');
+    return GetArguments(args).answer(text);
+}
+
+HANDLER(X_QM_MeshFeature_HostNumberOfEntries) { return row_total(op, args, kMeshDevices, "count"); }
+
+HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
+    const auto device = mesh_device(args);
+    if (!device) return kRefused;
+    if (op != CWMP_OP_GET) return set_wps(SetArguments(args), *device);
+    // Makes the script bring the table up to date.
+    run_mesh_action("wps_status");
+    const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";
+    return GetArguments(args).answer(busy ? "1" : "0");
+}
+
+HANDLER(X_QM_MeshFeature_Host_WPS_Remaining_Time) { return get_meshfeature_info(op, args, "remaing_time"); }
+HANDLER(X_QM_MeshFeature_Host_WPS_Client_Accessed) {
+    return get_meshfeature_info(op, args, "client_accessed");
+}
+HANDLER(X_QM_MeshFeature_Host_HostName) { return get_meshfeature_info(op, args, "nickname"); }
+HANDLER(X_QM_MeshFeature_Host_HostStatus) { return get_meshfeature_info(op, args, "status"); }
+HANDLER(X_QM_MeshFeature_Host_SoftwareVersion) { return get_meshfeature_info(op, args, "fw_version"); }
+HANDLER(X_QM_MeshFeature_Host_HostAddress) { return get_meshfeature_info(op, args, "mac"); }
+HANDLER(X_QM_MeshFeature_Host_Role) { return get_meshfeature_info(op, args, "role"); }
+HANDLER(X_QM_MeshFeature_Host_DeviceModel) { return get_meshfeature_info(op, args, "device_model"); }
+HANDLER(X_QM_MeshFeature_Host_Uptime) { return get_meshfeature_info(op, args, "uptime"); }
+HANDLER(X_QM_MeshFeature_Host_Parent_Mac) { return get_meshfeature_info(op, args, "parent_mac"); }
+HANDLER(X_QM_MeshFeature_Host_Connection_type) { return get_meshfeature_info(op, args, "connection_type"); }
+HANDLER(X_QM_MeshFeature_Host_Wireless_iface_Rssi) { return get_meshfeature_info(op, args, "backhaul_rssi"); }
+HANDLER(X_QM_MeshFeature_Host_Inet_status) { return get_meshfeature_info(op, args, "inet_status"); }

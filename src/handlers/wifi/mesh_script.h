@@ -1,0 +1,13 @@
+// Actions that the device's check script takes for the mesh. Nothing waits for their results.
+#pragma once
+
+#include <string>
+
+#include "core/check_script.h"
+#include "core/command.h"
+
+namespace cwmp {
+
+inline void run_mesh_action(const std::string& action) { run(std::string(kCheckScript) + " " + action); }
+
+}  // namespace cwmp

@@ -1,0 +1,71 @@
+// InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.MultiSSID.: the guest network.
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/network_switch.h"
+#include "handlers/wifi/settings.h"
+#include "handlers/wifi/wlan_configuration.h"
+
+using namespace cwmp;
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    return network_switch(op, args,
+                          {.network = kGuestNetwork,
+                           .band_option = radio->band_option,
+                           .replaces_default = false,
+                           .can_be_all_off = true,
+                           .unreadable = "can not foud wifi.guest.enable\n"});
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_Status) {
+    if (op != CWMP_OP_GET) return kRefused;
+    return GetArguments(args).answer(read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {
+    const int result = option(op, args,
+                              {.at = kGuestNetwork / "ssid",
+                               .accepts = at_most<32>,
+                               .apply = CWMP_APPLY_WIRELESS,
+                               .write_failure_is_done = true},
+                              {.unreadable = "get ssid error\n\n"});
+    if (op != CWMP_OP_GET && result == kDone) write_option(kGuestNetwork / "usr_set", "1");
+    return result;
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {
+    if (op != CWMP_OP_GET) {
+        return option(
+            op, args,
+            {.at = kGuestNetwork / "encryption", .accepts = beacon_type, .apply = CWMP_APPLY_WIRELESS});
+    }
+    const auto type = stored_beacon_type(kGuestNetwork);
+    return type ? GetArguments(args).answer(*type) : kDone;
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey) {
+    return option(op, args,
+                  {.at = kGuestNetwork / "password",
+                   .accepts = pass_phrase,
+                   .apply = CWMP_APPLY_WIRELESS,
+                   .secret = true,
+                   .write_failure_is_done = true},
+                  {.refused = kPassPhraseRefused});
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password) {
+    return LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey(op, args);
+}
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_WPAEncryptionModes) {
+    return accepted_constant(op, args, nullptr);
+}
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_WPAAuthenticationMode) {
+    return accepted_constant(op, args, nullptr);
+}
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iEncryptionModes) {
+    return accepted_constant(op, args, nullptr);
+}
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iAuthenticationMode) {
+    return accepted_constant(op, args, nullptr);
+}

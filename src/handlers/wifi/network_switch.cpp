@@ -1,0 +1,82 @@
+#include "handlers/wifi/network_switch.h"
+
+#include <cstring>
+
+namespace cwmp {
+namespace {
+
+struct Bands {
+    bool on_2g = false;
+    bool on_5g = false;
+
+    bool& operator[](const char* band_option) {
+        return std::strcmp(band_option, kRadio2G.band_option) == 0 ? on_2g : on_5g;
+    }
+    bool any() const { return on_2g || on_5g; }
+};
+
+const char* flag(bool on) { return on ? "1" : "0"; }
+
+bool is_one_or_missing(const OptionPath& at) { return read_option(at).value_or("1") == "1"; }
+
+Bands stored_bands(Section network, const std::string& enable) {
+    if (enable != "1") return {};
+    return {is_one_or_missing(network / kRadio2G.band_option),
+            is_one_or_missing(network / kRadio5G.band_option)};
+}
+
+// What the store refuses is left as it is: the agent's re-apply works with what stands there.
+void store(const NetworkSwitch& target, const Bands& bands) {
+    write_option(target.network / "enable", flag(bands.any()));
+    if (bands.any() && target.replaces_default) write_option({"wifi", "default", "enable"}, "0");
+    write_option(target.network / kRadio2G.band_option, flag(bands.on_2g));
+    write_option(target.network / kRadio5G.band_option, flag(bands.on_5g));
+}
+
+int set_switch(va_list args, const NetworkSwitch& target, Caller caller) {
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    const auto enable = read_option(target.network / "enable");
+    if (!enable) {
+        log_event(caller, kError, "%s", target.unreadable);
+        return kRefused;
+    }
+    Bands bands = stored_bands(target.network, *enable);
+    const std::string value = set.value();
+    log_event(caller, kError, "set wifi enable : %s\n", value.c_str());
+    if (value != "0" && value != "1") return kRefused;
+    bands[target.band_option] = value == "1";
+    if (!bands.any() && !target.can_be_all_off) return kRefused;
+    store(target, bands);
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+}  // namespace
+
+std::optional<bool> is_on(Section network, const char* band_option) {
+    const auto enable = read_option(network / "enable");
+    if (!enable) return std::nullopt;
+    return *enable != "0" && read_option(network / band_option) != "0";
+}
+
+int network_switch(int op, va_list args, const NetworkSwitch& target, Caller caller) {
+    if (op != CWMP_OP_GET) return set_switch(args, target, caller);
+    const auto on = is_on(target.network, target.band_option);
+    return on ? GetArguments(args).answer(flag(*on)) : kRefused;
+}
+
+int band_status(int op, va_list args, Section network, const char* band_option) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto on = is_on(network, band_option);
+    return on ? GetArguments(args).answer(*on ? "Up" : "Down") : kRefused;
+}
+
+int network_status(int op, va_list args) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* network = network_by_number(locate_of(args)[0]);
+    if (network == nullptr) return kRefused;
+    return band_status(op, args, {"wifi", network->section}, network->radio->band_option);
+}
+
+}  // namespace cwmp

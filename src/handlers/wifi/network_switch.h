@@ -1,0 +1,29 @@
+// Switching a network on and off on one band, and whether it is on. A network is one section of package wifi
+// for both bands.
+#pragma once
+
+#include "core/handler.h"
+#include "core/log.h"
+#include "handlers/wifi/selection.h"
+
+namespace cwmp {
+
+struct NetworkSwitch {
+    Section network;
+    const char* band_option;
+    bool replaces_default;   // switching it on ends the factory's default network
+    bool can_be_all_off;     // its last band can be switched off
+    const char* unreadable;  // logged by a SET when the section cannot be read
+};
+
+int network_switch(int op, va_list args, const NetworkSwitch& target, Caller caller = Caller::here());
+
+// Nothing when the section cannot be read. A band that is not mentioned is on.
+std::optional<bool> is_on(Section network, const char* band_option);
+
+// A read-only "Up" or "Down" of a band of a network, or of the network that the first instance number
+// selects.
+int band_status(int op, va_list args, Section network, const char* band_option);
+int network_status(int op, va_list args);
+
+}  // namespace cwmp

@@ -1,0 +1,162 @@
+// Device.WiFi.Radio.{i}.
+#include <cstring>
+
+#include "handlers/blocks/command_line.h"
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/network_switch.h"
+#include "handlers/wifi/settings.h"
+#include "handlers/wifi/wlan_configuration.h"
+
+using namespace cwmp;
+
+namespace {
+
+// A fixed text for each radio.
+struct ByRadio {
+    const char* on_2g;
+    const char* on_5g;
+};
+
+const char* text_for(const Radio* radio, const ByRadio& texts) {
+    return radio == &kRadio2G ? texts.on_2g : texts.on_5g;
+}
+
+int radio_constant(int op, va_list args, const ByRadio& texts) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* radio = radio_by_pair(locate_of(args));
+    return radio == nullptr ? kRefused : constant(op, args, text_for(radio, texts));
+}
+
+}  // namespace
+
+HANDLER(WiFi_RadioNumberOfEntries) { return LANDevice_LANWLANConfigurationNumberOfEntries(op, args); }
+HANDLER(WiFi_Radio_Enable) { return LANDevice_WLANConfiguration_Radio_Enable(op, args); }
+HANDLER(WiFi_Radio_AutoChannelEnable) { return LANDevice_WLANConfiguration_AutoChannelEnable(op, args); }
+HANDLER(WiFi_Radio_AutoChannelSupported) { return LANDevice_WLANConfiguration_AutoChannelEnable(op, args); }
+HANDLER(WiFi_Radio_TransmitPowerSupported) {
+    return LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported(op, args);
+}
+HANDLER(WiFi_Radio_TransmitPower) { return LANDevice_WLANConfiguration_X_QM_TransmitPower(op, args); }
+HANDLER(WiFi_Radio_OperatingChannelBandwidth) { return LANDevice_WLANConfiguration_X_QM_Bandwidth(op, args); }
+HANDLER(WiFi_Radio_Channel) { return LANDevice_WLANConfiguration_Channel(op, args); }
+HANDLER(WiFi_Radio_ChannelsInUse) {
+    return op == CWMP_OP_GET ? LANDevice_WLANConfiguration_Channel(op, args) : kRefused;
+}
+HANDLER(WiFi_Radio_PossibleChannels) { return LANDevice_WLANConfiguration_ChannelsInUse(op, args); }
+HANDLER(WiFi_Radio_X_QM_FrequencyInuse) { return LANDevice_WLANConfiguration_X_QM_FrequencyInuse(op, args); }
+HANDLER(WiFi_Radio_X_QM_MultiSSID_Enable) { return LANDevice_WLANConfiguration_MultiSSID_Enable(op, args); }
+
+HANDLER(WiFi_Radio_Stats_BytesSent) { return LANDevice_WLANConfiguration_TotalBytesSent(op, args); }
+HANDLER(WiFi_Radio_Stats_BytesReceived) { return LANDevice_WLANConfiguration_TotalBytesReceived(op, args); }
+HANDLER(WiFi_Radio_Stats_PacketsSent) { return LANDevice_WLANConfiguration_TotalPacketsSent(op, args); }
+HANDLER(WiFi_Radio_Stats_PacketsReceived) {
+    return LANDevice_WLANConfiguration_TotalPacketsReceived(op, args);
+}
+HANDLER(WiFi_Radio_Stats_ErrorsReceived) {
+    return LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived(op, args);
+}
+HANDLER(WiFi_Radio_Stats_ErrorsSent) { return LANDevice_WLANConfiguration_X_QM_TotalErrorsSent(op, args); }
+HANDLER(WiFi_Radio_Stats_DiscardPacketsSent) { return radio_counter(op, args, "DiscardPacketsSent"); }
+HANDLER(WiFi_Radio_Stats_DiscardPacketsReceived) { return radio_counter(op, args, "DiscardPacketsReceived"); }
+
+HANDLER(WiFi_Radio_MaxSupportedSSIDs) { return constant(op, args, "2"); }
+HANDLER(WiFi_Radio_Upstream) { return constant(op, args, "0"); }
+HANDLER(WiFi_Radio_AutoChannelRefreshPeriod) { return constant(op, args, ""); }
+HANDLER(WiFi_Radio_SupportedFrequencyBands) { return radio_constant(op, args, {"2.4GHz", "5GHz"}); }
+HANDLER(WiFi_Radio_SupportedStandards) { return radio_constant(op, args, {"b,g,n,ax,be", "a,n,ac,ax,be"}); }
+
+HANDLER(WiFi_Radio_SupportedOperatingChannelBandwidths) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return constant(op, args, "20MHz,40MHz,80MHz,160MHZ");
+    return constant(op, args, text_for(radio, {"20MHz,40MHz", "20MHz,40MHz,80MHz,160MHz"}));
+}
+
+HANDLER(WiFi_Radio_CurrentOperatingChannelBandwidth) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return constant(op, args, "");
+    return read_only_option(
+        op, args, {.at = radio->device_at("htmode"), .missing = text_for(radio, {"40MHz", "160MHz"})});
+}
+
+HANDLER(WiFi_Radio_RegulatoryDomain) {
+    constexpr std::size_t kLimit = 19;
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    if (const auto domain = read_option(kMainNetwork / "RegulatoryDomain")) return get.answer(*domain);
+    const auto country = Command("fwinfo COUNTRY").line(kLimit).value_or("");
+    // The third letter: indoor.
+    return get.answer(country.empty() ? country : country + "I");
+}
+
+HANDLER(WiFi_Radio_MaxBitRate) {
+    constexpr std::size_t kColumns = 10;
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    std::string interface = current_interface(radio->main);
+    if (interface.size() < kColumns) interface.insert(0, kColumns - interface.size(), ' ');
+    const auto command =
+        "iwconfig " + interface + " | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'";
+    return command_line(op, args, {command.c_str(), kLongLine, "Failed to get eth  MaxBitRate\n"});
+}
+
+HANDLER(WiFi_Radio_OperatingFrequencyBand) {
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    if (op == CWMP_OP_GET) return constant(op, args, radio->frequency_band);
+    const SetArguments set(args);
+    return set.value() != nullptr && std::strcmp(set.value(), radio->frequency_band) == 0 ? kDone : kRefused;
+}
+
+HANDLER(WiFi_Radio_Status) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) {
+        LOG_ERROR("get wireless mode error\n\n");
+        return kRefused;
+    }
+    return band_status(op, args, kMainNetwork, radio->band_option);
+}
+
+namespace {
+
+// The radio's section is not filled in: the device answers these parameters for no radio.
+constexpr OptionPath tuning(const char* name) { return {"wireless", "", name}; }
+
+constexpr const char* kTuningUnreadable = "get airtime_fairness error\n\n";
+
+std::optional<std::string> on_when_one(const char* value) {
+    return std::strcmp(value, "1") == 0 ? "on" : "off";
+}
+
+int tuning_value(int op, va_list args, const char* name, const char* not_stored,
+                 Caller caller = Caller::here()) {
+    if (op == CWMP_OP_GET) {
+        return GetArguments(args).answer(
+            read_reported(tuning(name), kTuningUnreadable, caller).value_or("0"));
+    }
+    return option(op, args, {.at = tuning(name), .apply = CWMP_APPLY_WIRELESS}, {.unwritten = not_stored},
+                  caller);
+}
+
+}  // namespace
+
+HANDLER(WiFi_Radio_DTIMPeriod) { return tuning_value(op, args, "dtim_period", "set dtim_period error\n\n"); }
+HANDLER(WiFi_Radio_BeaconPeriod) { return tuning_value(op, args, "beacon_int", "set beacon_int error\n\n"); }
+HANDLER(WiFi_Radio_RTSThreshold) { return tuning_value(op, args, "rts", "set rts error\n\n"); }
+HANDLER(WiFi_Radio_FragmentationThreshold) { return tuning_value(op, args, "frag", "set frag error\n\n"); }
+
+HANDLER(WiFi_Radio_X_QM_ATFEnable) {
+    constexpr OptionPath kFairness = tuning("airtime_fairness");
+    if (op == CWMP_OP_GET) {
+        const bool on = read_reported(kFairness, kTuningUnreadable).value_or("off") != "off";
+        return GetArguments(args).answer(on ? "1" : "0");
+    }
+    return option(op, args,
+                  {.at = kFairness,
+                   .accepts = on_when_one,
+                   .apply = CWMP_APPLY_WIRELESS,
+                   .write_failure_is_done = true});
+}

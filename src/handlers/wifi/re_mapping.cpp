@@ -1,0 +1,63 @@
+// X_QM_RE_MAPPING.{i}.: the satellites of the mesh as the controller sees them.
+#include "core/text.h"
+#include "cwmp/value_checks.h"
+#include "handlers/blocks/command_line.h"
+#include "handlers/wifi/mesh_table.h"
+#include "handlers/wifi/selection.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr const char* kSatellites = "meshinfo_slave";
+constexpr const char* kRateColumn = "4";
+constexpr const char* kRssiColumn = "6";
+
+// A figure of the satellite's link to a radio of this router, which lists its stations.
+int link_figure(int op, va_list args, const Radio& radio, const char* column,
+                Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto satellite = mesh_device(args, caller);
+    if (!satellite) return kRefused;
+    const GetArguments get(args);
+    const bool is_2g = &radio == &kRadio2G;
+    const auto bssid = read_row(kSatellites, *satellite, is_2g ? "bssid_2g" : "bssid_5g");
+    // The text goes into a command: anything but an address is none.
+    if (!bssid || libutil_netChkStrMacAddr(bssid->c_str()) == 0) return get.answer("");
+    const auto command = std::string("wlanconfig ") + current_interface(radio.backhaul) + " list | grep -i " +
+                         *bssid + " | awk  -F ' ' '{print $" + column + "}' ";
+    const auto line =
+        first_line({command.c_str(), kLongLine, "Failed to get rssi and txrate info. \n"}, caller);
+    return line ? get.answer(leading_digits(*line)) : kRefused;
+}
+
+}  // namespace
+
+HANDLER(X_QM_RE_MAPPINGNumberOfEntries) { return row_total(op, args, kSatellites, "total"); }
+
+HANDLER(X_QM_RE_MAPPING_X_QM_DevName) { return row_option(op, args, {kSatellites, "device_model"}); }
+HANDLER(X_QM_RE_MAPPING_X_QM_ReMac) { return row_option(op, args, {kSatellites, "mac"}); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnDevMac) { return row_option(op, args, {kSatellites, "parent_mac"}); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlMac24g) { return row_option(op, args, {kSatellites, "bssid_sta_2g"}); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlMac5g) { return row_option(op, args, {kSatellites, "bssid_sta_5g"}); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlQuality24g) {
+    return row_option(op, args, {kSatellites, "signal_level_2g"});
+}
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlQuality5g) {
+    return row_option(op, args, {kSatellites, "signal_level_5g"});
+}
+
+HANDLER(X_QM_RE_MAPPING_Status_Active) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto satellite = mesh_device(args);
+    if (!satellite) return kRefused;
+    auto status = read_row(kSatellites, *satellite, "group_status").value_or("");
+    if (status == "connected") status = "1";
+    if (status == "disconnected") status = "0";
+    return GetArguments(args).answer(status);
+}
+
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlTxRate24g) { return link_figure(op, args, kRadio2G, kRateColumn); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlTxRate5g) { return link_figure(op, args, kRadio5G, kRateColumn); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlRssi24g) { return link_figure(op, args, kRadio2G, kRssiColumn); }
+HANDLER(X_QM_RE_MAPPING_Status_ConnWlRssi5g) { return link_figure(op, args, kRadio5G, kRssiColumn); }

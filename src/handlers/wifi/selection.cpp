@@ -1,0 +1,63 @@
+#include "handlers/wifi/selection.h"
+
+namespace cwmp {
+
+constexpr Radio kRadio2G = {.section = "radio_2g",
+                            .device = "wifi0",
+                            .band_option = "enable_2g",
+                            .frequency_band = "2.4GHz",
+                            .band = 1,
+                            .layer_id = 31,
+                            .main = &cwmp_interface_info::wifi_2_4G,
+                            .guest = &cwmp_interface_info::guest_2_4G,
+                            .backhaul = &cwmp_interface_info::backhaul_2_4G};
+constexpr Radio kRadio5G = {.section = "radio_5g",
+                            .device = "wifi1",
+                            .band_option = "enable_5g",
+                            .frequency_band = "5GHz",
+                            .band = 2,
+                            .layer_id = 33,
+                            .main = &cwmp_interface_info::wifi_5G,
+                            .guest = &cwmp_interface_info::guest_5G,
+                            .backhaul = &cwmp_interface_info::backhaul_5G};
+
+namespace {
+
+constexpr Network kNetworks[] = {
+    {&kRadio2G, kMainNetwork.section, "ath0", "wifi_2_4G", kRadio2G.main},
+    {&kRadio2G, kGuestNetwork.section, "ath01", "guest_2_4G", kRadio2G.guest},
+    {&kRadio5G, kMainNetwork.section, "ath1", "wifi_5G", kRadio5G.main},
+    {&kRadio5G, kGuestNetwork.section, "ath11", "guest_5G", kRadio5G.guest},
+};
+
+}  // namespace
+
+bool Network::is_guest() const { return field == radio->guest; }
+
+const Radio* radio_by_number(int number) {
+    if (number == 1) return &kRadio2G;
+    if (number == 2) return &kRadio5G;
+    return nullptr;
+}
+
+const Radio* radio_by_pair(const int* locate) {
+    if (locate[1] == 0) return radio_by_number(locate[0]);
+    return locate[0] == 1 ? radio_by_number(locate[1]) : nullptr;
+}
+
+const Network* network_by_number(int number) {
+    return number >= 1 && number <= 4 ? &kNetworks[number - 1] : nullptr;
+}
+
+bool is_main_network(int number) { return number == 1 || number == 3 || number == 5; }
+
+const char* network_section(int number) {
+    return is_main_network(number) ? kMainNetwork.section : kGuestNetwork.section;
+}
+
+const char* current_interface(InterfaceField field) {
+    initialize_interface_info(interface_info);
+    return interface_info->*field;
+}
+
+}  // namespace cwmp

@@ -1,0 +1,66 @@
+// Which radio and which network a parameter's instance numbers mean: the one place that knows their sections,
+// options and interfaces.
+#pragma once
+
+#include "config/store.h"
+#include "core/handler.h"
+#include "cwmp/platform.h"
+
+namespace cwmp {
+
+using InterfaceField = char (cwmp_interface_info::*)[CWMP_INTERFACE_NAME_SIZE];
+
+struct Radio {
+    const char* section;      // in package wifi; also an option of the device profile
+    const char* device;       // in package wireless
+    const char* band_option;  // of a network's section: whether the network is present on this band
+    const char* frequency_band;
+    int band;      // as the channel list counts
+    int layer_id;  // of the interface stack: the row that lies on this radio
+    InterfaceField main;
+    InterfaceField guest;
+    InterfaceField backhaul;
+
+    constexpr OptionPath at(const char* option) const { return {"wifi", section, option}; }
+    constexpr OptionPath device_at(const char* option) const { return {"wireless", device, option}; }
+};
+
+extern const Radio kRadio2G;
+extern const Radio kRadio5G;
+
+// The main or the guest network of one radio.
+struct Network {
+    const Radio* radio;
+    const char* section;       // in package wifi, shared by both bands
+    const char* interface;     // as the driver names it, whatever the profile says
+    const char* profile_name;  // the profile's option for the interface
+    InterfaceField field;
+
+    constexpr OptionPath at(const char* option) const { return {"wifi", section, option}; }
+    bool is_guest() const;
+};
+
+// The instance numbers, whatever the operation.
+inline const int* locate_of(va_list args) { return GetArguments(args).locate(); }
+
+// By the first two instance numbers: (1,1) and (1,0) are 2.4 GHz, (1,2) and (2,0) are 5 GHz; null for others.
+const Radio* radio_by_pair(const int* locate);
+// By one number: 1 is 2.4 GHz, 2 is 5 GHz; null for others.
+const Radio* radio_by_number(int number);
+// 1 is 2.4 GHz main, 2 2.4 GHz guest, 3 5 GHz main, 4 5 GHz guest; null for others.
+const Network* network_by_number(int number);
+// For pass phrases and security: 1, 3 and 5 are the main network, any other number is the guest network.
+bool is_main_network(int number);
+const char* network_section(int number);
+
+// What the platform record tells beside the interfaces.
+enum PlatformKind : int { kQcas = 0, kBcm = 1, kMtk = 2 };
+
+// The profile's current name of a wireless interface, valid until the next call. Brings the platform record
+// up to date.
+const char* current_interface(InterfaceField field);
+
+inline constexpr Section kMainNetwork{"wifi", "ap"};
+inline constexpr Section kGuestNetwork{"wifi", "guest"};
+
+}  // namespace cwmp

@@ -1,0 +1,46 @@
+// Device.WiFi.SSID.{i}.
+#include "cwmp/interface_stack.h"
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/network_switch.h"
+#include "handlers/wifi/settings.h"
+#include "handlers/wifi/wlan_configuration.h"
+
+using namespace cwmp;
+
+HANDLER(WiFi_SSIDNumberOfEntries) { return constant(op, args, "4"); }
+HANDLER(WiFi_SSID_Enable) { return LANDevice_WLANConfiguration_Enable(op, args); }
+HANDLER(WiFi_SSID_BSSID) { return LANDevice_WLANConfiguration_BSSID(op, args); }
+HANDLER(WiFi_SSID_Upstream) { return constant(op, args, "0"); }
+HANDLER(WiFi_SSID_X_QM_MultiSSID_SSID) { return LANDevice_WLANConfiguration_MultiSSID_SSID(op, args); }
+
+namespace {
+
+// A number that is no network's has no name, and takes any.
+int no_network_name(int op, va_list args) {
+    if (op == CWMP_OP_GET) return GetArguments(args).answer("");
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+}  // namespace
+
+HANDLER(WiFi_SSID_SSID) {
+    const auto* network = network_by_number(locate_of(args)[0]);
+    if (network == nullptr) return no_network_name(op, args);
+    const int result = option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
+                              {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
+    if (op != CWMP_OP_GET && result == kDone && network->is_guest()) {
+        write_option(network->at("usr_set"), "1");
+    }
+    return result;
+}
+
+HANDLER(WiFi_SSID_Status) { return network_status(op, args); }
+
+HANDLER(WiFi_SSID_LowerLayers) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto* network = network_by_number(locate_of(args)[0]);
+    return network == nullptr ? kDone : constant(op, args, getLowerLayers(network->radio->layer_id));
+}

@@ -1,0 +1,117 @@
+// InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: the networks. Their radios are in
+// wlan_radio.cpp.
+#include "handlers/wifi/wlan_configuration.h"
+
+#include "handlers/blocks/command_line.h"
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/mesh_feature.h"
+#include "handlers/wifi/network_switch.h"
+#include "handlers/wifi/settings.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr const char* kMainUnreadable = "can not foud wifi.ap.enable\n";
+constexpr OptionPath kDefaultNetwork = {"wifi", "default", "enable"};
+
+}  // namespace
+
+// Two, although the parameters of a network answer for four numbers: see docs/wireless.md.
+HANDLER(LANDevice_LANWLANConfigurationNumberOfEntries) { return constant(op, args, "2"); }
+
+// Every WLANConfiguration shows the name of the main network.
+HANDLER(LANDevice_WLANConfiguration_SSID) {
+    return option(op, args, {.at = kMainNetwork / "ssid", .apply = CWMP_APPLY_WIRELESS},
+                  {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
+    constexpr int kLastNumber = 6;
+    const int number = locate_of(args)[0];
+    if (op == CWMP_OP_GET || (number >= 1 && number <= kLastNumber)) {
+        return option(op, args,
+                      {.at = {"wifi", network_section(number), "password"},
+                       .accepts = pass_phrase,
+                       .apply = CWMP_APPLY_WIRELESS,
+                       .secret = true},
+                      {.refused = kPassPhraseRefused, .unwritten = "set password error\n\n"});
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (!pass_phrase(set.value())) {
+        LOG_ERROR("%s", kPassPhraseRefused);
+        return kRefused;
+    }
+    // No network has this number: there is nothing to store.
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_PreSharedKey) {
+    return LANDevice_WLANConfiguration_X_QM_Password(op, args);
+}
+
+HANDLER(LANDevice_WLANConfiguration_BeaconType) {
+    if (op == CWMP_OP_GET) return GetArguments(args).answer(stored_beacon_type(kMainNetwork).value_or(""));
+    return option(op, args,
+                  {.at = kMainNetwork / "encryption",
+                   .accepts = beacon_type,
+                   .apply = CWMP_APPLY_WIRELESS,
+                   .write_failure_is_done = true});
+}
+
+HANDLER(LANDevice_WLANConfiguration_WPS_Enable) { return X_QM_MeshFeature_Host_WPS_Enable(op, args); }
+
+HANDLER(LANDevice_WLANConfiguration_BSSID) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto* network = network_by_number(get.locate()[0]);
+    if (network == nullptr) return get.answer("0:0:0:0:0:0");
+    const auto command = std::string("ifconfig ") + network->interface + " | grep HWaddr | awk  '{print $5}'";
+    return get.answer(first_line({command.c_str(), kLongLine, "Failed to popen\n"}).value_or("MAC_BLANK"));
+}
+
+HANDLER(LANDevice_WLANConfiguration_Enable) {
+    const auto* network = network_by_number(locate_of(args)[0]);
+    if (network == nullptr) return kRefused;
+    return network_switch(op, args,
+                          {.network = {"wifi", network->section},
+                           .band_option = network->radio->band_option,
+                           .replaces_default = true,
+                           .can_be_all_off = network->is_guest(),
+                           .unreadable = kMainUnreadable});
+}
+
+HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
+    const auto* radio = radio_by_number(locate_of(args)[0]);
+    if (radio == nullptr) return kRefused;
+    return network_switch(op, args,
+                          {.network = kMainNetwork,
+                           .band_option = radio->band_option,
+                           .replaces_default = true,
+                           .can_be_all_off = false,
+                           .unreadable = kMainUnreadable});
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable) {
+    if (op == CWMP_OP_GET) return read_only_option(op, args, {.at = kDefaultNetwork});
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (read_option(kDefaultNetwork) != set.value()) write_option(kDefaultNetwork, set.value());
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+HANDLER(LANDevice_WLANConfiguration_WPAEncryptionModes) {
+    return accepted_constant(op, args, "TKIPandAESEncryption");
+}
+HANDLER(LANDevice_WLANConfiguration_IEEE11iEncryptionModes) {
+    return LANDevice_WLANConfiguration_WPAEncryptionModes(op, args);
+}
+HANDLER(LANDevice_WLANConfiguration_WPAAuthenticationMode) {
+    return accepted_constant(op, args, "PSKAuthentication");
+}
+HANDLER(LANDevice_WLANConfiguration_IEEE11iAuthenticationMode) {
+    return LANDevice_WLANConfiguration_WPAAuthenticationMode(op, args);
+}

@@ -1,0 +1,28 @@
+// The handlers of WLANConfiguration that other objects and paths forward to.
+#pragma once
+
+#include "core/handler.h"
+
+HANDLER(LANDevice_LANWLANConfigurationNumberOfEntries);
+HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable);
+HANDLER(LANDevice_WLANConfiguration_BSSID);
+HANDLER(LANDevice_WLANConfiguration_Channel);
+HANDLER(LANDevice_WLANConfiguration_ChannelsInUse);
+HANDLER(LANDevice_WLANConfiguration_Enable);
+HANDLER(LANDevice_WLANConfiguration_Radio_Enable);
+HANDLER(LANDevice_WLANConfiguration_TotalBytesReceived);
+HANDLER(LANDevice_WLANConfiguration_TotalBytesSent);
+HANDLER(LANDevice_WLANConfiguration_TotalPacketsReceived);
+HANDLER(LANDevice_WLANConfiguration_TotalPacketsSent);
+HANDLER(LANDevice_WLANConfiguration_WPS_Enable);
+HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth);
+HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse);
+HANDLER(LANDevice_WLANConfiguration_X_QM_Password);
+HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived);
+HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsSent);
+HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower);
+HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported);
+
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable);
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID);
+HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey);

@@ -1,0 +1,212 @@
+// InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: what belongs to the radio under the network.
+#include "core/text.h"
+#include "cwmp/revert_journal.h"
+#include "handlers/blocks/command_line.h"
+#include "handlers/blocks/option.h"
+#include "handlers/wifi/selection.h"
+#include "handlers/wifi/settings.h"
+#include "handlers/wifi/wlan_configuration.h"
+
+using namespace cwmp;
+
+namespace {
+
+struct Choice {
+    const char* value;
+    const char* stored;
+};
+
+// What stands for a value; null for an unknown one.
+template <std::size_t count>
+const char* stored_form(const Choice (&choices)[count], std::string_view value) {
+    for (const auto& choice : choices) {
+        if (value == choice.value) return choice.stored;
+    }
+    return nullptr;
+}
+
+template <std::size_t count>
+std::optional<std::string> choose(const Choice (&choices)[count], const char* value) {
+    const char* stored = stored_form(choices, value);
+    if (stored == nullptr) return std::nullopt;
+    return stored;
+}
+
+std::optional<std::string> transmit_step(const char* value) {
+    constexpr Choice kSteps[] = {{"100", "0"}, {"50", "2"}, {"30", "3"}};
+    return choose(kSteps, value);
+}
+
+std::optional<std::string> bandwidth_2g(const char* value) {
+    constexpr Choice kModes[] = {{"20M", "HT20"}, {"20MHz", "HT20"}, {"20", "HT20"},
+                                 {"40M", "HT40"}, {"40MHz", "HT40"}, {"40", "HT40"}};
+    return choose(kModes, value);
+}
+
+std::optional<std::string> bandwidth_5g(const char* value) {
+    constexpr Choice kWideModes[] = {{"80M", "HT80"},   {"80MHz", "HT80"},   {"80", "HT80"},
+                                     {"160M", "HT160"}, {"160MHz", "HT160"}, {"160", "HT160"}};
+    const auto mode = bandwidth_2g(value);
+    return mode ? mode : choose(kWideModes, value);
+}
+
+// Discards what is staged beside the channel that was just written.
+void revert_staged_channel(const Radio& radio) {
+    uciRevert((std::string("wifi.") + radio.section + ".channel").c_str());
+}
+
+bool is_supported_channel(int op, va_list args, std::string channel, int* locate, const Radio& radio) {
+    if (!all_digits(channel)) return false;
+    const int answer = GetChannelPoll(op, args, channel.data(), locate, radio.band);
+    return answer != 0 && answer != -1;
+}
+
+// Some parameters get the radio's number alone and hand the pair on.
+void make_pair(int* locate) {
+    locate[1] = locate[0];
+    locate[0] = 1;
+}
+
+}  // namespace
+
+HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    if (op == CWMP_OP_GET) {
+        return GetArguments(args).answer(read_option(radio->at("channel")) == "0" ? "1" : "0");
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    // Only a channel that is set ends the automatic choice.
+    if (std::string_view(set.value()) != "1") return kDone;
+    write_option(radio->at("channel"), "0");
+    revert_staged_channel(*radio);
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+HANDLER(LANDevice_WLANConfiguration_Channel) {
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    if (op == CWMP_OP_GET) {
+        const auto command = std::string("iwlist ") + current_interface(radio->main) +
+                             " channel | grep Current | awk -F '=' '{print $2}'";
+        auto channel = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"});
+        if (channel && channel->empty()) {
+            channel = read_reported(radio->at("channel"), "Failed to get  ChannelInConfig\n");
+        }
+        return channel ? GetArguments(args).answer(*channel) : kRefused;
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (!is_supported_channel(op, args, set.value(), set.locate(), *radio)) {
+        LOG_ERROR("invalid channel number\n\n");
+        return kRefused;
+    }
+    const int result = option(op, args, {.at = radio->at("channel"), .apply = CWMP_APPLY_WIRELESS},
+                              {.unwritten = "set channel error\n\n"});
+    if (result == kDone) revert_staged_channel(*radio);
+    return result;
+}
+
+HANDLER(LANDevice_WLANConfiguration_ChannelsInUse) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    make_pair(get.locate());
+    initialize_interface_info(interface_info);
+    if (interface_info->cpeType != kQcas && interface_info->cpeType != kMtk) return kDone;
+    char list[1024] = "";
+    const int result = GetChannelPoll(op, args, list, get.locate(), 0);
+    return result == kDone ? get.answer(list) : result;
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
+    constexpr long long kFactor = 9;  // on whole GHz: what the field's graphs were drawn from
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    make_pair(get.locate());
+    const auto* radio = radio_by_number(get.locate()[1]);
+    if (radio == nullptr) return kRefused;
+    const bool is_2g = radio == &kRadio2G;
+    const std::string interface = current_interface(radio->main);
+    if (interface_info->cpeType != kQcas) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
+    const std::string command =
+        "iwlist " + interface +
+        (is_2g ? " channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'"
+               : R"( channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')");
+    const auto line = first_line({command.c_str(), kLongLine, "Failed to get  FrequencyInUse\n"});
+    if (!line) return kRefused;
+    if (line->empty()) return get.answer("");
+    return get.answer(std::to_string(decimal_prefix(line->c_str()) * kFactor) + "MHz");
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported) { return constant(op, args, "25,50,100"); }
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
+    constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    if (op == CWMP_OP_GET) {
+        const char* percent = stored_form(kPercent, read_option(radio->at("tpscale")).value_or("0"));
+        if (percent != nullptr) return GetArguments(args).answer(percent);
+        LOG_ERROR("transmit power config value invalid\n");
+        return kRefused;
+    }
+    return option(op, args, {.at = radio->at("tpscale"), .accepts = transmit_step},
+                  {.refused = " txpower value is not valid\n", .unwritten = " txpower set error\n"});
+}
+
+HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth) {
+    const auto* radio = radio_by_pair(locate_of(args));
+    if (radio == nullptr) return kRefused;
+    if (op == CWMP_OP_GET) {
+        const auto mode = read_reported(radio->device_at("htmode"), "get wifi  bandwidth error\n");
+        if (!mode) return kRefused;
+        const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
+        if (width) return GetArguments(args).answer(std::to_string(*width) + "MHz");
+        LOG_ERROR("sscanf wifi  bandwidth error\n");
+        return kRefused;
+    }
+    return option(op, args,
+                  {.at = radio->device_at("htmode"),
+                   .accepts = radio == &kRadio2G ? bandwidth_2g : bandwidth_5g,
+                   .apply = CWMP_APPLY_WIRELESS_MODE},
+                  {.refused = " bandwidth is not valid\n", .unwritten = " bandwidth set error\n"});
+}
+
+HANDLER(LANDevice_WLANConfiguration_Standard) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto* radio = radio_by_pair(get.locate());
+    if (radio == nullptr) return kRefused;
+    const auto failure = std::string("get ") + radio->section + " ax_hwmode error\n";
+    const auto mode = read_reported(radio->at("ax_hwmode"), failure.c_str());
+    return mode ? get.answer(*mode) : kRefused;
+}
+
+HANDLER(LANDevice_WLANConfiguration_Status) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto* radio = get.locate()[1] == 0 ? nullptr : radio_by_pair(get.locate());
+    if (radio == nullptr) return kRefused;
+    const auto command = std::string("ifconfig ") + current_interface(radio->main) +
+                         " | sed '1d' | grep UP | awk '{print $1}'";
+    const auto line =
+        first_line({command.c_str(), kLongLine, "Failed to get  status of WLANConfiguration \n"});
+    return line ? get.answer(*line == "UP" ? "Up" : "Disabled") : kRefused;
+}
+
+HANDLER(LANDevice_WLANConfiguration_TotalBytesSent) { return radio_counter(op, args, "TotalBytesSent"); }
+HANDLER(LANDevice_WLANConfiguration_TotalBytesReceived) {
+    return radio_counter(op, args, "TotalBytesReceived");
+}
+HANDLER(LANDevice_WLANConfiguration_TotalPacketsSent) { return radio_counter(op, args, "TotalPacketsSent"); }
+HANDLER(LANDevice_WLANConfiguration_TotalPacketsReceived) {
+    return radio_counter(op, args, "TotalPacketsReceived");
+}
+HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived) {
+    return radio_counter(op, args, "TotalErrorsReceived");
+}
+HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsSent) {
+    return radio_counter(op, args, "TotalErrorsSent");
+}
