@@ -1,14 +1,16 @@
 # The front door. `make help` lists the commands.
 PRESETS := release sanitize
 JOBS ?= $(shell nproc)
+FUZZ_SECONDS ?= 30
 DEMO_ROOT := build/release/demo-root
 
-.PHONY: help demo check bench format lint parameters aarch64 shell clean $(PRESETS) $(DEMO_ROOT)
+.PHONY: help demo check fuzz bench format lint parameters aarch64 shell clean $(PRESETS) $(DEMO_ROOT)
 
 help:
 	@echo "make demo        build, enter the sandboxed router, show and change parameters there"
 	@echo "make shell       a shell in the sandboxed router"
 	@echo "make check       release and sanitizer build, all tests"
+	@echo "make fuzz        fuzz the parser of scan logs for FUZZ_SECONDS (30)"
 	@echo "make bench       benchmarks against raw libuci and popen, library size"
 	@echo "make aarch64     cross-compile for 64-bit Arm"
 	@echo "make format      format the sources;  make lint  check format and run clang-tidy"
@@ -39,6 +41,9 @@ shell: $(DEMO_ROOT)
 
 check: $(PRESETS)
 	@for preset in $(PRESETS); do ctest --preset $$preset --no-tests=error -j $(JOBS) || exit 1; done
+
+fuzz: dependencies-fuzz
+	@scripts/fuzz build $(FUZZ_SECONDS)
 
 bench: release
 	@scripts/bench build/release

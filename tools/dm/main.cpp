@@ -129,11 +129,11 @@ class CommandLine {
             subcommand->callback([this, &test] { options.test = &test; });
             if (test.results) add_wait(subcommand);
             for (const Test::Setting& setting : test.settings) {
-                const std::string path = std::string(test.object) + setting.parameter;
+                const std::string assignment = std::string(test.object) + setting.parameter + '=';
                 CLI::Option* option = subcommand->add_option_function<std::string>(
                     setting.option,
-                    [this, path](const std::string& value) {
-                        options.assignments.push_back(path + '=' + value);
+                    [this, assignment](const std::string& value) {
+                        options.assignments.push_back(assignment + value);
                     },
                     setting.help);
                 if (setting.option[0] != '-') option->required();

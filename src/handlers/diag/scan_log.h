@@ -22,7 +22,7 @@ struct ScanLine {
 // Reads the lines of one log. Remembers of the cell at hand what its later lines depend on.
 class ScanLog {
   public:
-    ScanLine read(const std::string& line);
+    ScanLine read(const std::string& text);
 
   private:
     ScanLine begin_cell(std::string_view line);

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr const char* kMeta = "$(touch /tmp/started) `touch /tmp/started` \"; touch /tmp/started; '\\";
+constexpr const char* kMeta = "$(touch /tmp/started) `touch /tmp/started`";
 
 class DiagnosticsSettings : public DiagnosticsTest {
   protected:
