@@ -63,6 +63,11 @@ CWMP_EXPORT char* libutil_strncpy(char* destination, const char* source, int n);
  * index, from 1; null when there is none. */
 CWMP_EXPORT char* string_split(char* text, const char* delimiters, int limit, int index);
 
+/* Writes the decimal numbers of text, with their fractions, in order and joined by ',' into numbers: "1
+ * Mb/s; 5.5 Mb/s" gives "1,5.5". What does not fit size bytes is left out, number by number. Result: how many
+ * were written; 0 with an empty text when there is none. */
+CWMP_EXPORT int string_split_num(const char* text, char* numbers, int size);
+
 /* Lower-cases a text in place. Result: the text. */
 CWMP_EXPORT char* strlowr(char* text);
 

@@ -26,7 +26,8 @@ std::optional<std::string> read_option(const OptionPath& at, const char* confdir
 
 // The live store, with the mirror policy. False when the write failed.
 bool write_option(const OptionPath& at, const std::string& value);
-// Another directory; nothing is mirrored.
+// Another directory; nothing is mirrored. Scratch packages hold names heard on the air and what strangers
+// answered: a value that the console's shell would expand is stored without being logged.
 bool write_option(const OptionPath& at, const std::string& value, const char* confdir);
 
 }  // namespace cwmp

@@ -213,6 +213,27 @@ char* string_split(char* text, const char* delimiters, int limit, int index) {
     return index <= count ? tokens[index - 1] : nullptr;
 }
 
+int string_split_num(const char* text, char* numbers, int size) {
+    constexpr const char* kDigits = "0123456789";
+    if (text == nullptr || numbers == nullptr || size < 1) return 0;
+    std::size_t written = 0;
+    int count = 0;
+    for (const char* next = text; *(next += std::strcspn(next, kDigits)) != '\0';) {
+        std::size_t length = std::strspn(next, kDigits);
+        const std::size_t fraction = next[length] == '.' ? std::strspn(next + length + 1, kDigits) : 0;
+        if (fraction > 0) length += 1 + fraction;
+        const std::size_t separator = count > 0 ? 1 : 0;
+        if (written + separator + length >= static_cast<std::size_t>(size)) break;
+        if (separator != 0) numbers[written++] = ',';
+        std::memcpy(numbers + written, next, length);
+        written += length;
+        next += length;
+        ++count;
+    }
+    numbers[written] = '\0';
+    return count;
+}
+
 char* strlowr(char* text) {
     for (char* next = text; *next != '\0'; ++next) {
         *next = static_cast<char>(std::tolower(static_cast<unsigned char>(*next)));

@@ -100,6 +100,7 @@ const std::vector<int>& Agent::instances(const Node& table, const std::vector<in
 int Agent::counted(const Node& table, const std::vector<int>& outer) const {
     if (!table.count) return table.instances;
     const std::string text = get(*table.count, outer);
+    if (text.empty()) return 0;  // a test that has not run yet has counted nothing
     const auto number = decimal<int>(text);
     if (number && *number >= 0 && *number <= kMostInstances) return *number;
     throw Failure{concrete_path(table.count->path, outer), kInternalError, Exit::Refused,

@@ -4,12 +4,14 @@
 #include <vector>
 
 #include "agent.h"
+#include "library.h"
 #include "model.h"
 #include "report.h"
 
 namespace cwmp {
 
 struct Session {
+    const Library& library;
     const Model& model;
     Agent& agent;
     Report& report;

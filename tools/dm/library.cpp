@@ -22,6 +22,10 @@ cwmp_handler Library::find(const std::string& name) const {
 }
 
 const void* Library::data(const std::string& name) const { return dlsym(handle_.get(), name.c_str()); }
+void* Library::require(const std::string& name) const {
+    if (void* found = dlsym(handle_.get(), name.c_str())) return found;
+    throw Failure{name, kNoFault, Exit::Unusable, "not exported by the library"};
+}
 
 void Library::Close::operator()(void* handle) const { dlclose(handle); }
 

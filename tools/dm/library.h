@@ -17,7 +17,15 @@ class Library {
     cwmp_handler find(const std::string& name) const;
     const void* data(const std::string& name) const;
 
+    // A function that is no handler. Throws Failure when the library does not export the name.
+    template <typename Function>
+    Function* function(const std::string& name) const {
+        return reinterpret_cast<Function*>(require(name));
+    }
+
   private:
+    void* require(const std::string& name) const;
+
     struct Close {
         void operator()(void* handle) const;
     };

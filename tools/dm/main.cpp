@@ -8,6 +8,7 @@
 
 #include "agent_state.h"
 #include "commands.h"
+#include "diagnose.h"
 #include "library.h"
 #include "router_root.h"
 #include "standard_output.h"
@@ -37,6 +38,8 @@ struct Options {
     std::vector<std::string> assignments;
     std::string object;
     std::string below;
+    const Test* test = nullptr;
+    int seconds = 120;
 };
 
 using Command = void (*)(Session&, const Options&);
@@ -105,8 +108,39 @@ class CommandLine {
             [](Session& session, const Options& o) { list_instances(session, o.object); })
             ->add_option("OBJECT", options.object)
             ->required();
+        add_diagnostics();
         add("names", "List the supported names, all or below PATH", nullptr)
             ->add_option("PATH", options.below);
+    }
+
+    void add_wait(CLI::App* subcommand) {
+        subcommand->add_option("--wait", options.seconds, "Seconds to wait for the end of the test")
+            ->check(CLI::Range(1, 86400))
+            ->capture_default_str();
+    }
+
+    void add_diagnostics() {
+        CLI::App* diagnose_command = add(
+            "diagnose", "Run or request a diagnostic test",
+            [](Session& session, const Options& o) { diagnose(session, *o.test, o.assignments, o.seconds); });
+        diagnose_command->require_subcommand(1)->fallthrough();
+        for (const Test& test : tests()) {
+            CLI::App* subcommand = diagnose_command->add_subcommand(test.name, test.help);
+            subcommand->callback([this, &test] { options.test = &test; });
+            if (test.results) add_wait(subcommand);
+            for (const Test::Setting& setting : test.settings) {
+                const std::string path = std::string(test.object) + setting.parameter;
+                CLI::Option* option = subcommand->add_option_function<std::string>(
+                    setting.option,
+                    [this, path](const std::string& value) {
+                        options.assignments.push_back(path + '=' + value);
+                    },
+                    setting.help);
+                if (setting.option[0] != '-') option->required();
+            }
+        }
+        add_wait(add("wait-diagnostics", "Wait for the end of a test that was requested elsewhere",
+                     [](Session& session, const Options& o) { wait_diagnostics(session, o.seconds); }));
     }
 
     CLI::App app_{"Plays the TR-069 agent: calls the parameter handlers of the data-model library.", "dm"};
@@ -122,7 +156,7 @@ void run(const CommandLine& line, Report& report) {
         const auto state = agent_state(options.agent);
         Agent agent(library, state ? &*state : nullptr);
         if (options.log_level) agent.set_log_level(*options.log_level);
-        Session session{model, agent, report};
+        Session session{library, model, agent, report};
         line.command(session, options);
     } catch (const Failure& failure) {
         report.errors.push_back(failure);
@@ -150,6 +184,7 @@ int main(int argc, char** argv) {
     try {
         cwmp::CommandLine line;
         if (const auto code = line.parse(argc, argv)) return *code;
+        if (line.options.test) cwmp::hide_arguments(argc, argv);
         const cwmp::File out = cwmp::take_standard_output();
         cwmp::Report report;
         cwmp::run(line, report);

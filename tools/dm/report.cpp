@@ -45,6 +45,23 @@ void print_revert(const Report& report, FILE* out) {
     std::fprintf(out, "\n");
 }
 
+std::vector<std::vector<std::string>> parameter_rows(const std::vector<Report::Parameter>& parameters) {
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& parameter : parameters) {
+        auto& row = rows.emplace_back(std::vector{printable(parameter.path)});
+        if (!parameter.passes.empty()) row.push_back(joined(parameter.passes, ","));
+        row.push_back(printable(parameter.value));
+    }
+    return rows;
+}
+
+std::vector<std::vector<std::string>> printable_rows(std::vector<std::vector<std::string>> rows) {
+    for (auto& row : rows) {
+        for (std::string& cell : row) cell = printable(cell);
+    }
+    return rows;
+}
+
 }  // namespace
 
 Exit Report::exit() const {
@@ -54,12 +71,7 @@ Exit Report::exit() const {
 }
 
 void print_text(const Report& report, FILE* out) {
-    std::vector<std::vector<std::string>> rows;
-    for (const auto& parameter : report.parameters) {
-        auto& row = rows.emplace_back(std::vector{printable(parameter.path)});
-        if (!parameter.passes.empty()) row.push_back(joined(parameter.passes, ","));
-        row.push_back(printable(parameter.value));
-    }
+    auto rows = report.table ? printable_rows(*report.table) : parameter_rows(report.parameters);
     if (report.names) {
         for (const auto& name : *report.names) rows.push_back({name.path, name.access});
     }
@@ -70,6 +82,7 @@ void print_text(const Report& report, FILE* out) {
     for (const auto& group : report.groups) {
         std::fprintf(out, "group %s: %s\n", group.name.c_str(), joined(group.steps, ", ").c_str());
     }
+    if (report.diagnostics_complete) std::fputs("diagnostics complete\n", out);
     if (report.reverted) print_revert(report, out);
     if (report.apply_flags) {
         const auto services = services_of(*report.apply_flags);

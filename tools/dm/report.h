@@ -31,6 +31,9 @@ struct Report {
     std::vector<Group> groups;
     std::optional<std::vector<std::string>> instances;
     std::optional<std::vector<Name>> names;
+    // Rows that tables show in place of the parameters, headings first.
+    std::optional<std::vector<std::vector<std::string>>> table;
+    bool diagnostics_complete = false;
     std::optional<unsigned> apply_flags;
     std::optional<bool> reverted;
     std::vector<Failure> errors;

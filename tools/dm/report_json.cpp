@@ -75,6 +75,7 @@ void print_json(const Report& report, FILE* out) {
     if (report.names) put(result, "names", array(*report.names, name_json));
     if (report.instances) put(result, "instances", array(*report.instances, text));
     if (!report.groups.empty()) put(result, "groups", array(report.groups, group_json));
+    if (report.diagnostics_complete) put(result, "diagnosticsComplete", Json(json_object_new_boolean(true)));
     if (report.reverted) put(result, "reverted", Json(json_object_new_boolean(*report.reverted)));
     if (report.apply_flags) {
         put(result, "applyFlags", number(*report.apply_flags));

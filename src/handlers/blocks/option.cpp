@@ -8,10 +8,16 @@ int fail(Caller caller, const char* event) {
     return kRefused;
 }
 
+bool write(const Option& parameter, const std::string& text) {
+    // Changes of the live store are subject to the mirror policy.
+    return parameter.store == kLiveStore ? write_option(parameter.at, text)
+                                         : write_option(parameter.at, text, parameter.store);
+}
+
 int get_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
     const GetArguments get(args);
     if (parameter.secret) return get.answer("");
-    const auto stored = read_option(parameter.at);
+    const auto stored = read_option(parameter.at, parameter.store);
     if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
     return get.answer(stored ? stored->c_str() : parameter.missing);
 }
@@ -21,7 +27,7 @@ int set_option(va_list args, const Option& parameter, const OptionEvents& events
     if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
     if (!text) return fail(caller, events.refused);
-    if (!write_option(parameter.at, *text) && !parameter.write_failure_is_done) {
+    if (!write(parameter, *text) && !parameter.write_failure_is_done) {
         return fail(caller, events.unwritten);
     }
     set.raise(parameter.apply);

@@ -1,4 +1,4 @@
-// A parameter that is one option of the live store.
+// A parameter that is one option of the store.
 #pragma once
 
 #include "config/store.h"
@@ -10,6 +10,7 @@ namespace cwmp {
 
 struct Option {
     OptionPath at;
+    const char* store = kLiveStore;
     const char* missing = "";            // the answer when the option cannot be read
     Check accepts = nullptr;             // null: any text, stored as it comes
     unsigned int apply = 0;              // the service groups that a SET raises

@@ -1,5 +1,6 @@
 // Device.NAT.InterfaceSetting.{i}. and Device.NAT.X_QM_DmzHostCfg.
 #include "config/store.h"
+#include "core/addresses.h"
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "handlers/blocks/command_line.h"
@@ -40,14 +41,6 @@ std::optional<std::string> dmz_address() {
     return stored;
 }
 
-bool same_address(const char* a, const char* b) {
-    uint32_t first = 0;
-    uint32_t second = 0;
-    libutil_addrStrToNum(a, &first);
-    libutil_addrStrToNum(b, &second);
-    return first == second;
-}
-
 std::optional<std::string> read_or_log(const OptionPath& at, const char* event, Caller caller) {
     auto stored = read_option(at);
     if (!stored) log_event(caller, kError, "%s", event);
@@ -61,7 +54,7 @@ bool is_lan_host(const char* text, Caller caller) {
     if (!address) return false;
     const auto mask = read_or_log(kLan / "netmask", "failed to get lan mask\n", caller);
     if (!mask) return false;
-    return !same_address(text, address->c_str()) &&
+    return address_number(text) != address_number(address->c_str()) &&
            libutil_netChkSameSubnet(text, nullptr, address->c_str(), mask->c_str()) == 1;
 }
 

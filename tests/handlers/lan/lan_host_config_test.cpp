@@ -1,6 +1,7 @@
 // The LAN's addresses, the DHCP pool, the relay.
 #include "cwmp/lan.h"
 #include "lan_test.h"
+#include "no_free_descriptor.h"
 
 namespace {
 
@@ -173,6 +174,20 @@ TEST_F(LanHostConfig, AutomaticServersComeFromTheDhcpServer) {
     EXPECT_EQ(get(LAN "DNSServers", {1}).value, "0.0.0.0,192.0.2.2");
     package("dhcp_server_sync", "config dhcp_server settings\n\toption secondaryDns 1.1.1.1\n");
     EXPECT_EQ(FROM_LIBRARY(_get_dns_server)(value.data()), -1);
+}
+
+TEST_F(LanHostConfig, SaysThatTheServersCannotBeAsked) {
+    automatic_servers("option dns 192.0.2.1\n");
+    forget();
+    {
+        // One descriptor is enough for the store and too few for a pipe.
+        const int spare = open("/", O_RDONLY | O_CLOEXEC);
+        const NoFreeDescriptor none;
+        close(spare);
+        EXPECT_EQ(get(LAN "DNSServers", {1}).code, -1);
+    }
+    EXPECT_THAT(console(), ElementsAre("_get_dns_server: Failed to get dns_server\n",
+                                       LAN "DNSServers:  get dns-server enable error\n\n"));
 }
 
 TEST_F(LanHostConfig, PoolStatusFollowsTheServersFile) {

@@ -1,0 +1,39 @@
+// What the diagnostics share: their store, their state, and the process of their own in which one runs.
+#pragma once
+
+#include "config/store.h"
+#include "core/handler.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "handlers/blocks/option.h"
+
+namespace cwmp {
+
+inline constexpr const char* kDiagnosticsPackage = "diagnostics_config";
+inline constexpr const char* kRequested = "Requested";
+inline constexpr const char* kNoTest = "None";
+
+// Parameters and results live in scratch packages: they reach flash when a finished test is saved.
+std::optional<std::string> read_test(const OptionPath& at);
+bool write_test(const OptionPath& at, const std::string& value);
+
+// A setting or a result of a test, and what its failures log.
+int test_option(int op, va_list args, const Option& parameter, const OptionEvents& events = {},
+                Caller caller = Caller::here());
+int test_result(int op, va_list args, const OptionPath& at, const char* missing = "");
+
+// GET of a DiagnosticsState: while running holds "1" a test is under way, which reads as none.
+int test_state(va_list args, const OptionPath& state, const OptionPath& running);
+
+// Whether a SET asks for the test, the only value that a DiagnosticsState takes.
+bool is_request(const SetArguments& set);
+
+// Checks that store the text as the ACS wrote it.
+template <int lowest, int highest>
+std::optional<std::string> numeric_text(const char* value) {
+    const int number = decimal_prefix(value);
+    if (number < lowest || number > highest) return std::nullopt;
+    return value;
+}
+
+}  // namespace cwmp

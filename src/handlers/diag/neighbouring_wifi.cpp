@@ -1,0 +1,287 @@
+// Device.WiFi.NeighboringWiFiDiagnostic. and its vendor copy: the scan for the networks around.
+#include <algorithm>
+#include <climits>
+
+#include "core/command.h"
+#include "cwmp/diagnostics.h"
+#include "cwmp/uci_access.h"
+#include "handlers/diag/detached.h"
+#include "handlers/diag/diagnostics.h"
+#include "handlers/diag/scan_log.h"
+#include "platform/profile.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr Section kScan{kDiagnosticsPackage, "NeighboringWiFi"};
+constexpr const char* kCellType = "Cell";
+constexpr int kMostCells = 15;
+constexpr const char* kLog24 = "/tmp/tr069/NeighboringWiFi_2_4G_log";
+constexpr const char* kLog5 = "/tmp/tr069/NeighboringWiFi_5G_log";
+
+void delete_results() {
+    // Far more than a scan leaves: a broken count must not keep the agent busy.
+    constexpr int kMostResults = 256;
+    const std::string count = read_test(kScan / "ResultNumberOfEntries").value_or("");
+    const int last = std::min(decimal_prefix(count.c_str()), kMostResults);
+    for (int number = 1; number <= last; ++number) {
+        uciRawDelSectionBypath(kDiagnosticsPackage, std::to_string(number).c_str(), kCellType, kScratchStore);
+    }
+    write_test(kScan / "ResultNumberOfEntries", "0");
+}
+
+std::string scan_command() {
+    const auto name24 = profile_option("backhaul_2_4G");
+    const auto name5 = profile_option("backhaul_5G");
+    const bool named = name24 && name5;
+    return "iwlist " + (named ? *name24 : "ath02") + " scan > " + kLog24 + " 2>&1 && iwlist " +
+           (named ? *name5 : "ath12") + " scan > " + kLog5 + " 2>&1 & ";
+}
+
+// Whether the process list shows a scan; nothing when it cannot be asked for.
+std::optional<bool> is_scanning(Caller caller) {
+    Command processes("ps | grep iwlist");
+    if (!processes) {
+        log_event(caller, kError, "Failed to exec cat ps | grep ping\n");
+        return std::nullopt;
+    }
+    bool found = false;
+    while (const auto line = processes.line()) found = found || contains(*line, "scan");
+    return found;
+}
+
+// The number of results in a band's log; those before it end with last, which moves on.
+int read_band(const char* log, int& last) {
+    const int end = NeighboringWiFi_Diagnostic((std::string("cat ") + log).c_str(), last);
+    const int count = end < 0 ? 0 : end - last;
+    last += count;
+    return count;
+}
+
+[[noreturn]] void scan(const std::string& command, Caller caller) {
+    run(command);
+    write_test(kScan / "last_scan_status", "1");
+    std::optional<bool> scanning;
+    do {
+        scanning = is_scanning(caller);
+    } while (scanning == true);
+    if (scanning) write_test(kScan / "last_scan_status", "0");
+    int last = 0;
+    write_test(kScan / "ResultNumberOfEntries_2_4G", std::to_string(read_band(kLog24, last)));
+    write_test(kScan / "ResultNumberOfEntries_5G", std::to_string(read_band(kLog5, last)));
+    write_test(kScan / "DiagnosticsState", "Completed");
+    run("cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config");
+    run("saveconfig user-config");
+    finish_job(caller);
+}
+
+int start_scan(Caller caller = Caller::here()) {
+    delete_results();
+    const std::string command = scan_command();
+    switch (detach(caller)) {
+        case Side::kAgent:
+            return kDone;
+        case Side::kJob:
+            scan(command, caller);
+        case Side::kFailed:
+            break;
+    }
+    return kRefused;
+}
+
+// An option of the network that locate names.
+std::optional<std::string> read_cell(const GetArguments& get, const char* option) {
+    const std::string number = std::to_string(get.locate()[0]);
+    return read_test({kDiagnosticsPackage, number.c_str(), option});
+}
+
+bool is_24_ghz(const std::string& frequency) { return contains(frequency, "2.4"); }
+
+int frequency_band(int op, va_list args) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto frequency = read_cell(get, "Frequency");
+    if (!frequency) return get.answer("");
+    return get.answer(is_24_ghz(*frequency) ? "2.4GHz" : "5GHz");
+}
+
+const char* standards_of(const std::string& frequency, const std::string& mode) {
+    if (is_24_ghz(frequency)) {
+        if (contains(mode, "n")) return "b g n";
+        return contains(mode, "g") ? "b g" : "b";
+    }
+    if (contains(mode, "ac")) return "a n ac";
+    return contains(mode, "n") ? "a n" : "a";
+}
+
+}  // namespace
+
+int NeighboringWiFi_Diagnostic(const char* command, int first) {
+    if (command == nullptr) return kRefused;
+    Command output(command);
+    if (!output) {
+        LOG_ERROR("Failed to exec %s\n\n", command);
+        return kRefused;
+    }
+    const int most = std::min(first, INT_MAX - kMostCells) + kMostCells;
+    int last = first;
+    std::string number;
+    ScanLog log;
+    while (const auto text = output.line()) {
+        const ScanLine line = log.read(*text);
+        if (line.kind == ScanLine::Kind::kNoScanning) {
+            write_test(kScan / "DiagnosticsState", "Error");
+            break;
+        }
+        if (line.kind == ScanLine::Kind::kCellBegins) {
+            if (last >= most) break;
+            number = std::to_string(++last);
+            write_test(kScan / "ResultNumberOfEntries", number);
+            uciRawAddSectionBypath(kDiagnosticsPackage, number.c_str(), kCellType, kScratchStore);
+        }
+        for (const CellFact& fact : line.facts) {
+            if (fact.option != nullptr)
+                write_test({kDiagnosticsPackage, number.c_str(), fact.option}, fact.value);
+        }
+    }
+    return last;
+}
+
+int WiFi_NeighboringWiFi_Param_Get(int op, va_list args, const char* option) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const bool is_strength = std::string_view(option) == "SignalStrength";
+    return get.answer(read_cell(get, option).value_or(is_strength ? "-200" : ""));
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_DiagnosticsState) {
+    if (op == CWMP_OP_GET) return test_state(args, kScan / "DiagnosticsState", kScan / "last_scan_status");
+    if (!is_request(SetArguments(args))) return kRefused;
+    return op == CWMP_OP_APPLY ? start_scan() : kDone;
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries) {
+    return test_result(op, args, kScan / "ResultNumberOfEntries");
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand) { return frequency_band(op, args); }
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Radio) { return frequency_band(op, args); }
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Mode) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto mode = read_cell(get, "Mode");
+    if (!mode) return get.answer("");
+    return get.answer(*mode == "Master" ? "Infrastructure" : "ADHoc");
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    return get.answer(standards_of(read_cell(get, "Frequency").value_or(""),
+                                   read_cell(get, "OperatingStandards").value_or("")));
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto extension = read_cell(get, "ExtensionChannel");
+    if (extension == "MINUS") return get.answer("BelowControlChannel");
+    return get.answer(extension == "PLUS" ? "AboveControlChannel" : "None");
+}
+
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SSID) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "SSID");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "BSSID");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "SupportedDataTransferRates");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "OperatingStandards");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "OperatingChannelBandwidth");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Channel) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "Channel");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "SignalStrength");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Noise) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "Noise");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "SecurityMode");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "EncryptionMode");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "DTIMPeriod");
+}
+HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod) {
+    return WiFi_NeighboringWiFi_Param_Get(op, args, "BeaconPeriod");
+}
+
+HANDLER(X_QM_NeighboringWiFiDiagnostic_DiagnosticsState) {
+    return WiFi_NeighboringWiFiDiagnostic_DiagnosticsState(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries) {
+    return WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Radio) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_Radio(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Mode) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_Mode(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SupportedStandards) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SSID) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_SSID(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_BSSID) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_BSSID(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingStandards) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Channel) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_Channel(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SignalStrength) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Noise) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_Noise(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_EncryptionMode) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_DTIMPeriod) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod(op, args);
+}
+HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_BeaconPeriod) {
+    return WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod(op, args);
+}

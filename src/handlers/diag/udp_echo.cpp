@@ -1,0 +1,127 @@
+// Device.IP.Diagnostics.UDPEchoConfig.: the settings and counters of the UDP echo responder. Unlike other
+// handlers these take a SET in the apply pass only.
+#include <cstring>
+
+#include "core/console_text.h"
+#include "handlers/diag/diagnostics.h"
+
+using namespace cwmp;
+
+namespace {
+
+constexpr Section kEcho{kDiagnosticsPackage, "udpecho"};
+constexpr const char* kNever = "1970-01-01T00:00:00.000Z";
+
+bool is_known(int op) { return op == CWMP_OP_GET || op == CWMP_OP_APPLY; }
+
+int setting(int op, va_list args, const Option& parameter) {
+    return is_known(op) ? test_option(op, args, parameter) : kRefused;
+}
+
+// Exactly "true", "1", "false" or "0", as a digit.
+std::optional<std::string> switch_digit(const char* value) {
+    if (std::strcmp(value, "true") == 0 || std::strcmp(value, "1") == 0) return "1";
+    if (std::strcmp(value, "false") == 0 || std::strcmp(value, "0") == 0) return "0";
+    return std::nullopt;
+}
+
+int set_switch(va_list args, const char* option, unsigned int apply_when_on, Caller caller = Caller::here()) {
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    const auto digit = switch_digit(set.value());
+    if (!digit) {
+        log_event(caller, kError, "UDPEchoConfig %s set to %s, should be true(1) or false(0).\n", option,
+                  for_console(set.value()).c_str());
+        return kRefused;
+    }
+    if (!write_test(kEcho / option, *digit)) return kRefused;
+    if (*digit == "1") set.raise(apply_when_on);
+    return kDone;
+}
+
+struct Interface {
+    const char* path;
+    const char* device;
+};
+
+// Read back by the first row of a device.
+constexpr Interface kInterfaces[] = {
+    {"Device.IP.Interface.1", "br-lan"},
+    {"Device.IP.Interface.2", "br-wan"},
+    {"Device.IP.Interface.3", "br-wan"},
+};
+
+std::optional<std::string> device_of(const std::string& path) {
+    if (path.empty() || path == kNoTest) return kNoTest;
+    for (const auto& interface : kInterfaces) {
+        if (path == interface.path) return interface.device;
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
+    constexpr std::size_t kLongest = 100;
+    if (!is_known(op)) return kRefused;
+    if (op == CWMP_OP_GET) {
+        const auto device = read_test(kEcho / "IfName");
+        for (const auto& interface : kInterfaces) {
+            if (device == interface.device) return GetArguments(args).answer(interface.path);
+        }
+        return GetArguments(args).answer("");
+    }
+    const SetArguments set(args);
+    if (set.value() == nullptr || !text_within(set.value(), kLongest)) return kRefused;
+    const auto device = device_of(set.value());
+    if (!device) {
+        LOG_ERROR("Don't support this interface : %s now\n", for_console(set.value()).c_str());
+        return kRefused;
+    }
+    return write_test(kEcho / "IfName", *device) ? kDone : kRefused;
+}
+
+HANDLER(IP_Diagnostics_UDPEchoConfig_UDPPort) { return setting(op, args, {.at = kEcho / "UDPPort"}); }
+HANDLER(IP_Diagnostics_UDPEchoConfig_SourceIPAddress) {
+    return setting(op, args, {.at = kEcho / "SourceIPAddress"});
+}
+
+HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
+    if (!is_known(op)) return kRefused;
+    if (op != CWMP_OP_GET) return set_switch(args, "Enable", CWMP_APPLY_UDP_ECHO);
+    const auto stored = read_test(kEcho / "Enable");
+    if (!stored) return kRefused;
+    if (*stored != "0" && *stored != "1") {
+        LOG_ERROR("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n",
+                  for_console(stored->c_str()).c_str());
+        return kRefused;
+    }
+    return GetArguments(args).answer(*stored);
+}
+
+HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {
+    if (op == CWMP_OP_APPLY) return set_switch(args, "EchoPlusEnabled", 0);
+    return test_result(op, args, kEcho / "EchoPlusEnabled", "1");
+}
+
+HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusSupported) {
+    return test_result(op, args, kEcho / "EchoPlusSupported", "1");
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_PacketsReceived) {
+    return test_result(op, args, kEcho / "PacketsReceived", "0");
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_PacketsResponded) {
+    return test_result(op, args, kEcho / "PacketsResponded", "0");
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_BytesReceived) {
+    return test_result(op, args, kEcho / "BytesReceived", "0");
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_BytesResponded) {
+    return test_result(op, args, kEcho / "BytesResponded", "0");
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_TimeFirstPacketReceived) {
+    return test_result(op, args, kEcho / "TimeFirstPacketReceived", kNever);
+}
+HANDLER(IP_Diagnostics_UDPEchoConfig_TimeLastPacketReceived) {
+    return test_result(op, args, kEcho / "TimeLastPacketReceived", kNever);
+}

@@ -1,0 +1,428 @@
+#include <dlfcn.h>
+#include <poll.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "diagnostics_test.h"
+
+namespace {
+
+// The calls that fail: the count-th fork from now on, and the pipe of a command.
+int failing_fork = 0;
+std::string failing_command;
+
+}  // namespace
+
+// Stand in for the C library's.
+extern "C" pid_t fork() noexcept {
+    if (failing_fork > 0 && --failing_fork == 0) {
+        errno = EAGAIN;
+        return -1;
+    }
+    return _Fork();
+}
+
+extern "C" FILE* popen(const char* command, const char* type) {
+    if (command == failing_command) return nullptr;
+    using Popen = FILE*(const char*, const char*);
+    return reinterpret_cast<Popen*>(dlsym(RTLD_NEXT, "popen"))(command, type);
+}
+
+namespace {
+
+constexpr const char* kTraceResult = "/tmp/tr069/trace_result";
+
+class TraceRoute : public DiagnosticsTest {
+  protected:
+    void SetUp() override {
+        DiagnosticsTest::SetUp();
+        listen_as_agent();
+        // The process list comes when the background command has written.
+        program("/var/lib/router/answers/ps",
+                "while [ ! -e /tmp/tr069/trace_result ]; do sleep 0.02; done\n");
+        program("/usr/bin/tr069/get_trace_result", "exit 0\n");
+    }
+    void TearDown() override {
+        failing_fork = 0;
+        failing_command.clear();
+        EXPECT_FALSE(exists("/tmp/started")) << "a value was run as a command";
+        DiagnosticsTest::TearDown();
+    }
+    static void setting(const std::string& option, const std::string& value) {
+        store("trace_route.traceroute." + option, value, kScratch);
+    }
+    static std::optional<std::string> traced(const std::string& option) {
+        return scratch("trace_route.traceroute." + option);
+    }
+    int start() { return FROM_LIBRARY(libdiagnostics_startTraceRoute)(); }
+    void run() {
+        forget();
+        std::filesystem::remove(kTraceResult);
+        EXPECT_EQ(start(), 0);
+        EXPECT_EQ(wait_for_jobs(), 1);
+    }
+};
+
+TEST_F(TraceRoute, TheCommandLineFollowsTheSettings) {
+    struct Row {
+        std::vector<std::pair<const char*, const char*>> settings;
+        const char* command;
+    };
+    const std::vector<Row> rows = {
+        {{{"Host", "192.0.2.1"}}, "traceroute -q 3 -w 5  -m 30 192.0.2.1"},
+        {{{"Host", "a-b_c.example:1"}, {"Interface", "br-wan"}},
+         "traceroute -i br-wan -q 3 -w 5  -m 30 a-b_c.example:1"},
+        {{{"Host", "h"}, {"NumberOfTries", "2"}}, "traceroute -q 2 -w 5  -m 30 h"},
+        {{{"Host", "h"}, {"Timeout", "2500"}}, "traceroute -q 3 -w 2 -m 30 h"},
+        {{{"Host", "h"}, {"Timeout", "500"}}, "traceroute -q 3 -w 0 -m 30 h"},
+        {{{"Host", "h"}, {"MaxHopCount", "64"}}, "traceroute -q 3 -w 5  -m 64 h"},
+        {{{"Host", "h"},
+          {"Interface", "Device.IP.Interface.2"},
+          {"NumberOfTries", "-1"},
+          {"Timeout", "1000"},
+          {"MaxHopCount", "1"},
+          {"DataBlockSize", "100"}},
+         "traceroute -i Device.IP.Interface.2 -q -1 -w 1 -m 1 h"},
+        {{{"Host", "$(touch /tmp/started)"}}, "traceroute -q 3 -w 5  -m 30 '$(touch /tmp/started)'"},
+        {{{"Host", "x'; touch /tmp/started; '"}},
+         "traceroute -q 3 -w 5  -m 30 'x'\\''; touch /tmp/started; '\\'''"},
+        {{{"Host", "a b"},
+          {"Interface", "`touch /tmp/started`"},
+          {"NumberOfTries", "3; touch /tmp/started"},
+          {"Timeout", "3000; touch /tmp/started"},
+          {"MaxHopCount", "9&touch /tmp/started"}},
+         "traceroute -i '`touch /tmp/started`' -q '3; touch /tmp/started' -w 3 -m '9&touch /tmp/started' 'a "
+         "b'"},
+        {{{"Host", "h/1"}}, "traceroute -q 3 -w 5  -m 30 'h/1'"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.command);
+        std::filesystem::remove(std::string(kScratch) + "/trace_route");
+        for (const auto& [option, value] : row.settings) {
+            EXPECT_EQ(set((std::string("IP_Diagnostics_TraceRoute_") + option).c_str(), {}, value).code, 0);
+        }
+        run();
+        EXPECT_EQ(commands().front(), std::string(row.command) + " > /tmp/tr069/trace_result 2>&1 &");
+    }
+}
+
+TEST_F(TraceRoute, ARunGoesFromNoneToCompleteAndTellsTheAgent) {
+    setting("Host", "192.0.2.1");
+    setting("DiagnosticsState", "Error_Internal");
+    setting("RouteHopsNumberOfEntries", "9");
+    // Running when first looked at, gone when looked at again; others' lines do not count.
+    program("/var/lib/router/answers/ps",
+            "while [ ! -e /tmp/tr069/trace_result ]; do sleep 0.02; done\n"
+            "echo '7 root traceroute 198.51.100.1'\necho '8 root grep traceroute 192.0.2.1'\n"
+            "[ -e /tmp/looked ] || echo '9 root traceroute -q 3 192.0.2.1'\n"
+            "uci -c /tmp/tr069 get trace_route.traceroute.last_trace_status >>/tmp/looked\n"
+            "uci -c /tmp/tr069 get trace_route.traceroute.DiagnosticsState >>/tmp/looked\n");
+    program("/usr/bin/tr069/get_trace_result",
+            "uci -c /tmp/tr069 get trace_route.traceroute.last_trace_status >>/tmp/looked\n"
+            "uci -c /tmp/tr069 set trace_route.traceroute.RouteHopsNumberOfEntries=3\n"
+            "uci -c /tmp/tr069 commit trace_route\n");
+    run();
+    EXPECT_THAT(commands_of_job(),
+                ElementsAre("traceroute -q 3 -w 5  -m 30 192.0.2.1 > /tmp/tr069/trace_result 2>&1 &",
+                            "ps | grep traceroute", "sleep 1", "ps | grep traceroute",
+                            "/usr/bin/tr069/get_trace_result", "kill -9"));
+    EXPECT_EQ(text_of("/tmp/looked"), "1\nNone\n1\nNone\n0\n");
+    EXPECT_EQ(traced("DiagnosticsState"), "Complete");
+    EXPECT_EQ(traced("last_trace_status"), "0");
+    EXPECT_THAT(messages(), ElementsAre(4207U));
+    Texts events = console();
+    std::erase_if(events, [](const std::string& text) { return text.starts_with("uciRaw"); });
+    ASSERT_EQ(events.size(), 2U);
+    int ids[6] = {};
+    ASSERT_EQ(std::sscanf(events[0].c_str(),
+                          "libdiagnostics_startTraceRoute: before: child pid id : %d group id before:%d the "
+                          "session id is: %d\n\n",
+                          &ids[0], &ids[1], &ids[2]),
+              3);
+    ASSERT_EQ(std::sscanf(events[1].c_str(),
+                          "libdiagnostics_startTraceRoute: after: child pid id : %d group id before:%d the "
+                          "session id is: %d\n\n",
+                          &ids[3], &ids[4], &ids[5]),
+              3);
+    EXPECT_EQ(ids[1], getpgrp());
+    EXPECT_EQ(ids[2], getsid(0));
+    EXPECT_THAT((std::vector<int>{ids[3], ids[4], ids[5]}), ElementsAre(ids[0], ids[0], ids[0]));
+    EXPECT_EQ(commands().back(), "kill -9 " + std::to_string(ids[0]));
+}
+
+TEST_F(TraceRoute, TheStateFollowsTheNumberOfHops) {
+    for (const auto& [count, state] :
+         {std::pair{"0", "Error_CannotResolveHostName"}, {"1", "Complete"}, {"", "Complete"}}) {
+        setting("Host", "h");
+        setting("RouteHopsNumberOfEntries", count);
+        std::filesystem::remove("/usr/bin/tr069/get_trace_result");
+        run();
+        EXPECT_EQ(traced("DiagnosticsState"), state);
+    }
+}
+
+TEST_F(TraceRoute, WithoutAHostNothingRuns) {
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(traced("DiagnosticsState"), "Error_CannotResolveHostName");
+    EXPECT_THAT(commands(), IsEmpty());
+    EXPECT_THAT(messages(), IsEmpty());
+    EXPECT_EQ(wait_for_jobs(), 0);
+}
+
+TEST_F(TraceRoute, AHostNamedLikeTheSearchEnds) {
+    program("/var/lib/router/answers/ps",
+            "echo '8 root grep traceroute'\necho '9 root sh -c ps | grep traceroute'\n");
+    setting("Host", "traceroute");
+    run();
+    EXPECT_EQ(traced("last_trace_status"), "0");
+}
+
+TEST_F(TraceRoute, AFailedForkIsReported) {
+    setting("Host", "h");
+    for (const int which : {1, 2}) {
+        forget();
+        failing_fork = which;
+        EXPECT_EQ(start(), -1);
+        failing_fork = 0;
+        EXPECT_THAT(console(), ElementsAre("libdiagnostics_startTraceRoute: error fork pid\n"));
+        EXPECT_THAT(commands(), IsEmpty());
+        EXPECT_EQ(wait_for_jobs(), 0);
+    }
+}
+
+TEST_F(TraceRoute, AProcessListThatCannotBeReadLeavesTheStatus) {
+    setting("Host", "h");
+    failing_command = "ps | grep traceroute";
+    run();
+    EXPECT_THAT(console(),
+                Contains("libdiagnostics_startTraceRoute: Failed to exec cat ps | grep traceroute\n"));
+    EXPECT_EQ(traced("last_trace_status"), "1");
+    EXPECT_EQ(traced("DiagnosticsState"), "Complete");
+    EXPECT_EQ(get("IP_Diagnostics_TraceRoute_DiagnosticsState").value, "None");
+    EXPECT_THAT(messages(), ElementsAre(4207U));
+}
+
+TEST_F(TraceRoute, TheAgentHasNoChildAndSharesNoDescriptor) {
+    prctl(PR_SET_CHILD_SUBREAPER, 0);
+    file("/tmp/hold", "");
+    program("/var/lib/router/answers/ps", "while [ -e /tmp/hold ]; do sleep 0.02; done\n");
+    setting("Host", "h");
+    int ends[2] = {};
+    ASSERT_EQ(pipe(ends), 0);
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+    close(ends[1]);
+    pollfd hung_up = {.fd = ends[0], .events = POLLIN, .revents = 0};
+    EXPECT_EQ(poll(&hung_up, 1, 2000), 1) << "the job holds the agent's pipe";
+    close(ends[0]);
+    EXPECT_THAT(messages(), IsEmpty());
+    std::filesystem::remove("/tmp/hold");
+    for (int i = 0; i < 200 && messages().empty(); ++i) usleep(50 * 1000);
+    EXPECT_EQ(traced("DiagnosticsState"), "Complete");
+    usleep(100 * 1000);
+}
+
+TEST_F(TraceRoute, NoReceiverAndTwoRunsAtOnceHarmNothing) {
+    std::filesystem::remove("/var/tmp/17");
+    setting("Host", "h");
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(wait_for_jobs(), 2);
+    EXPECT_EQ(traced("DiagnosticsState"), "Complete");
+    EXPECT_EQ(traced("last_trace_status"), "0");
+    EXPECT_EQ(traced("Host"), "h");
+    EXPECT_THAT(console(), Not(Contains(HasSubstr("send Diagnostics-Complete failed"))));
+}
+
+TEST_F(DiagnosticsTest, TheResultScriptReadsWhatTracerouteAndItsFailuresPrint) {
+    const auto parse = [&](const std::string& text) {
+        file(kTraceResult, text);
+        return std::system("/usr/bin/tr069/get_trace_result");
+    };
+    store("trace_route.traceroute.Host", "192.0.2.9", kScratch);
+    parse(
+        "traceroute to 192.0.2.9 (192.0.2.9), 30 hops max, 46 byte packets\n"
+        " 1  gate.example (192.0.2.1)  0.812 ms  0.744 ms  0.301 ms\n"
+        " 2  * * *\n"
+        " 3  192.0.2.9 (192.0.2.9)  9.305 ms  *  8.211 ms !N\n");
+    const std::vector<std::pair<const char*, std::optional<std::string>>> rows = {
+        {"traceroute.Host", "192.0.2.9"}, {"traceroute.RouteHopsNumberOfEntries", "3"},
+        {"traceroute.time", "9"},         {"1.Host", "gate.example"},
+        {"1.RTTimes", "1,1,0"},           {"2.Host", std::nullopt},
+        {"2.RTTimes", "0,0,0"},           {"3.Host", "192.0.2.9"},
+        {"3.RTTimes", "9,0,8"},
+    };
+    for (const auto& [name, value] : rows)
+        EXPECT_EQ(scratch(std::string("trace_route.") + name), value) << name;
+    parse("traceroute: bad address 'nosuch.example'\n");
+    EXPECT_EQ(scratch("trace_route.traceroute.RouteHopsNumberOfEntries"), "0");
+    EXPECT_EQ(section_type("trace_route.1", kScratch), std::nullopt);
+    EXPECT_EQ(scratch("trace_route.traceroute.Host"), "192.0.2.9");
+}
+
+class NeighbourScan : public DiagnosticsTest {
+  protected:
+    void SetUp() override {
+        DiagnosticsTest::SetUp();
+        listen_as_agent();
+        program("/var/lib/router/answers/ps",
+                "until grep -q END /tmp/tr069/NeighboringWiFi_5G_log 2>/dev/null; do sleep 0.02; done\n");
+        bands("ath02", "ath12");
+    }
+    void TearDown() override {
+        failing_fork = 0;
+        failing_command.clear();
+        DiagnosticsTest::TearDown();
+    }
+    void bands(const std::string& first, const std::string& second) {
+        answer("iwlist " + first + " scan",
+               "          Cell 01 - Address: A1\n          Cell 02 - Address: A2\n");
+        answer("iwlist " + second + " scan", "          Cell 01 - Address: B1\nEND\n");
+    }
+    Result request(int op = CWMP_OP_APPLY, const char* value = "Requested") {
+        return set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, value, op);
+    }
+    static std::optional<std::string> result(const std::string& name) {
+        return scratch("diagnostics_config." + name);
+    }
+};
+
+TEST_F(NeighbourScan, ARunEndsSavedAndTellsTheAgent) {
+    store("diagnostics_config.NeighboringWiFi.ResultNumberOfEntries", "2", kScratch);
+    store("diagnostics_config.1.SSID", "old", kScratch);
+    store("diagnostics_config.2.SSID", "old", kScratch);
+    store("diagnostics_config.3.SSID", "kept", kScratch);
+    EXPECT_EQ(request().code, 0);
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_THAT(
+        commands_of_job(),
+        ElementsAre("iwlist ath02 scan > /tmp/tr069/NeighboringWiFi_2_4G_log 2>&1 && iwlist ath12 scan > "
+                    "/tmp/tr069/NeighboringWiFi_5G_log 2>&1 & ",
+                    "ps | grep iwlist", "cat /tmp/tr069/NeighboringWiFi_2_4G_log",
+                    "cat /tmp/tr069/NeighboringWiFi_5G_log",
+                    "cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config",
+                    "saveconfig user-config", "kill -9"));
+    EXPECT_THAT(tool_calls(), Contains("saveconfig user-config"));
+    const std::vector<std::pair<const char*, const char*>> rows = {
+        {"NeighboringWiFi.DiagnosticsState", "Completed"},
+        {"NeighboringWiFi.last_scan_status", "0"},
+        {"NeighboringWiFi.ResultNumberOfEntries", "3"},
+        {"NeighboringWiFi.ResultNumberOfEntries_2_4G", "2"},
+        {"NeighboringWiFi.ResultNumberOfEntries_5G", "1"},
+        {"1.BSSID", "A1"},
+        {"2.BSSID", "A2"},
+        {"3.BSSID", "B1"},
+    };
+    for (const auto& [name, value] : rows) EXPECT_EQ(result(name), value) << name;
+    EXPECT_EQ(result("1.SSID"), std::nullopt);
+    EXPECT_EQ(section_type("diagnostics_config.1", kScratch), "Cell");
+    EXPECT_EQ(text_of("/etc/config/diagnostics_config"), text_of("/tmp/tr069/diagnostics_config"));
+    EXPECT_THAT(messages(), ElementsAre(4207U));
+    const std::string name = "WiFi_NeighboringWiFiDiagnostic_DiagnosticsState: ";
+    EXPECT_THAT(console(), Contains(HasSubstr(name + "before: child pid id : ")));
+    EXPECT_THAT(console(), Contains(HasSubstr(name + "after: child pid id : ")));
+}
+
+TEST_F(NeighbourScan, OnlyTheApplyPassStarts) {
+    for (const char* name : {"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState",
+                             "X_QM_NeighboringWiFiDiagnostic_DiagnosticsState"}) {
+        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK}) {
+            EXPECT_EQ(set(name, {}, "Requested", op).code, 0);
+            EXPECT_EQ(set(name, {}, "None", op).code, -1);
+        }
+        EXPECT_EQ(set(name, {}, "requested").code, -1);
+        expect_null_value(name, -1);
+        EXPECT_THAT(commands(), IsEmpty());
+        EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"), std::nullopt);
+    }
+}
+
+TEST_F(NeighbourScan, BothProfileNamesOrNone) {
+    struct Row {
+        const char* first;
+        const char* second;
+        const char* command;
+    };
+    for (const Row& row : {Row{"wl0", nullptr, "iwlist ath02 scan > "},
+                           {nullptr, "wl1", "iwlist ath02 scan > "},
+                           {"wl0", "wl1", "iwlist wl0 scan > "}}) {
+        std::filesystem::remove("/etc/profile.d/profile");
+        std::filesystem::remove("/tmp/tr069/NeighboringWiFi_5G_log");
+        if (row.first != nullptr) profile("interfaceinfo.backhaul_2_4G", row.first);
+        if (row.second != nullptr) profile("interfaceinfo.backhaul_5G", row.second);
+        bands("wl0", "wl1");
+        bands("ath02", "ath12");
+        forget();
+        EXPECT_EQ(request().code, 0);
+        EXPECT_EQ(wait_for_jobs(), 1);
+        EXPECT_TRUE(commands().front().starts_with(row.command)) << commands().front();
+        EXPECT_THAT(commands().front(),
+                    HasSubstr(row.first && row.second ? "&& iwlist wl1 scan" : "&& iwlist ath12 scan"));
+    }
+}
+
+TEST_F(NeighbourScan, AMissingToolAndALogThatCannotBeReadCountNothing) {
+    program("/var/lib/router/answers/ps", "exit 0\n");
+    answer("iwlist ath02 scan", "", 1);
+    EXPECT_EQ(request().code, 0);
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries_2_4G"), "0");
+    EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries_5G"), "0");
+    EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"), "0");
+    EXPECT_EQ(result("NeighboringWiFi.DiagnosticsState"), "Completed");
+
+    DiagnosticsTest::program(
+        "/var/lib/router/answers/ps",
+        "until grep -q END /tmp/tr069/NeighboringWiFi_5G_log 2>/dev/null; do sleep 0.02; done\n");
+    bands("ath02", "ath12");
+    forget();
+    failing_command = "cat /tmp/tr069/NeighboringWiFi_2_4G_log";
+    EXPECT_EQ(request().code, 0);
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_THAT(console(),
+                Contains("NeighboringWiFi_Diagnostic: Failed to exec " + failing_command + "\n\n"));
+    EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries_2_4G"), "0");
+    EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries_5G"), "1");
+    EXPECT_EQ(result("1.BSSID"), "B1");
+}
+
+TEST_F(NeighbourScan, FailuresToStartAndToWatchAreReported) {
+    failing_fork = 1;
+    EXPECT_EQ(request().code, -1);
+    EXPECT_THAT(console(), Contains("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState: error fork pid\n"));
+    failing_fork = 0;
+    failing_command = "ps | grep iwlist";
+    EXPECT_EQ(request().code, 0);
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_THAT(
+        console(),
+        Contains("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState: Failed to exec cat ps | grep ping\n"));
+    EXPECT_EQ(result("NeighboringWiFi.last_scan_status"), "1");
+    EXPECT_EQ(get("X_QM_NeighboringWiFiDiagnostic_DiagnosticsState").value, "None");
+    EXPECT_THAT(messages(), ElementsAre(4207U));
+}
+
+TEST_F(NeighbourScan, KilledHalfWayItStartsAnew) {
+    program("/var/lib/router/answers/ps",
+            "touch /tmp/looked\nwhile :; do echo '9 root iwlist ath02 scan'; sleep 0.02; done\n");
+    EXPECT_EQ(request().code, 0);
+    pid_t job = 0;
+    for (int i = 0; i < 200 && !exists("/tmp/looked"); ++i) usleep(20 * 1000);
+    for (const auto& event : console()) {
+        const std::size_t number = event.find("after: child pid id : ");
+        if (number != std::string::npos) job = std::stoi(event.substr(number + 22));
+    }
+    ASSERT_GT(job, 0);
+    kill(-job, SIGKILL);
+    EXPECT_GE(wait_for_jobs(), 1);
+    EXPECT_EQ(get("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState").value, "None");
+    EXPECT_THAT(messages(), IsEmpty());
+    program("/var/lib/router/answers/ps", "exit 0\n");
+    EXPECT_EQ(request().code, 0);
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_EQ(get("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState").value, "Completed");
+}
+
+}  // namespace

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "commands.h"
+
+namespace cwmp {
+
+// A diagnostic test as `dm diagnose` offers it.
+struct Test {
+    struct Setting {
+        const char* option;  // "--tries"; a name without dashes is required and stands first
+        const char* parameter;
+        const char* help;
+    };
+
+    const char* name;
+    const char* help;
+    const char* object;
+    std::span<const Setting> settings;
+    // The table that holds the results and the parameters shown of it. Without one the agent runs the test
+    // itself: the stored request is shown.
+    const char* results = nullptr;
+    std::span<const char* const> columns = {};
+};
+
+std::span<const Test> tests();
+
+// Sets the parameters, requests the test as an ACS does, and waits for its end where the library runs it.
+void diagnose(Session& session, const Test& test, const std::vector<std::string>& assignments, int seconds);
+
+// Waits for the end of a test that was requested elsewhere.
+void wait_diagnostics(Session& session, int seconds);
+
+// A running trace route is looked for in the process list by its target: dm's own command line must not
+// hold it.
+void hide_arguments(int argc, char** argv);
+
+}  // namespace cwmp
