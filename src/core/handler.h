@@ -21,6 +21,8 @@ class GetArguments {
     explicit GetArguments(va_list args);
 
     int* locate() const { return locate_; }
+    // The answer so far: where another handler was asked with the same list, what it has written.
+    std::string_view answered() const { return value_ != nullptr ? value_ : ""; }
     int answer(std::string_view text) const;
 
   private:

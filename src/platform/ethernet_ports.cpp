@@ -8,6 +8,7 @@
 #include "core/log.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
+#include "platform/ethernet_ports.h"
 
 char eth_names[CWMP_ETH_COUNT][CWMP_ETH_NAME_SIZE];
 
@@ -55,6 +56,18 @@ std::optional<std::string> port_name(int index, const std::string& mode) {
 }
 
 }  // namespace
+
+std::optional<std::string> ethernet_port_name(int index) {
+    if (get_profile_eths() != 0) return std::nullopt;
+    const auto mode = read_option({"sysmode", "sysmode", "mode"});
+    return mode ? port_name(index, *mode) : std::nullopt;
+}
+
+bool is_wan_port(const std::string& name) {
+    char wan[kNameLength + 1] = "";
+    return getWanIfname(wan) == 0 && wan[0] != '\0' && same_port(name.c_str(), wan);
+}
+
 }  // namespace cwmp
 
 int get_profile_eths() {
@@ -83,10 +96,7 @@ int getWanPort() {
 }
 
 int concatCmd(char* command, int index, const char* word) {
-    if (get_profile_eths() != 0) return -1;
-    const auto mode = cwmp::read_option({"sysmode", "sysmode", "mode"});
-    if (!mode) return -1;
-    const auto name = cwmp::port_name(index, *mode);
+    const auto name = cwmp::ethernet_port_name(index);
     if (!name) return -1;
     if (name->empty()) return 0;
     int port = -1;

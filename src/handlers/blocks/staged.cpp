@@ -23,6 +23,8 @@ int execute(const StagedField& field, int mode, const char* value, unsigned int*
 
 }  // namespace
 
+bool is_staged_pass(int op) { return mode_of(op).has_value(); }
+
 int staged(int op, va_list args, const StagedField& field, Caller caller) {
     const auto mode = mode_of(op);
     if (!mode) return kDone;

@@ -7,7 +7,6 @@
 #include "core/command.h"
 #include "core/text.h"
 #include "cwmp/lan.h"
-#include "cwmp/value_checks.h"
 #include "handlers/blocks/option.h"
 #include "handlers/blocks/staged.h"
 
@@ -32,11 +31,6 @@ int required_option(int op, va_list args, const OptionPath& at, const char* unre
     return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller) : kRefused;
 }
 
-std::optional<std::string> canonical_address(const char* value) {
-    if (checkValidIP(value) != 1) return std::nullopt;
-    return value;
-}
-
 }  // namespace
 
 HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress) {
@@ -45,7 +39,7 @@ HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress) {
 }
 
 HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask) {
-    return option(op, args, {.at = kLan / "mask", .accepts = canonical_address},
+    return option(op, args, {.at = kLan / "mask", .accepts = ipv4_address},
                   {.unreadable = "get lan mask error\n", .refused = "the format of ip is wrong \n"});
 }
 

@@ -1,0 +1,27 @@
+#include "handlers/blocks/numbered.h"
+
+namespace cwmp {
+
+int refuse_instance(int number, Caller caller) {
+    if (number == 0) {
+        log_event(caller, kError, "locate error\n");
+    } else {
+        log_event(caller, kError, "Failed, locate[0] = %d\n", number);
+    }
+    return kRefused;
+}
+
+std::optional<int> require_number(int number, int last, Caller caller) {
+    if (number >= 1 && number <= last) return number;
+    refuse_instance(number, caller);
+    return std::nullopt;
+}
+
+int numbered(int op, va_list args, int last, std::string (*text)(int number), Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto number = require_number(get.locate()[0], last, caller);
+    return number ? get.answer(text(*number)) : kRefused;
+}
+
+}  // namespace cwmp

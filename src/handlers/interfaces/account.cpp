@@ -1,0 +1,52 @@
+#include "handlers/interfaces/account.h"
+
+#include "config/store.h"
+
+namespace cwmp::interfaces {
+
+namespace {
+
+constexpr Section kConnection{"network", "internet"};
+constexpr Section kConnectionSync{"network_sync", "internet"};
+
+bool is_pppoe(const Account& account) { return account.object == Object::Ppp; }
+
+bool is_in_force(const Account& account) {
+    return is_pppoe(account) || read_option({"network_sync", "wan", "wan_type"}) == account.type;
+}
+
+bool write_account(const Account& account, const std::string& text) {
+    if (!write_option(Section{"protocol", account.type} / account.option, text)) return false;
+    return !is_in_force(account) || (write_option(kConnection / account.option, text) &&
+                                     write_option(kConnectionSync / account.option, text));
+}
+
+int get_account(va_list args, const Account& account, Caller caller) {
+    const GetArguments get(args);
+    if (account.secret) return get.answer("");
+    if (require_instance(account.object, get.locate(), caller) == nullptr) return kRefused;
+    const Section source = is_pppoe(account) ? kConnection : Section{"protocol", account.type};
+    return get.answer(read_option(source / account.option).value_or(""));
+}
+
+}  // namespace
+
+int account(int op, va_list args, const Account& account, Caller caller) {
+    if (op == CWMP_OP_GET) return get_account(args, account, caller);
+    const SetArguments set(args);
+    if (set.value() == nullptr) return kRefused;
+    if (require_instance(account.object, set.locate(), caller) == nullptr) return kRefused;
+    const auto text = account.accepts(set.value());
+    if (!text) {
+        log_event(caller, kError, "value is not valid\n");
+        return kRefused;
+    }
+    if (!write_account(account, *text)) {
+        log_event(caller, kError, "UCI set params error\n");
+        return kRefused;
+    }
+    set.raise(CWMP_APPLY_WAN);
+    return kDone;
+}
+
+}  // namespace cwmp::interfaces

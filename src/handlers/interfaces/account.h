@@ -1,0 +1,22 @@
+// The account of a dialled connection: user name, password, server and the like.
+#pragma once
+
+#include "core/handler.h"
+#include "handlers/blocks/accepts.h"
+#include "handlers/interfaces/instances.h"
+
+namespace cwmp::interfaces {
+
+struct Account {
+    Object object;
+    const char* type;  // the WAN type, and the section of package protocol
+    const char* option;
+    Check accepts;
+    bool secret = false;  // GET answers the empty text
+};
+
+// A SET keeps the value for the type and, where the connection in force is of that type, changes it too.
+// PPPoE's connection is always changed and read.
+int account(int op, va_list args, const Account& account, Caller caller = Caller::here());
+
+}  // namespace cwmp::interfaces

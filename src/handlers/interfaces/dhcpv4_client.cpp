@@ -1,0 +1,98 @@
+// Device.DHCPv4.Client.{i}.: 1 of the internet WAN, 2 of the management WAN.
+#include "config/store.h"
+#include "cwmp/interface_stack.h"
+#include "cwmp/platform.h"
+#include "cwmp/wan.h"
+#include "handlers/blocks/accepts.h"
+#include "handlers/blocks/forward.h"
+#include "handlers/blocks/numbered.h"
+#include "handlers/blocks/staged.h"
+
+using namespace cwmp;
+
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress);
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask);
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway);
+HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DNSServers);
+
+namespace {
+
+constexpr int kClients = 2;
+constexpr int kInternet = 1;
+
+// The management WAN is always dynamic.
+bool is_on(int client) { return client != kInternet || getclientstatus() == 1; }
+
+std::string wan_type() { return read_option({"network", "wan", "wan_type"}).value_or(""); }
+
+std::string enable(int client) { return is_on(client) ? "1" : "0"; }
+std::string client_status(int client) { return is_on(client) ? "Enabled" : "Disabled"; }
+std::string alias(int client) { return "cpe-" + std::to_string(client); }
+
+std::string ip_interface(int client) {
+    constexpr unsigned int kPlain = 47, kUnderPptp = 48, kUnderL2tp = 49, kManagement = 53;
+    if (client != kInternet) return getFuncInterface(kManagement);
+    const std::string type = wan_type();
+    return getFuncInterface(type == "pptp" ? kUnderPptp : type == "l2tp" ? kUnderL2tp : kPlain);
+}
+
+std::string dhcp_status(int client) {
+    if (!is_on(client)) return "Init";
+    const int down = client == kInternet ? check_br_wan_status() : check_br_mg_status();
+    return down == 0 ? "Bound" : "Selecting";
+}
+
+std::optional<std::string> type_of_wan(const char* value) {
+    const auto enabled = boolean(value);
+    if (!enabled) return std::nullopt;
+    return *enabled == "1" ? "DHCP" : "Static";
+}
+
+// Under a tunnel the client belongs to the tunnel's leg.
+bool has_switch(int client) {
+    if (client != kInternet) return false;
+    const std::string type = wan_type();
+    return type != "l2tp" && type != "pptp";
+}
+
+int set_enable(int op, va_list args, Caller caller = Caller::here()) {
+    if (!is_staged_pass(op)) return kDone;
+    const auto client = require_number(SetArguments(args).locate()[0], kClients, caller);
+    if (!client) return kRefused;
+    if (!has_switch(*client)) return refuse_instance(*client, caller);
+    return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, type_of_wan}, caller);
+}
+
+// What the client has learned, told by the WAN connection of the same number.
+int lease(int op, va_list args, cwmp_handler connection, Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const auto client = require_number(get.locate()[0], kClients, caller);
+    if (!client) return kRefused;
+    if (!is_on(*client)) return get.answer("");
+    return reword(args, forward_get(args, connection, 1, *client), without_blanks);
+}
+
+}  // namespace
+
+HANDLER(DHCPv4_ClientNumberOfEntries) { return constant(op, args, "2"); }
+HANDLER(DHCPv4_Client_Enable) {
+    return op == CWMP_OP_GET ? numbered(op, args, kClients, enable) : set_enable(op, args);
+}
+HANDLER(DHCPv4_Client_Alias) { return numbered(op, args, kClients, alias); }
+HANDLER(DHCPv4_Client_Interface) { return numbered(op, args, kClients, ip_interface); }
+HANDLER(DHCPv4_Client_Status) { return numbered(op, args, kClients, client_status); }
+HANDLER(DHCPv4_Client_DHCPStatus) { return numbered(op, args, kClients, dhcp_status); }
+HANDLER(DHCPv4_Client_IPAddress) {
+    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress);
+}
+HANDLER(DHCPv4_Client_SubnetMask) {
+    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask);
+}
+HANDLER(DHCPv4_Client_IPRouters) {
+    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway);
+}
+HANDLER(DHCPv4_Client_DNSServers) {
+    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_DNSServers);
+}
+HANDLER(DHCPv4_Client_PassthroughEnable) { return constant(op, args, "0"); }

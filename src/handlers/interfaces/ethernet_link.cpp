@@ -1,0 +1,70 @@
+// Device.Ethernet.Link.{i}. and Device.Ethernet.VLANTermination.{i}.
+#include "handlers/blocks/accepts.h"
+#include "handlers/blocks/forward.h"
+#include "handlers/interfaces/values.h"
+
+using namespace cwmp;
+using namespace cwmp::interfaces;
+
+HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable);
+HANDLER(Layer2Bridging_Bridge_VLAN_VLANID);
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled);
+HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID);
+
+HANDLER(Ethernet_LinkNumberOfEntries) { return constant(op, args, "2"); }
+HANDLER(Ethernet_Link_Enable) { return constant(op, args, "1"); }
+HANDLER(Ethernet_Link_Status) { return value(op, args, Object::EthernetLink, status); }
+HANDLER(Ethernet_Link_LowerLayers) { return value(op, args, Object::EthernetLink, lower_layers); }
+HANDLER(Ethernet_Link_MACAddress) { return value(op, args, Object::EthernetLink, mac_address); }
+
+namespace {
+
+// GET of the VLAN that the instance stands for; the unused ones answer "0".
+int vlan(va_list args, cwmp_handler internet, cwmp_handler iptv, Caller caller = Caller::here()) {
+    const GetArguments get(args);
+    const Instance* instance = require_instance(Object::VlanTermination, get.locate(), caller);
+    if (instance == nullptr) return kRefused;
+    if (instance->number == kInternetVlan) return internet(CWMP_OP_GET, args);
+    return instance->number == kIptvVlan ? iptv(CWMP_OP_GET, args) : get.answer("0");
+}
+
+std::string up_when_enabled(std::string_view enable) { return enable == "1" ? "Up" : "Down"; }
+
+}  // namespace
+
+HANDLER(Ethernet_VLANTerminationNumberOfEntries) { return constant(op, args, "4"); }
+
+HANDLER(Ethernet_VLANTermination_Enable) {
+    if (op == CWMP_OP_GET) {
+        return vlan(args, Layer2Bridging_Bridge_VLAN_VLANEnable,
+                    WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled);
+    }
+    return staged_instance(op, args, Object::VlanTermination,
+                           {{kInternetVlan, {CWMP_STAGED_VLAN, CWMP_VLAN_ENABLE, boolean}},
+                            {kIptvVlan, {CWMP_STAGED_IPTV, CWMP_IPTV_ENABLE, boolean}}});
+}
+
+// The IPTV VLAN has no device of its own.
+HANDLER(Ethernet_VLANTermination_Status) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const Instance* instance = require_instance(Object::VlanTermination, get.locate(), Caller::here());
+    if (instance == nullptr) return kRefused;
+    if (instance->number != kIptvVlan || !is_present(*instance)) return get.answer(status(*instance));
+    return reword(args, WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled(op, args),
+                  up_when_enabled);
+}
+
+HANDLER(Ethernet_VLANTermination_LowerLayers) {
+    return value(op, args, Object::VlanTermination, lower_layers);
+}
+
+HANDLER(Ethernet_VLANTermination_VLANID) {
+    if (op == CWMP_OP_GET) {
+        return vlan(args, Layer2Bridging_Bridge_VLAN_VLANID,
+                    WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID);
+    }
+    return staged_instance(op, args, Object::VlanTermination,
+                           {{kInternetVlan, {CWMP_STAGED_VLAN, CWMP_VLAN_VLAN_ID, digits<1, 4094>}},
+                            {kIptvVlan, {CWMP_STAGED_IPTV, CWMP_IPTV_VLAN_ID, digits<2, 4094>}}});
+}

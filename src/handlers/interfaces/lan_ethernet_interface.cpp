@@ -1,0 +1,62 @@
+// InternetGatewayDevice.LANDevice.{i}.LANEthernetInterfaceConfig.{i}.: the LAN ports of Device.Ethernet. in
+// TR-098's words.
+#include "handlers/blocks/forward.h"
+#include "handlers/blocks/numbered.h"
+
+using namespace cwmp;
+
+HANDLER(Ethernet_Interface_Enable);
+HANDLER(Ethernet_Interface_Status);
+HANDLER(Ethernet_Interface_Name);
+HANDLER(Ethernet_Interface_MACAddress);
+HANDLER(Ethernet_Interface_MaxBitRate);
+HANDLER(Ethernet_Interface_DuplexMode);
+HANDLER(Ethernet_Interface_Stats_BytesSent);
+HANDLER(Ethernet_Interface_Stats_BytesReceived);
+HANDLER(Ethernet_Interface_Stats_PacketsSent);
+HANDLER(Ethernet_Interface_Stats_PacketsReceived);
+
+namespace {
+
+constexpr int kLanPorts = 2;
+
+int lan_port(int op, va_list args, cwmp_handler handler, Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const int* locate = GetArguments(args).locate();
+    if (!require_number(locate[0], 1, caller)) return kRefused;
+    const auto port = require_number(locate[1], kLanPorts, caller);
+    return port ? forward_get(args, handler, *port, 0) : kRefused;
+}
+
+std::string up_or_no_link(std::string_view status) { return status == "Up" ? "Up" : "NoLink"; }
+std::string rate_or_auto(std::string_view rate) { return rate == "-1" ? "Auto" : std::string(rate); }
+
+}  // namespace
+
+HANDLER(LANDevice_LANEthernetInterfaceNumberOfEntries) { return constant(op, args, "2"); }
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Enable) { return lan_port(op, args, Ethernet_Interface_Enable); }
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Status) {
+    return reword(args, lan_port(op, args, Ethernet_Interface_Status), up_or_no_link);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Name) { return lan_port(op, args, Ethernet_Interface_Name); }
+HANDLER(LANDevice_LANEthernetInterfaceConfig_MACAddress) {
+    return lan_port(op, args, Ethernet_Interface_MACAddress);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_MaxBitRate) {
+    return reword(args, lan_port(op, args, Ethernet_Interface_MaxBitRate), rate_or_auto);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_DuplexMode) {
+    return lan_port(op, args, Ethernet_Interface_DuplexMode);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent) {
+    return lan_port(op, args, Ethernet_Interface_Stats_BytesSent);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived) {
+    return lan_port(op, args, Ethernet_Interface_Stats_BytesReceived);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent) {
+    return lan_port(op, args, Ethernet_Interface_Stats_PacketsSent);
+}
+HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived) {
+    return lan_port(op, args, Ethernet_Interface_Stats_PacketsReceived);
+}

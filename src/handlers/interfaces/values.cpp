@@ -1,0 +1,113 @@
+#include "handlers/interfaces/values.h"
+
+#include "core/command.h"
+#include "core/text.h"
+#include "cwmp/interface_stack.h"
+#include "cwmp/platform.h"
+#include "handlers/blocks/numbered.h"
+
+namespace cwmp::interfaces {
+
+namespace {
+
+// The first line of a command about a device or a network interface; missing without one.
+std::string line_of(const char* tool, const char* name, const char* filter, const char* missing) {
+    auto line = Command(std::string(tool) + name + filter).line();
+    return line && !line->empty() ? *std::move(line) : missing;
+}
+
+std::string ifconfig(const char* device, const char* filter, const char* missing) {
+    return line_of("ifconfig ", device, filter, missing);
+}
+
+std::string interface_status(const char* interface, const char* filter) {
+    return line_of("ubus call network.interface.", interface, filter, "");
+}
+
+std::string digits_or_zero(const std::string& line) {
+    std::size_t position = 0;
+    std::string digits = leading_digits(std::string(next_word(line, position)));
+    return digits.empty() ? "0" : digits;
+}
+
+}  // namespace
+
+int value(int op, va_list args, Object object, Text text, Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const Instance* instance = require_instance(object, get.locate(), caller);
+    return instance != nullptr ? get.answer(text(*instance)) : kRefused;
+}
+
+std::string present(const Instance& instance) { return is_present(instance) ? "1" : "0"; }
+
+std::string status(const Instance& instance) {
+    if (!is_present(instance)) return "NotPresent";
+    return ifconfig(instance.device, " | grep MTU | awk '{print $1}'", "") == "UP" ? "Up" : "Down";
+}
+
+std::string device_name(const Instance& instance) { return instance.device; }
+std::string alias(const Instance& instance) { return "cpe-" + std::to_string(instance.number); }
+
+std::string lower_layers(const Instance& instance) {
+    refreshIntfStacks();
+    return getLowerLayers(instance.stack);
+}
+
+std::string mac_of(const std::string& device) {
+    return device.empty() ? "" : ifconfig(device.c_str(), " | grep HWaddr | awk '{print $5}'", "");
+}
+
+std::string mac_address(const Instance& instance) {
+    return is_present(instance) ? mac_of(instance.device) : "";
+}
+
+std::string mtu(const Instance& instance) {
+    constexpr const char* kUsual = "1500";
+    if (!is_present(instance)) return kUsual;
+    return ifconfig(instance.device, " | grep MTU | awk -F 'MTU:' '{print $2}' | awk '{print $1}'", kUsual);
+}
+
+std::string mask(const Instance& instance) {
+    if (!is_present(instance)) return "";
+    return ifconfig(instance.device, " | grep Mask | awk -F ':' '{print $4}'", "");
+}
+
+std::string address(const Instance& instance) {
+    if (!is_present(instance)) return "";
+    return interface_status(instance.interface, " status | grep '\"address' | awk -F '\"' '{print $4}'");
+}
+
+std::string last_change(const Instance& instance) {
+    if (!is_present(instance)) return "0";
+    return digits_or_zero(
+        interface_status(instance.interface, " status | grep uptime | awk -F ':' '{print $2}' "));
+}
+
+int device_counter(va_list args, const char* device, const char* word) {
+    int* locate = GetArguments(args).locate();
+    locate[0] = 1;
+    locate[1] = 0;
+    const char* const names[3] = {device, "", ""};
+    return get_TotalBytesAndPackets_by_name(CWMP_OP_GET, args, names, word);
+}
+
+int counter(int op, va_list args, Object object, const char* word, Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const Instance* instance = require_instance(object, GetArguments(args).locate(), caller);
+    if (instance == nullptr) return kRefused;
+    return device_counter(args, is_present(*instance) ? instance->device : "", word);
+}
+
+int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
+                    Caller caller) {
+    if (!is_staged_pass(op)) return kDone;
+    const Instance* instance = require_instance(object, SetArguments(args).locate(), caller);
+    if (instance == nullptr) return kRefused;
+    for (const auto& [number, field] : fields) {
+        if (number == instance->number) return staged(op, args, field, caller);
+    }
+    return refuse_instance(instance->number, caller);
+}
+
+}  // namespace cwmp::interfaces

@@ -1,0 +1,47 @@
+// What the interface objects have in common: each value follows from the instance's row in the table.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+#include "core/handler.h"
+#include "handlers/blocks/staged.h"
+#include "handlers/interfaces/instances.h"
+
+namespace cwmp::interfaces {
+
+using Text = std::string (*)(const Instance& instance);
+
+// A read-only parameter: one of the texts below.
+int value(int op, va_list args, Object object, Text text, Caller caller = Caller::here());
+
+std::string present(const Instance& instance);  // "1" or "0"
+std::string status(const Instance& instance);   // "Up", "Down" or "NotPresent"
+std::string device_name(const Instance& instance);
+std::string alias(const Instance& instance);
+std::string lower_layers(const Instance& instance);
+
+// Live values, with a default when the instance is absent or its tool prints nothing.
+std::string mac_address(const Instance& instance);
+std::string mtu(const Instance& instance);
+std::string mask(const Instance& instance);
+std::string address(const Instance& instance);
+std::string last_change(const Instance& instance);  // seconds
+
+// The same of a device that is no instance of the table; empty for an empty name.
+std::string mac_of(const std::string& device);
+
+// A read-only parameter: a kernel counter of the instance's device.
+int counter(int op, va_list args, Object object, const char* word, Caller caller = Caller::here());
+// The same of a device; an empty name reads "0". locate is rewritten.
+int device_counter(va_list args, const char* device, const char* word);
+
+// SET of the instances that are a field of a group; the others refuse it.
+struct InstanceField {
+    int number;
+    StagedField field;
+};
+int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
+                    Caller caller = Caller::here());
+
+}  // namespace cwmp::interfaces
