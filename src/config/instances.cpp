@@ -54,6 +54,6 @@ int __getInstanceMax(const char* package, const char* type) {
 int __getInstanceNext(const char* package, const char* type, const char* option, int32_t capacity) {
     std::vector<int32_t> numbers;
     for (const auto& number : stored_numbers(package, type, option)) numbers.push_back(number.value_or(0));
-    std::sort(numbers.begin(), numbers.end());
+    std::sort(numbers.data(), numbers.data() + numbers.size());
     return next_instance(numbers, capacity);
 }
