@@ -161,6 +161,7 @@ TEST_F(MessageChannel, ARequestWithoutReplyEndsInTimeAndLeavesTheHandleUsable) {
     EXPECT_THAT(reply_addresses(), IsEmpty());
     message.type = kType;
     EXPECT_EQ(request(handle, message), 0);
+    FROM_LIBRARY(msg_cleanup)(&handle);
 }
 
 TEST_F(MessageChannel, ARequestWaitsForItsServer) {
@@ -181,6 +182,7 @@ TEST_F(MessageChannel, ARequestWaitsForItsServer) {
     EXPECT_THAT(testing::internal::GetCapturedStdout(),
                 HasSubstr("send 1 error " + std::to_string(getpid()) + ", -1\n"));
     EXPECT_EQ(exit_code(late), 0);
+    FROM_LIBRARY(msg_cleanup)(&handle);
 }
 
 TEST_F(MessageChannel, AFailedRequestLeavesNothingOpen) {
@@ -299,6 +301,7 @@ TEST_F(MessageChannel, AFullQueueIsNotWaitedForWithType2000) {
     while (sent < 100000 && FROM_LIBRARY(msg_send)(&handle, &message) == 0) ++sent;
     EXPECT_GT(sent, 0);
     EXPECT_LT(sent, 100000);
+    FROM_LIBRARY(msg_cleanup)(&handle);
 }
 
 TEST_F(MessageChannel, TwoClientsGetTheirOwnReplies) {

@@ -17,6 +17,10 @@
 #include "cwmp/message_channel.h"
 #include "router_test.h"
 
+// The library's calls that fail: the count-th fork from now on, and the pipe of a command.
+extern int failing_fork;
+extern std::string failing_command;
+
 class DiagnosticsTest : public RouterTest {
   protected:
     struct SettingRow {
@@ -115,4 +119,15 @@ class DiagnosticsTest : public RouterTest {
 
   private:
     int agent_ = -1;
+};
+
+// Runs something wherever a shell expands it.
+inline constexpr const char* kMeta = "$(touch /tmp/started) `touch /tmp/started`";
+
+class DiagnosticsSettings : public DiagnosticsTest {
+  protected:
+    void TearDown() override {
+        EXPECT_FALSE(exists("/tmp/started")) << "a value was run as a command";
+        DiagnosticsTest::TearDown();
+    }
 };
