@@ -8,10 +8,10 @@
 namespace cwmp::interfaces {
 
 struct Account {
-    Object object;
-    const char* type;  // the WAN type, and the section of package protocol
-    const char* option;
-    Check accepts;
+    Object object = Object::Ppp;
+    const char* type = nullptr;  // the WAN type, and the section of package protocol
+    const char* option = nullptr;
+    Check accepts = nullptr;
     bool secret = false;  // GET answers the empty text
 };
 

@@ -50,8 +50,8 @@ std::string learned_type(const std::string& type) {
     return type == "static" ? "Static" : is_dialled(type) ? "IPCP" : "DHCPv4";
 }
 
-std::string server_type(int) { return learned_type(wan_type()); }
-std::string forwarding_interface(int) { return getWanInterface(); }
+std::string server_type(int /*server*/) { return learned_type(wan_type()); }
+std::string forwarding_interface(int /*server*/) { return getWanInterface(); }
 std::string forwarding_type(int server) {
     const std::string type = wan_type();
     return fixed(type, server).empty() ? learned_type(type) : "Static";

@@ -38,8 +38,8 @@ int device_counter(va_list args, const char* device, const char* word);
 
 // SET of the instances that are a field of a group; the others refuse it.
 struct InstanceField {
-    int number;
-    StagedField field;
+    int number = 0;
+    StagedField field = {};
 };
 int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller = Caller::here());
