@@ -231,6 +231,27 @@ TEST_F(TraceRoute, NoReceiverAndTwoRunsAtOnceHarmNothing) {
     EXPECT_THAT(console(), Not(Contains(HasSubstr("send Diagnostics-Complete failed"))));
 }
 
+TEST_F(TraceRoute, AFullQueueHoldsTheJobAndNotTheAgent) {
+    cwmp_message_handle filler = {};
+    const cwmp_message message = {.type = CWMP_MESSAGE_WITHOUT_BLOCKING, .payload = {}};
+    ASSERT_EQ(FROM_LIBRARY(msg_init)(&filler), 0);
+    FROM_LIBRARY(msg_connSrv)(CWMP_AGENT_IDENTIFIER, &filler);
+    while (FROM_LIBRARY(msg_send)(&filler, &message) == 0) {
+    }
+    FROM_LIBRARY(msg_cleanup)(&filler);
+    setting("Host", "h");
+    EXPECT_EQ(start(), 0);
+    for (int i = 0; i < 200 && traced("DiagnosticsState") != "Complete"; ++i) usleep(20 * 1000);
+    usleep(100 * 1000);
+    pid_t ended = 0;
+    while ((ended = waitpid(-1, nullptr, WNOHANG)) > 0) {  // the background command's shell
+    }
+    EXPECT_EQ(ended, 0) << "the job waits for room";
+    messages();
+    EXPECT_EQ(wait_for_jobs(), 1);
+    EXPECT_THAT(messages(), ElementsAre(4207U));
+}
+
 TEST_F(DiagnosticsTest, TheResultScriptReadsWhatTracerouteAndItsFailuresPrint) {
     const auto parse = [&](const std::string& text) {
         file(kTraceResult, text);
