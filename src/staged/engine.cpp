@@ -3,6 +3,7 @@
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "staged/check_script.h"
+#include "staged/transaction.h"
 
 namespace cwmp::staged {
 
@@ -13,12 +14,6 @@ constexpr int kFailed = 0;
 
 // A revert must undo the running transaction only: what an earlier one loaded goes when the next one begins.
 bool transaction_ended = false;
-
-void begin_transaction() {
-    if (!transaction_ended) return;
-    transaction_ended = false;
-    for (const Object* object : kObjects) Record::revert(*object).clear();
-}
 
 int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
         Caller caller) {
@@ -80,7 +75,7 @@ bool Check::fail(const char* message, int level) const {
 }
 
 int stage(const Object& object, int option, const char* value, Caller caller) {
-    begin_transaction();
+    begin_staged_transaction();
     return put(object, Record::staging(object), option, value, false, caller);
 }
 
@@ -125,3 +120,9 @@ int apply(const Object& object, unsigned int* flags, Caller caller) {
 }
 
 }  // namespace cwmp::staged
+
+void cwmp::begin_staged_transaction() {
+    if (!staged::transaction_ended) return;
+    staged::transaction_ended = false;
+    for (const staged::Object* object : staged::kObjects) staged::Record::revert(*object).clear();
+}

@@ -1,5 +1,7 @@
 #include "handlers/blocks/staged.h"
 
+#include "staged/transaction.h"
+
 namespace cwmp {
 
 namespace {
@@ -23,11 +25,14 @@ int execute(const StagedField& field, int mode, const char* value, unsigned int*
 
 }  // namespace
 
-bool is_staged_pass(int op) { return mode_of(op).has_value(); }
+bool enters_pass(int op) {
+    if (op == CWMP_OP_STAGE) begin_staged_transaction();
+    return mode_of(op).has_value();
+}
 
 int staged(int op, va_list args, const StagedField& field, Caller caller) {
+    if (!enters_pass(op)) return kDone;
     const auto mode = mode_of(op);
-    if (!mode) return kDone;
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     if (field.to_stage == nullptr) return execute(field, *mode, set.value(), set.flags());

@@ -56,7 +56,7 @@ bool has_switch(int client) {
 }
 
 int set_enable(int op, va_list args, Caller caller = Caller::here()) {
-    if (!is_staged_pass(op)) return kDone;
+    if (!enters_pass(op)) return kDone;
     const auto client = require_number(SetArguments(args).locate()[0], kClients, caller);
     if (!client) return kRefused;
     if (!has_switch(*client)) return refuse_instance(*client, caller);

@@ -101,7 +101,7 @@ int counter(int op, va_list args, Object object, const char* word, Caller caller
 
 int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller) {
-    if (!is_staged_pass(op)) return kDone;
+    if (!enters_pass(op)) return kDone;
     const Instance* instance = require_instance(object, SetArguments(args).locate(), caller);
     if (instance == nullptr) return kRefused;
     for (const auto& [number, field] : fields) {

@@ -107,6 +107,25 @@ TEST_F(Dialled, AnAccountNeedsItsUserNameBesideIt) {
     EXPECT_THAT(places("pppoe", "password"), ElementsAre("secret", "secret", "secret"));
 }
 
+TEST_F(Dialled, ARefusalDoesNotUndoTheTransactionBefore) {
+    const std::vector<Change> refused[] = {{{PPP "Username", {1}, "a\nb"}},
+                                           {{PPP "Enable", {2}, "1"}},
+                                           {{"IP_Interface_IPv4Address_IPAddress", {3, 1}, "192.0.2.1"}},
+                                           {{"DHCPv4_Client_Enable", {2}, "1"}}};
+    for (const auto& changes : refused) {
+        SCOPED_TRACE(changes.front().handler);
+        wan("dhcp");
+        store("network.internet.username", "old");
+        ASSERT_EQ(transaction(
+                      {{PPP "Enable", {1}, "1"}, {PPP "Username", {1}, "new"}, {PPP "Password", {1}, "new"}})
+                      .code,
+                  0);
+        EXPECT_EQ(transaction(changes).code, -1);
+        EXPECT_EQ(option("network.internet.username"), "new");
+        EXPECT_EQ(option("network.wan.wan_type"), "pppoe");
+    }
+}
+
 TEST_F(Dialled, WhatTheAccountTakes) {
     const std::string longest(254, 'u');
     EXPECT_EQ(set(PPP "Username", {1}, longest, CWMP_OP_STAGE).code, 0);
