@@ -41,6 +41,7 @@ void visit(Session& session, const Node& node, const std::vector<int>& numbers) 
 // All below a node whose own instance is chosen; goes on after a failure.
 void walk(Session& session, const Node& node, const std::vector<int>& numbers) {
     for (const auto& child : node.children) {
+        if (!child->exists_below(numbers)) continue;
         note_failure(session.report, [&] { visit(session, *child, numbers); });
     }
 }

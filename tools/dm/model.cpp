@@ -132,8 +132,23 @@ class Reader {
         } else if (name == "instances" && table) {
             node.instances = decimal<int>(value).value_or(0);
             if (node.instances < 1) place.fail("instances= takes a number from 1");
+        } else if (name == "only") {
+            restrict(node, value, place);
         } else {
             place.fail("unknown attribute " + attribute);
+        }
+    }
+
+    // only=2:1,3 is a path that exists where its second instance number is 1 or 3.
+    static void restrict(Node& node, const std::string& value, const Place& place) {
+        const size_t colon = value.find(':');
+        node.only_position = decimal<size_t>(value.substr(0, colon)).value_or(0);
+        if (colon == std::string::npos || node.only_position < 1 ||
+            node.only_position > instance_numbers(node.path)) {
+            place.fail("only= takes a position of the path's instance numbers, a colon and its values");
+        }
+        for (const std::string& part : split(value.substr(colon + 1), ',')) {
+            node.only.push_back(decimal<int>(part).value_or(0));
         }
     }
 
@@ -210,6 +225,11 @@ Model::Model(const std::filesystem::path& directory) {
     Reader reader(root_);
     for (const auto& file : files) reader.read(file);
     reader.finish();
+}
+
+bool Node::exists_below(const std::vector<int>& numbers) const {
+    if (only_position == 0 || only_position > numbers.size()) return true;
+    return std::find(only.begin(), only.end(), numbers[only_position - 1]) != only.end();
 }
 
 bool is_root_object(std::string_view segment) {

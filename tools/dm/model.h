@@ -29,11 +29,14 @@ struct Node {
     std::optional<std::vector<size_t>> locate;  // positions (from 1) of the instance numbers the handler gets
     const Node* count = nullptr;                // the parameter that tells how many instances a table has
     int instances = 0;                          // the number of instances of a table without one
+    size_t only_position = 0;  // the path's instance number (from 1) that is restricted, 0 none
+    std::vector<int> only;     // the values of it for which there is such a path
     std::vector<std::unique_ptr<Node>> children;
 
     const Node* child(std::string_view name) const;
     std::string_view access() const;
     bool has_handler() const;
+    bool exists_below(const std::vector<int>& numbers) const;
 };
 
 // The supported parameters as a tree, read from all *.txt files of a directory. Throws Failure.
