@@ -18,7 +18,8 @@ set_target_properties(cwmp-datamodel PROPERTIES
 target_compile_options(cwmp-datamodel PRIVATE
     -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-semantic-interposition
     -ffunction-sections -fdata-sections
-    $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-fno-asynchronous-unwind-tables>)
+    $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-fno-asynchronous-unwind-tables>
+    $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-fno-unwind-tables>)
 # Size counts for more than speed. Seen as a whole the library is a tenth smaller; so it is with its some 700 relative
 # relocations packed, which takes a C library that can unpack them (glibc 2.36, musl 1.2.4).
 option(CWMP_PACK_RELOCATIONS "Pack relative relocations; needs glibc 2.36 or musl 1.2.4 on the device" ON)
@@ -29,6 +30,10 @@ check_linker_flag(CXX "-Wl,--fatal-warnings,-z,pack-relative-relocs" CWMP_LINKER
 if(NOT CWMP_SANITIZE)
     set_target_properties(cwmp-datamodel PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
     target_compile_options(cwmp-datamodel PRIVATE $<$<BOOL:${CWMP_HAS_OZ}>:-Oz>)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
+        # Everything lies within the reach of one instruction.
+        target_compile_options(cwmp-datamodel PRIVATE -mcmodel=tiny)
+    endif()
     target_link_options(cwmp-datamodel PRIVATE
         $<$<BOOL:${CWMP_HAS_OZ}>:-Oz>
         $<$<AND:$<BOOL:${CWMP_PACK_RELOCATIONS}>,$<BOOL:${CWMP_LINKER_PACKS}>>:-Wl,-z,pack-relative-relocs>)

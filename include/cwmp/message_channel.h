@@ -2,9 +2,8 @@
  * The message channel: datagrams of fixed size between local processes.
  *
  * A process that receives is known by a small number; its socket is /var/tmp/<number>. The management agent
- * is
- * 17. A background job of the library that has finished sends the agent CWMP_MESSAGE_DIAGNOSTICS_COMPLETE, so
- * that it can report the completion to the ACS:
+ * has the number 17. A background job of the library that has finished sends the agent
+ * CWMP_MESSAGE_DIAGNOSTICS_COMPLETE, so that it can report the completion to the ACS:
  *
  *     struct cwmp_message_handle handle = {0};
  *     struct cwmp_message message;

@@ -125,8 +125,8 @@ extern CWMP_EXPORT struct cwmp_vlan_record vlan_obj_data_revert;
  *   pre_revert  the same into the revert record; those of pppoe and iptv take "true" as enabled too
  *   check       validates the group; 1 passed, 0 refused: what was staged is dropped (a refused iptv check
  *               drops what was staged for lan instead)
- *   set         applies a checked group and ORs its apply flag into *flags; 1 applied or nothing to do, 0
- * when the script refused. The staging record is idle afterwards. flags may be null.
+ *   set         applies a checked group and ORs its apply flag into *flags; 1 applied or nothing to do,
+ *               0 when the script refused. A checked group is idle afterwards. flags may be null.
  */
 CWMP_EXPORT int pppoe_pre(int option, const char* value);
 CWMP_EXPORT int pppoe_pre_revert(int option, const char* value);

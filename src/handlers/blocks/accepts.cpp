@@ -14,8 +14,8 @@ namespace cwmp {
 
 namespace {
 
-// The locale plays no part in what these are.
-bool is_control(char c) { return (c >= 0 && c < ' ') || c == '\x7f'; }
+// The locale plays no part in what these are, nor whether char is signed.
+bool is_control(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
 bool is_alphanumeric(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }

@@ -44,13 +44,14 @@ HANDLER(Ethernet_VLANTermination_Enable) {
                             {kIptvVlan, {CWMP_STAGED_IPTV, CWMP_IPTV_ENABLE, boolean}}});
 }
 
-// The IPTV VLAN has no device of its own.
+// Only the internet VLAN has a device; the IPTV VLAN is up while it is enabled.
 HANDLER(Ethernet_VLANTermination_Status) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const Instance* instance = require_instance(Object::VlanTermination, get.locate(), Caller::here());
     if (instance == nullptr) return kRefused;
-    if (instance->number != kIptvVlan || !is_present(*instance)) return get.answer(status(*instance));
+    if (*instance->device != '\0' || !is_present(*instance)) return get.answer(status(*instance));
+    if (instance->number != kIptvVlan) return get.answer("Down");
     return reword(args, WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled(op, args),
                   up_when_enabled);
 }

@@ -1,5 +1,6 @@
 // Device.DHCPv4.Server.Pool.{i}.StaticAddress.{i}.: the parameters of a static address.
 #include "core/addresses.h"
+#include "core/console_text.h"
 #include "core/handler.h"
 #include "cwmp/value_checks.h"
 #include "handlers/lan/reservation.h"
@@ -43,7 +44,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1) {
-        LOG_ERROR("failed to set invalid mac %s\n", set.value());
+        LOG_ERROR("failed to set invalid mac %s\n", for_console(set.value()).c_str());
         return kRefused;
     }
     const std::string mac = canonical_mac(set.value());
@@ -95,7 +96,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
     if (set.value() == nullptr) return kRefused;
     const std::string address = set.value();
     if (!is_host_address(set.value())) {
-        LOG_ERROR("failed to set invalid ip %s\n", set.value());
+        LOG_ERROR("failed to set invalid ip %s\n", for_console(set.value()).c_str());
         return kRefused;
     }
     const Reservation entry = reservation_at(set.locate());

@@ -1,3 +1,4 @@
+#include "cwmp/interface_stack.h"
 #include "interfaces_test.h"
 
 namespace {
@@ -156,6 +157,12 @@ TEST_F(Ethernet, Vlans) {
         expect_refused({VLAN "VLANID", {unused}, "5"}, event);
     }
     expect_refused({VLAN "VLANID", {0}, "5"}, "locate error\n");
+    // A firmware may show a VLAN that this one leaves unused: it has no device to ask.
+    FROM_LIBRARY(setIntfStackFlag)(15, 1);
+    forget();
+    EXPECT_EQ(get(VLAN "Status", {2}).value, "Down");
+    EXPECT_THAT(commands(), IsEmpty());
+    FROM_LIBRARY(setIntfStackFlag)(15, 0);
 }
 
 TEST_F(Ethernet, ABadVlanIsNotStaged) {

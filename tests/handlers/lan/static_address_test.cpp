@@ -1,4 +1,6 @@
 // Reserved addresses of the DHCP server: object and parameters.
+#include <unistd.h>
+
 #include <climits>
 
 #include "lan_test.h"
@@ -273,6 +275,14 @@ TEST_F(StaticAddress, AnyTextIsRefusedWhole) {
     }
     EXPECT_EQ(stored("1.mac"), kMac);
     EXPECT_EQ(stored("1.ip"), "5");
+}
+
+TEST_F(StaticAddress, ARefusedValueRunsNothingOnTheConsole) {
+    entries(section(1, kMac, "5", "on"));
+    const std::string command = "\"$(touch /tmp/owned)`touch /tmp/owned`";
+    expect_refused(STATIC "_Chaddr", 1, command, {"failed to set invalid mac " + command + "\n"});
+    expect_refused(STATIC "_Yiaddr", 1, command, {"failed to set invalid ip " + command + "\n"});
+    EXPECT_NE(access("/tmp/owned", F_OK), 0);
 }
 
 }  // namespace
