@@ -1,5 +1,7 @@
 #include "handlers/blocks/option.h"
 
+#include <cstring>
+
 namespace cwmp {
 namespace {
 
@@ -10,8 +12,8 @@ int fail(Caller caller, const char* event) {
 
 bool write(const Option& parameter, const std::string& text) {
     // Changes of the live store are subject to the mirror policy.
-    return parameter.store == kLiveStore ? write_option(parameter.at, text)
-                                         : write_option(parameter.at, text, parameter.store);
+    return std::strcmp(parameter.store, kLiveStore) == 0 ? write_option(parameter.at, text)
+                                                         : write_option(parameter.at, text, parameter.store);
 }
 
 int get_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
