@@ -155,6 +155,10 @@ TEST_F(Mesh, ChannelIsThatOfTheLocalRadio) {
     forget();
     expect_answers({{DEVICE("Radio_Channel"), {1, 1}, ""}});
     EXPECT_THAT(commands(), ElementsAre(" wl -i radio2 status | grep 'Primary channel' | awk '{ print $3}'"));
+    answer("wl -i radio2 status",
+           "SSID: \"Home\"\nMode: Managed\tRSSI: 0 dBm\tSNR: 0 dB\tChannel: 6\n"
+           "Chanspec: 2.4GHz channel 6 20MHz (0x1006)\nPrimary channel: 6\nHT Capabilities:\n");
+    expect_answers({{DEVICE("Radio_Channel"), {1, 1}, "6"}, {DEVICE("Radio_Channel"), {1, 2}, ""}});
 }
 
 TEST_F(Mesh, HostsShowTheirOptions) {
