@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "config/instance_numbers.h"
 #include "config/store.h"
 #include "core/text.h"
 
@@ -36,6 +37,13 @@ std::vector<std::optional<int32_t>> stored_numbers(const char* package, const ch
 
 }  // namespace
 
+std::vector<int32_t> cwmp::instance_numbers(const char* package, const char* type, const char* option) {
+    std::vector<int32_t> numbers;
+    for (const auto& number : stored_numbers(package, type, option)) numbers.push_back(number.value_or(0));
+    std::sort(numbers.data(), numbers.data() + numbers.size());
+    return numbers;
+}
+
 void __getInstanceList(const char* package, const char* type, const char* option, int32_t* list) {
     int32_t* end = list;
     for (const auto& number : stored_numbers(package, type, option)) {
@@ -52,8 +60,5 @@ int __getInstanceMax(const char* package, const char* type) {
 }
 
 int __getInstanceNext(const char* package, const char* type, const char* option, int32_t capacity) {
-    std::vector<int32_t> numbers;
-    for (const auto& number : stored_numbers(package, type, option)) numbers.push_back(number.value_or(0));
-    std::sort(numbers.data(), numbers.data() + numbers.size());
-    return next_instance(numbers, capacity);
+    return next_instance(cwmp::instance_numbers(package, type, option), capacity);
 }

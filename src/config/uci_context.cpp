@@ -81,6 +81,8 @@ std::vector<uci_section*> UciContext::sections(const char* type) const {
 
 const char* UciContext::name(const uci_section* section) { return section->e.name; }
 
+const char* UciContext::type(const uci_section* section) { return section->type; }
+
 std::optional<std::string> UciContext::value(uci_section* section, const char* option) const {
     const char* text = uci_lookup_option_string(context_.get(), section, option);
     if (text == nullptr) return std::nullopt;

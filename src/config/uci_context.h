@@ -35,6 +35,7 @@ class UciContext {
     // All sections of a type in file order; a null type is any.
     std::vector<uci_section*> sections(const char* type) const;
     static const char* name(const uci_section* section);
+    static const char* type(const uci_section* section);
     // The string value of an option; list options have none.
     std::optional<std::string> value(uci_section* section, const char* option) const;
 

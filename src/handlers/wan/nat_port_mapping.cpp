@@ -26,7 +26,7 @@ class Mapping {
             log_event(caller, kError, "%s", kTooMany);
         } else {
             if (number >= 1 && context_ && context_.load(kPackage))
-                section_ = context_.section(name_.c_str());
+                section_ = find_mapping(context_, name_);
             if (section_ == nullptr) log_event(caller, kDebug, "%s", kNoInstance);
         }
         return section_ != nullptr;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "config/instance_numbers.h"
 #include "config/store.h"
 #include "core/handler.h"
 #include "core/log.h"
@@ -22,13 +23,15 @@ constexpr OptionPath kCount{kPackage, "nat", "PortMappingNumberOfEntries"};
 
 bool exists(const std::string& name) {
     UciContext context(kLiveStore);
-    return context && context.load(kPackage) && context.section(name.c_str()) != nullptr;
+    return context && context.load(kPackage) && find_mapping(context, name) != nullptr;
 }
 
-// Sections without a number spoil the numbering: what it gives may be taken already.
+// Sections without a number, and those of another type, spoil the numbering: what it gives may be taken.
 int free_number() {
     int number = __getInstanceNext(kPackage, kType, kNumberOption, kMost);
-    while (number <= kMost && exists(std::to_string(number))) ++number;
+    UciContext context(kLiveStore);
+    if (!context || !context.load(kPackage)) return number;
+    while (number <= kMost && context.section(std::to_string(number).c_str()) != nullptr) ++number;
     return number;
 }
 
@@ -98,8 +101,7 @@ int remove(va_list args, Caller caller) {
 
 // A section without a usable number cannot be reached by one.
 int list(va_list args) {
-    std::vector<int32_t> numbers(static_cast<std::size_t>(__getInstanceMax(kPackage, kType)));
-    __getInstanceList(kPackage, kType, kNumberOption, numbers.data());
+    auto numbers = instance_numbers(kPackage, kType, kNumberOption);
     std::erase_if(numbers, [](int32_t number) { return number < 1 || number > kMost; });
     return answer_instances(args, numbers) ? kDone : kFailed;
 }

@@ -1,3 +1,4 @@
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,6 +25,7 @@ class PortMapping : public RouterTest {
         RouterTest::SetUp();
         package("nat",
                 "config nat 'nat'\n\n"
+                "config rule_dmz '9'\n\toption port_forwarding_id '9'\n\n"
                 "config rule_vs '3'\n"
                 "\toption port_forwarding_id '3'\n\toption name 'web'\n\toption enable 'on'\n"
                 "\toption intf 'wan'\n\toption external_ip '198.51.100.4'\n"
@@ -165,6 +167,7 @@ TEST_F(PortMapping, InstancesOutsideTheTable) {
                                             {INT_MAX, " nat portmapping rule num exceeds \n\n"},
                                             {0, " Index is error\n"},
                                             {-1, " Index is error\n"},
+                                {9, " Index is error\n"},
                                             {64, " Index is error\n"}}) {
             SCOPED_TRACE(handler);
             forget();
@@ -247,13 +250,13 @@ TEST_F(PortMapping, ObjectCallsThatFail) {
     EXPECT_EQ(add_instance("NAT_PortMapping", {1}).code, 9005);
     EXPECT_THAT(console(), ElementsAre(WANIP ": can't set Device.NATPortmapping with exact locate\n\n"));
     forget();
-    for (const char* number : {"", "0", "-3", "1", "x", "nat"}) {
+    for (const char* number : {"", "0", "-3", "1", "9", "x", "nat"}) {
         const Result result = delete_instance("NAT_PortMapping", {}, number);
         EXPECT_EQ(result.code, 1) << number;
         EXPECT_EQ(result.flags, 0U);
     }
     EXPECT_THAT(console(),
-                ::testing::AllOf(::testing::SizeIs(6), ::testing::Each(WANIP ":  Index is error\n")));
+                ::testing::AllOf(::testing::SizeIs(7), ::testing::Each(WANIP ":  Index is error\n")));
     EXPECT_EQ(delete_instance("NAT_PortMapping", {}, "65").code, 1);
     forget();
     for (const int op : {0, 1, 7}) EXPECT_EQ(set("NAT_PortMapping", {}, "3", op).code, 1);
@@ -268,14 +271,26 @@ TEST_F(PortMapping, ObjectCallsThatFail) {
     ::rmdir("/etc/config/nat");
 }
 
-TEST_F(PortMapping, ASectionWithoutItsNumberIsNeitherListedNorOverwritten) {
+TEST_F(PortMapping, SectionsWithoutNumberOrOfAnotherTypeAreNeitherListedNorOverwritten) {
     package("nat",
             "config rule_vs '1'\n\toption name 'mine'\n\n"
-            "config rule_vs '2'\n\toption port_forwarding_id '2'\n");
+            "config rule_vs '2'\n\toption port_forwarding_id '2'\n\n"
+            "config rule_dmz '4'\n");
     EXPECT_THAT(list_instances("NAT_PortMapping"), ::testing::Optional(ElementsAre(2)));
     EXPECT_EQ(add_instance("NAT_PortMapping").value, "3");
-    EXPECT_EQ(add_instance("NAT_PortMapping").value, "4");
+    EXPECT_EQ(add_instance("NAT_PortMapping").value, "5");
     EXPECT_EQ(option("nat.1.name"), "mine");
+    EXPECT_EQ(section_type("nat.4"), "rule_dmz");
+}
+
+// A table that somebody writes between two looks has another size in the second.
+TEST_F(PortMapping, AListIsOneLookAtThePackage) {
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(inotify_add_watch(watch, "/etc/config/nat", IN_OPEN | IN_CLOSE), 0);
+    EXPECT_THAT(list_instances("NAT_PortMapping"), ::testing::Optional(ElementsAre(3)));
+    alignas(inotify_event) char events[1024];
+    EXPECT_EQ(::read(watch, events, sizeof events), ssize_t{2 * sizeof(inotify_event)});
+    ::close(watch);
 }
 
 TEST_F(PortMapping, ReadOnly) { expect_read_only({MAPPING "Status", "NAT_PortMappingNumberOfEntries"}); }
