@@ -8,7 +8,7 @@ namespace {
 
 int wan_counter(int op, va_list args, const char* counter) {
     static constexpr const char* kBridges[3] = {"br-wan", "br-mg", ""};
-    return op == CWMP_OP_GET ? get_TotalBytesAndPackets_by_name(op, args, kBridges, counter) : kRefused;
+    return get_TotalBytesAndPackets_by_name(op, args, kBridges, counter);
 }
 
 }  // namespace

@@ -120,7 +120,7 @@ namespace {
 
 int ppp_counter(int op, va_list args, const char* counter) {
     static constexpr const char* kInterfaces[3] = {"pppoe-internet", "br-mg", ""};
-    return op == CWMP_OP_GET ? get_TotalBytesAndPackets_by_name(op, args, kInterfaces, counter) : kRefused;
+    return get_TotalBytesAndPackets_by_name(op, args, kInterfaces, counter);
 }
 
 }  // namespace

@@ -325,11 +325,19 @@ TEST_F(WanIpConnection, DeviceAndEthernetInterface) {
 TEST_F(WanIpConnection, ReadOnly) {
     expect_read_only(
         {"WANDevice_WANConnectionNumberOfEntries", "WANDevice_WANCommonInterfaceConfig_EnabledForInternet",
-         "WANDevice_WANCommonInterfaceConfig_TotalBytesSent",
-         "WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsReceived",
          "WANDevice_WANEthernetInterfaceConfig_Enable", "WANDevice_WANEthernetInterfaceConfig_Status",
          "LANDevice_" IPC "Uptime", IPC "AddressingType", IPC "Name", IPC "ConnectionStatus",
          IPC "PortMappingNumberOfEntries"});
+}
+
+TEST_F(WanIpConnection, TheProbeRefusesASetOfACounter) {
+    for (const char* counter : {"WANDevice_WANCommonInterfaceConfig_TotalBytesSent",
+                                "WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent"}) {
+        forget();
+        EXPECT_EQ(set(counter, {1, 1}, "1").code, -1);
+        EXPECT_THAT(console(),
+                    ElementsAre("get_TotalBytesAndPackets_by_name: error set Bytes and Packets !\n"));
+    }
 }
 
 TEST_F(WanIpConnection, ExportedBodies) {

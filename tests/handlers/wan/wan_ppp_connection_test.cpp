@@ -159,7 +159,7 @@ TEST_F(WanPppConnection, IptvLink) {
 TEST_F(WanPppConnection, ReadOnly) {
     expect_read_only({PPPC "ConnectionStatus", PPPC "Uptime", PPPC "CurrentMRUSize", PPPC "TransportType",
                       PPPC "ExternalIPAddress", PPPC "DefaultGateway", PPPC "MACAddress",
-                      PPPC "Stats_EthernetBytesSent", LINK "X_QM_IPTVDesCription",
+                      LINK "X_QM_IPTVDesCription",
                       PPPC "PortMappingNumberOfEntries"});
 }
 
