@@ -25,8 +25,7 @@ int get_account(va_list args, const Account& account, Caller caller) {
     const GetArguments get(args);
     if (account.secret) return get.answer("");
     if (require_instance(account.object, get.locate(), caller) == nullptr) return kRefused;
-    const Section source = is_pppoe(account) ? kConnection : Section{"protocol", account.type};
-    return get.answer(read_option(source / account.option).value_or(""));
+    return get.answer(read_option(Section{"protocol", account.type} / account.option).value_or(""));
 }
 
 }  // namespace

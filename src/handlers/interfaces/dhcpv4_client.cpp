@@ -7,6 +7,7 @@
 #include "handlers/blocks/forward.h"
 #include "handlers/blocks/numbered.h"
 #include "handlers/blocks/staged.h"
+#include "handlers/interfaces/instances.h"
 
 using namespace cwmp;
 
@@ -48,12 +49,9 @@ std::optional<std::string> type_of_wan(const char* value) {
     return *enabled == "1" ? "DHCP" : "Static";
 }
 
-// Under a tunnel the client belongs to the tunnel's leg.
-bool has_switch(int client) {
-    if (client != kInternet) return false;
-    const std::string type = wan_type();
-    return type != "l2tp" && type != "pptp";
-}
+// Under a connection that is dialled the client belongs to that: a SET, even of the value that GET shows, would
+// put another connection in its place.
+bool has_switch(int client) { return client == kInternet && interfaces::has_plain_wan(); }
 
 int set_enable(int op, va_list args, Caller caller = Caller::here()) {
     if (!enters_pass(op)) return kDone;

@@ -31,15 +31,20 @@ constexpr Instance kInstances[] = {
     {Object::VlanTermination, 4, 16, "", ""},
 };
 
+// Null when there is none.
+const Instance* instance_of(Object object, int number) {
+    const auto* found = std::find_if(std::begin(kInstances), std::end(kInstances), [&](const auto& row) {
+        return row.object == object && row.number == number;
+    });
+    return found != std::end(kInstances) ? found : nullptr;
+}
+
 }  // namespace
 
 const Instance* require_instance(Object object, const int* locate, Caller caller) {
     const bool below = object == Object::IpAddress;
-    const Object listed = below ? Object::IpInterface : object;
-    const auto* found = std::find_if(std::begin(kInstances), std::end(kInstances), [&](const auto& row) {
-        return row.object == listed && row.number == locate[0];
-    });
-    if (found == std::end(kInstances)) {
+    const Instance* found = instance_of(below ? Object::IpInterface : object, locate[0]);
+    if (found == nullptr) {
         refuse_instance(locate[0], caller);
         return nullptr;
     }
@@ -56,5 +61,7 @@ bool is_present(const Instance& instance) {
     refreshIntfStacks();
     return *getLowerLayers(instance.stack) != '\0';
 }
+
+bool has_plain_wan() { return is_present(*instance_of(Object::IpInterface, kWan)); }
 
 }  // namespace cwmp::interfaces

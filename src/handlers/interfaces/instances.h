@@ -33,5 +33,7 @@ const Instance* require_instance(Object object, const int* locate, Caller caller
 
 // Whether the WAN type in force shows the instance. An absent one has no live values.
 bool is_present(const Instance& instance);
+// The same of the plain internet WAN, IP.Interface.2; without it the connection in force is dialled.
+bool has_plain_wan();
 
 }  // namespace cwmp::interfaces

@@ -9,7 +9,6 @@ using namespace cwmp;
 using namespace cwmp::interfaces;
 
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable);
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Username);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway);
@@ -48,8 +47,9 @@ HANDLER(PPP_Interface_LowerLayers) { return value(op, args, Object::Ppp, lower_l
 HANDLER(PPP_Interface_ConnectionStatus) { return connection_status(op, args, Object::Ppp); }
 
 HANDLER(PPP_Interface_Username) {
-    return ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_Username,
-                     {CWMP_STAGED_PPPOE, CWMP_PPPOE_USERNAME, credential});
+    if (op == CWMP_OP_GET) return account(op, args, {Object::Ppp, "pppoe", "username"});
+    return staged_instance(op, args, Object::Ppp,
+                           {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_USERNAME, credential}}});
 }
 HANDLER(PPP_Interface_Password) {
     if (op == CWMP_OP_GET) return constant(op, args, "");

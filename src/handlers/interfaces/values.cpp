@@ -105,7 +105,11 @@ int staged_instance(int op, va_list args, Object object, std::initializer_list<I
     const Instance* instance = require_instance(object, SetArguments(args).locate(), caller);
     if (instance == nullptr) return kRefused;
     for (const auto& [number, field] : fields) {
-        if (number == instance->number) return staged(op, args, field, caller);
+        if (number != instance->number) continue;
+        // An absent interface has no address to change: the change would bring it up in place of the connection
+        // in force, which the management server talks over.
+        if (object == Object::IpAddress && !is_present(*instance)) break;
+        return staged(op, args, field, caller);
     }
     return refuse_instance(instance->number, caller);
 }

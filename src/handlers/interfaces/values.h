@@ -36,7 +36,8 @@ int counter(int op, va_list args, Object object, const char* word, Caller caller
 // The same of a device; an empty name reads "0". locate is rewritten.
 int device_counter(va_list args, const char* device, const char* word);
 
-// SET of the instances that are a field of a group; the others refuse it.
+// SET of the instances that are a field of a group; the others refuse it, and so does an address of an
+// interface that is absent.
 struct InstanceField {
     int number = 0;
     StagedField field = {};

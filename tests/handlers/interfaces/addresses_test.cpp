@@ -224,13 +224,19 @@ TEST_F(Addresses, TheDhcpClient) {
     EXPECT_THAT(console(), Contains("getclientstatus: Failed to get wan_type\n"));
 }
 
-TEST_F(Addresses, UnderATunnelTheClientHasNoSwitch) {
-    for (const auto& [type, interface] :
-         {std::pair("l2tp", "Device.IP.Interface.4."), {"pptp", "Device.IP.Interface.3."}}) {
+// A SET, even of what GET shows, would bring up a plain WAN in place of the line in force.
+TEST_F(Addresses, UnderADialledConnectionThePlainWanTakesNoSet) {
+    for (const auto& [type, interface] : {std::pair("l2tp", "Device.IP.Interface.4."),
+                                          {"pptp", "Device.IP.Interface.3."},
+                                          {"pppoe", "Device.IP.Interface.2."}}) {
         wan(type);
         store(std::string("protocol.") + type + ".snd_conn", "dynamic");
         expect_answers({{CLIENT "Enable", {1}, "1"}, {CLIENT "Interface", {1}, interface}});
         expect_refused({CLIENT "Enable", {1}, "1"}, "Failed, locate[0] = 1\n");
+        for (const auto& [name, value] : {std::pair(ADDRESS "AddressingType", "DHCP"),
+                                          {ADDRESS "IPAddress", "192.0.2.10"},
+                                          {ADDRESS "SubnetMask", "255.255.255.0"}})
+            expect_refused({name, {2, 1}, value}, "Failed, locate[0] = 2\n");
     }
     expect_refused({CLIENT "Enable", {2}, "1"}, "Failed, locate[0] = 2\n");
     wan("dhcp");

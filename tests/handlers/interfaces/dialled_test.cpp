@@ -28,6 +28,8 @@ class Dialled : public InterfacesTest {
 
 TEST_F(Dialled, AnAbsentConnectionHasNoLiveValues) {
     wan("l2tp");
+    store("network.internet.username", "a tunnel's");
+    store("protocol.pppoe.username", "pppoe's");
     answer("ubus call network.interface.internet status", "\t\"state\": \"connected\",\n\t\"uptime\": 77,\n");
     file("/proc/net/dev",
          "pppoe-internet: 11 12 13 14 0 0 0 0 21 22 23 24 0\nl2tp-internet: 31 32 33 34 0\n");
@@ -40,6 +42,7 @@ TEST_F(Dialled, AnAbsentConnectionHasNoLiveValues) {
                     {PPP "IPCP_LocalIPAddress", {1}, ""},
                     {PPP "IPCP_RemoteIPAddress", {1}, ""},
                     {PPP "IPCP_DNSServers", {1}, ""},
+                    {PPP "Username", {1}, "pppoe's"},
                     {PPP "Stats_BytesReceived", {1}, "0"},
                     {PPTP "Enable", {1}, "0"},
                     {PPTP "Status", {1}, "NotPresent"},
@@ -66,7 +69,7 @@ TEST_F(Dialled, ThePppoeConnection) {
     wan("pppoe");
     file("/proc/net/dev", "pppoe-internet: 11 12 13 14 0 0 0 0 21 22 23 24 0 0 0 0\n");
     file("/tmp/resolv.conf", "nameserver 192.0.2.1\n");
-    store("network.internet.username", "me");
+    store("protocol.pppoe.username", "me");
     store("network.internet.mru", "1480");
     answer("ubus call network.interface.internet status",
            "\t\"state\": \"connecting\",\n\t\"address\": \"192.0.2.9\",\n\t\"nexthop\": \"0.0.0.0\",\n");
@@ -160,8 +163,7 @@ TEST_F(Dialled, AccessConcentratorAndService) {
               std::string("a&b"), std::string("<a"), std::string("a>b"), std::string("\xc3\xa9"),
               std::string("a\nb"), std::string(65, 'a')})
             expect_refused({name, {1}, value}, kNotValid);
-        EXPECT_EQ(get(name, {1}).value, "isp 1");
-        store(std::string("protocol.pppoe.") + option_name, "other");
+        store(std::string("network.internet.") + option_name, "a tunnel's");
         EXPECT_EQ(get(name, {1}).value, "isp 1");
         EXPECT_EQ(set(name, {1}, std::string(64, 'a')).code, 0);
         EXPECT_EQ(set(name, {1}, "").code, 0);
