@@ -6,25 +6,33 @@
 namespace {
 
 constexpr const char* kModel = R"(# comment
-Device.Box.Name                W
-Device.Box.Text                R
-Device.Box.Late                W  passes=apply   # UDP echo is like this
-Device.Box.PortNumberOfEntries R
+Device.Box.Name                W string secret inform notify=canDeny group=lan reboot differs=kept:int
+Device.Box.Text                R string
+Device.Box.Late                W string  passes=apply   # UDP echo is like this
+Device.Box.PortNumberOfEntries R unsignedInt
 Device.Box.Port.{i}.           -  count=Device.Box.PortNumberOfEntries
-Device.Box.Port.{i}.Speed      W
+Device.Box.Port.{i}.Speed      W string
 Device.Box.Port.{i}.Queue.{i}. -  instances=2
-Device.Box.Port.{i}.Queue.{i}.Weight W  locate=2,1 handler=Queue_Weight
+Device.Box.Port.{i}.Queue.{i}.Weight W list(unsignedInt[1:9]) locate=2,1 handler=Queue_Weight only=2:1,2
 Device.Box.Port.{i}.Map.{i}.   AD locate=none
-Device.Box.Port.{i}.Map.{i}.Name R locate=2
+Device.Box.Port.{i}.Map.{i}.Name R string locate=2
 )";
 
 constexpr const char* kSecondFile = R"(Device.Box.Rule.{i}.      AD
-Device.Box.Rule.{i}.Name  R
-Device.Faulty.Broken      R  handler=Box_Broken
-Device.Faulty.Absent      W
-Device.Lan.Address        W
-Device.Lan.Mask           W
-Device.Pool.Start         W
+Device.Box.Rule.{i}.Name  R string
+Device.Faulty.Broken      R string handler=Box_Broken
+Device.Faulty.Absent      W string
+Device.Lan.Address        W string
+Device.Lan.Mask           W string
+Device.Pool.Start         W string
+Device.Typed.Switch       W boolean      handler=Box_Name
+Device.Typed.Number       W int[-3:9]    handler=Box_Name
+Device.Typed.Counter      W unsignedInt? handler=Box_Name
+Device.Typed.Word         W string{a|b}  handler=Box_Name
+Device.Typed.Text         W string(2:3)  handler=Box_Name
+Device.Typed.Address      W IPv4Address  handler=Box_Name
+Device.Typed.Card         W MACAddress   handler=Box_Name
+Device.Typed.Time         W dateTime     handler=Box_Name
 )";
 
 class Dm : public testing::Test {
@@ -115,9 +123,10 @@ TEST_F(Dm, PrintsTables) {
         {"del Device.Box.Rule.3.", 0, "Device.Box.Rule.3.\napply flags 0x0080: NAT\n"},
         {"list Device.Box.Rule.", 0, "Device.Box.Rule.2.\nDevice.Box.Rule.3.\nDevice.Box.Rule.70.\n"},
         {"list Device.Box.Port.", 0, "Device.Box.Port.1.\nDevice.Box.Port.2.\n"},
-        {"names Device.Box.Rule.", 0, "Device.Box.Rule.{i}.      AD\nDevice.Box.Rule.{i}.Name  R\n"},
+        {"names Device.Box.Rule.", 0, "Device.Box.Rule.{i}.      AD\nDevice.Box.Rule.{i}.Name  R   string\n"},
         {"names Device.Box.Port.{i}.Queue.8.", 0,
-         "Device.Box.Port.{i}.Queue.{i}.        -\nDevice.Box.Port.{i}.Queue.{i}.Weight  W\n"},
+         "Device.Box.Port.{i}.Queue.{i}.        -\nDevice.Box.Port.{i}.Queue.{i}.Weight  W  "
+         "list(unsignedInt[1:9])\n"},
         {"get Device.Faulty. Device.Box.Name", 4, "Device.Box.Name  box\n"},
     };
     for (const OutputRow& row : rows) {
@@ -132,16 +141,25 @@ TEST_F(Dm, PrintsNothingButJsonWhenAsked) {
         {"get Device.Box.Text Device.Faulty.Broken", 1,
          R"({"parameters":[{"path":"Device.Box.Text","value":"a\u001b[2J\n)"
          "\xEF\xBF\xBD\xc2\x9b\xe2\x80\xaez\xc3\xa9"
-         R"("}],"errors":[{"path":"Device.Faulty.Broken","fault":9002,"message":"the value cannot be read"}]})"},
+         R"(","type":"string"}],"errors":[{"path":"Device.Faulty.Broken","fault":9002,"message":"the value cannot be read"}]})"},
         {"set Device.Box.Name=refuse3", 1,
-         R"({"parameters":[{"path":"Device.Box.Name","value":"refuse3","passes":["stage"]}],"reverted":true,)"
+         R"({"parameters":[{"path":"Device.Box.Name","value":"refuse3","type":"string","passes":["stage"]}],"reverted":true,)"
          R"("applyFlags":112,"services":["WAN","LAN","IPTV"],"errors":[{"path":"Device.Box.Name","fault":9007,)"
          R"("message":"the value was refused in the check pass","pass":"check"}]})"},
         {"list Device.Box.Rule.", 0,
          R"({"parameters":[],"instances":["Device.Box.Rule.2.","Device.Box.Rule.3.","Device.Box.Rule.70."],)"
          R"("errors":[]})"},
         {"names Device.Box.Name", 0,
-         R"({"parameters":[],"names":[{"path":"Device.Box.Name","access":"W"}],"errors":[]})"},
+         R"({"parameters":[],"names":[{"path":"Device.Box.Name","access":"W",)"
+         R"("type":{"text":"string","wire":"string","base":"string","list":false,"empty":false},)"
+         R"("secret":true,"inform":true,"notify":"canDeny","group":"lan","reboot":true,"passes":"all",)"
+         R"("differs":[{"reason":"kept","published":"int"}],"handler":"Box_Name"}],"errors":[]})"},
+        {"names Device.Box.Port.{i}.Queue.{i}.", 0,
+         R"({"parameters":[],"names":[{"path":"Device.Box.Port.{i}.Queue.{i}.","access":"-","instances":2},)"
+         R"json({"path":"Device.Box.Port.{i}.Queue.{i}.Weight","access":"W","type":{"text":"list(unsignedInt[1:9])",)json"
+         R"("wire":"string","base":"unsignedInt","list":true,"empty":true,"minimum":1,"maximum":9},"secret":false,)"
+         R"("inform":false,"reboot":false,"passes":"all","differs":[],"handler":"Queue_Weight","locate":[2,1],)"
+         R"("only":{"position":2,"values":[1,2]}}],"errors":[]})"},
     };
     for (const OutputRow& row : rows) {
         const auto result = sandbox.run(std::string("--json --log 7 ") + row.arguments);
@@ -261,6 +279,55 @@ TEST_F(Dm, NamesPathAndFaultOfEachError) {
     }
 }
 
+TEST_F(Dm, ChecksTypesAndNormalisesBooleansBeforeAHandlerIsCalled) {
+    struct {
+        const char* assignment;
+        const char* given;  // to the handler; nullptr: the fault
+        int fault = 0;
+    } const rows[] = {
+        {"Switch=true", "1"},
+        {"Switch=false", "0"},
+        {"Switch=1", "1"},
+        {"Switch=yes", nullptr, 9006},
+        {"Switch=", nullptr, 9006},
+        {"Number=-3", "-3"},
+        {"Number=9", "9"},
+        {"Number=-4", nullptr, 9007},
+        {"Number=10", nullptr, 9007},
+        {"Number=zwei", nullptr, 9006},
+        {"Number=", nullptr, 9006},
+        {"Number=1.5", nullptr, 9006},
+        {"Counter=4294967295", "4294967295"},
+        {"Counter=4294967296", nullptr, 9006},
+        {"Counter=-1", nullptr, 9006},
+        {"Word=b", "b"},
+        {"Word=c", nullptr, 9007},
+        {"Text=ab", "ab"},
+        {"Text=a", nullptr, 9007},
+        {"Text=abcd", nullptr, 9007},
+        {"Address=192.0.2.255", "192.0.2.255"},
+        {"Address=192.0.2.256", nullptr, 9006},
+        {"Address=192.0.2", nullptr, 9006},
+        {"Card=00:00:5e:00:53:FF", "00:00:5e:00:53:FF"},
+        {"Card=00:00:5e:00:53", nullptr, 9006},
+        {"Card=00:00:5e:00:53:0g", nullptr, 9006},
+        {"Time=2024-05-01T12:00:00Z", "2024-05-01T12:00:00Z"},
+        {"Time=yesterday-at-noon..", nullptr, 9006},
+    };
+    for (const auto& row : rows) {
+        const auto result = sandbox.run(std::string("set Device.Typed.") + row.assignment);
+        if (row.given) {
+            EXPECT_TRUE(result.calls.starts_with(std::string("Box_Name 2 [00000000] ") + row.given + "\n"))
+                << row.assignment << result.calls;
+        } else {
+            EXPECT_EQ(result.calls, "") << row.assignment;
+            EXPECT_NE(result.err.find("fault " + std::to_string(row.fault)), std::string::npos)
+                << row.assignment << result.err;
+        }
+    }
+    EXPECT_EQ(sandbox.run("set Device.Box.Port.1.Queue.1.Weight=1,10").exit, 1);
+}
+
 TEST_F(Dm, CallsNoSetHandlerWhenAnAssignmentIsRefusedBeforehand) {
     EXPECT_EQ(sandbox.run("set Device.Box.Name=1 Device.Box.Text=2").calls, "");
 }
@@ -272,15 +339,24 @@ TEST_F(Dm, RefusesABrokenModel) {
         {"Other.A R", 4, "not below a root object"},
         {"Device.A. -", 4, "an object ends with {i}."},
         {"Device.A..B R", 4, "empty path segment"},
-        {"\n\nDevice.A R colour=red", 4, "model/30.txt:3: unknown attribute colour=red"},
+        {"\n\nDevice.A R string colour=red", 4, "model/30.txt:3: unknown attribute colour=red"},
+        {"Device.A R", 4, "the type is missing"},
+        {"Device.A R strong", 4, "unknown type strong"},
+        {"Device.A R boolean[1:2]", 4, "unknown type boolean[1:2]"},
+        {"Device.A R int(3)", 4, "unknown type int(3)"},
+        {"Device.A R string(a)", 4, "unknown type string(a)"},
+        {"Device.A R string notify=always", 4, "unknown notify=always"},
+        {"Device.A R string group=lan", 4, "unknown attribute group=lan"},
+        {"Device.A R string differs=kept:X", 4, "differs= takes a reason"},
+        {"Device.A R string differs=lost:W", 4, "unknown differs=lost:W"},
         {"Device.A.{i}. - count=Device.B", 4, "count= names no parameter"},
         {"Device.A.{i}. - instances=0", 4, "instances= takes a number from 1"},
         {"Device.A.{i}. -", 4, "tells no number of instances"},
-        {"Device.A.{i}.B R", 4, "Device.A.{i}.: the model has no line for this object"},
-        {"Device.A R\nDevice.A W", 4, "a second line for Device.A"},
-        {"Device.A R\nDevice.A.B R", 4, "a parameter with others below"},
-        {"Device.A.{i}. AD\nDevice.A.B R", 4, "names beside instance numbers"},
-        {"Device.A R locate=1", 4, "locate= takes positions"},
+        {"Device.A.{i}.B R string", 4, "Device.A.{i}.: the model has no line for this object"},
+        {"Device.A R string\nDevice.A W string", 4, "a second line for Device.A"},
+        {"Device.A R string\nDevice.A.B R string", 4, "a parameter with others below"},
+        {"Device.A.{i}. AD\nDevice.A.B R string", 4, "names beside instance numbers"},
+        {"Device.A R string locate=1", 4, "locate= takes positions"},
     };
     for (const ErrorRow& row : rows) {
         sandbox.write("model/30.txt", row.arguments);

@@ -22,8 +22,9 @@ void walk(Session& session, const Node& node, const std::vector<int>& numbers);
 void visit(Session& session, const Node& node, const std::vector<int>& numbers) {
     switch (node.kind) {
         case Node::Kind::Parameter:
-            session.report.parameters.push_back(
-                {concrete_path(node.path, numbers), session.agent.get(node, numbers)});
+            session.report.parameters.push_back({concrete_path(node.path, numbers),
+                                                 session.agent.get(node, numbers),
+                                                 std::string(node.type.wire_name())});
             break;
         case Node::Kind::Table:
             for (int number : session.agent.instances(node, numbers)) {
@@ -58,8 +59,8 @@ void require_changeable(const Node& table, const std::string& path) {
     throw Failure{path, kInvalidName, Exit::Refused, "instances of this object are fixed"};
 }
 
-void add_names(const Node& node, std::vector<Report::Name>& names) {
-    if (node.kind != Node::Kind::Branch) names.push_back({node.path, std::string(node.access())});
+void add_names(const Node& node, std::vector<Entry>& names) {
+    if (node.kind != Node::Kind::Branch) names.push_back(node);
     for (const auto& child : node.children) add_names(*child, names);
 }
 

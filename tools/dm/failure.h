@@ -10,6 +10,7 @@ enum Fault : int {
     kInternalError = 9002,
     kInvalidArguments = 9003,
     kInvalidName = 9005,
+    kInvalidType = 9006,
     kInvalidValue = 9007,
     kNotWritable = 9008,
 };

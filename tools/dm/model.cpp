@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <initializer_list>
 #include <sstream>
 
 #include "failure.h"
@@ -79,6 +80,7 @@ class Reader {
         if (!(columns >> access)) place.fail("the access is missing");
         Node& node = insert(path, place);
         set_access(node, access, place);
+        if (node.kind == Kind::Parameter) set_type(node, columns, place);
         while (columns >> attribute) set_attribute(node, attribute, place);
     }
 
@@ -116,6 +118,14 @@ class Reader {
         if (!node.writable && access != (table ? "-" : "R")) place.fail("unknown access " + access);
     }
 
+    static void set_type(Node& node, std::istringstream& columns, const Place& place) {
+        std::string type;
+        if (!(columns >> type)) place.fail("the type is missing");
+        auto parsed = Type::parse(type);
+        if (!parsed) place.fail("unknown type " + type);
+        node.type = std::move(*parsed);
+    }
+
     void set_attribute(Node& node, const std::string& attribute, const Place& place) {
         const size_t equals = attribute.find('=');
         const std::string name = attribute.substr(0, equals);
@@ -127,7 +137,20 @@ class Reader {
             node.handler = value;
         } else if (attribute == "passes=apply" && !table) {
             node.apply_only = true;
+        } else if (attribute == "secret" && !table) {
+            node.secret = true;
+        } else if (attribute == "inform" && !table) {
+            node.inform = true;
+        } else if (attribute == "reboot" && node.writable) {
+            node.reboot = true;
+        } else if (name == "notify" && !table) {
+            node.notify = one_of(value, {"forceEnabled", "forceDefaultEnabled", "canDeny"}, attribute, place);
+        } else if (name == "group" && node.writable && !table) {
+            node.group = one_of(value, {"pppoe", "dhcp", "lan", "wan", "iptv", "vlan"}, attribute, place);
+        } else if (name == "differs" && !table) {
+            node.differs.push_back(difference(value, place));
         } else if (name == "count" && table) {
+            node.count_path = value;
             counts_.push_back({&node, value, place});
         } else if (name == "instances" && table) {
             node.instances = decimal<int>(value).value_or(0);
@@ -137,6 +160,23 @@ class Reader {
         } else {
             place.fail("unknown attribute " + attribute);
         }
+    }
+
+    static std::string one_of(const std::string& value, std::initializer_list<std::string_view> known,
+                              const std::string& attribute, const Place& place) {
+        if (std::find(known.begin(), known.end(), value) == known.end()) place.fail("unknown " + attribute);
+        return value;
+    }
+
+    // differs=kept:W is a parameter that the published model lets an ACS set.
+    static Difference difference(const std::string& value, const Place& place) {
+        const size_t colon = value.find(':');
+        const std::string what = colon == std::string::npos ? "" : value.substr(colon + 1);
+        const bool word = what == "R" || what == "W" || what == "filled" || what == "path";
+        if (!word && !Type::parse(what)) {
+            place.fail("differs= takes a reason, a colon and R, W, a type, filled or path");
+        }
+        return {one_of(value.substr(0, colon), {"kept", "vendor", "unset"}, "differs=" + value, place), what};
     }
 
     // only=2:1,3 is a path that exists where its second instance number is 1 or 3.
@@ -205,12 +245,12 @@ const Node* Node::child(std::string_view name) const {
     return nullptr;
 }
 
-std::string_view Node::access() const {
+std::string_view Entry::access() const {
     if (kind == Kind::Table) return writable ? "AD" : "-";
     return writable ? "W" : "R";
 }
 
-bool Node::has_handler() const { return kind == Kind::Parameter || (kind == Kind::Table && writable); }
+bool Entry::has_handler() const { return kind == Kind::Parameter || (kind == Kind::Table && writable); }
 
 Model::Model(const std::filesystem::path& directory) {
     std::vector<std::filesystem::path> files;

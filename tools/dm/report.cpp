@@ -73,7 +73,10 @@ Exit Report::exit() const {
 void print_text(const Report& report, FILE* out) {
     auto rows = report.table ? printable_rows(*report.table) : parameter_rows(report.parameters);
     if (report.names) {
-        for (const auto& name : *report.names) rows.push_back({name.path, name.access});
+        for (const auto& name : *report.names) {
+            const bool parameter = name.kind == Entry::Kind::Parameter;
+            rows.push_back({name.path, std::string(name.access()), parameter ? name.type.text : ""});
+        }
     }
     if (report.instances) {
         for (const std::string& path : *report.instances) rows.push_back({path});

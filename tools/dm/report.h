@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "failure.h"
+#include "model.h"
 
 namespace cwmp {
 
@@ -14,11 +15,8 @@ struct Report {
     struct Parameter {
         std::string path;
         std::string value;
+        std::string type = {};                 // its name in a message
         std::vector<std::string> passes = {};  // the SET passes that its handler accepted
-    };
-    struct Name {
-        std::string path;
-        std::string access;
     };
 
     // One group of settings that a transaction touched, and the steps it took.
@@ -30,7 +28,7 @@ struct Report {
     std::vector<Parameter> parameters;
     std::vector<Group> groups;
     std::optional<std::vector<std::string>> instances;
-    std::optional<std::vector<Name>> names;
+    std::optional<std::vector<Entry>> names;
     // Rows that tables show in place of the parameters, headings first.
     std::optional<std::vector<std::vector<std::string>>> table;
     bool diagnostics_complete = false;

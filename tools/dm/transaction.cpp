@@ -11,6 +11,15 @@ struct Pass {
     const char* name;
 };
 
+// What the handler is told. The agent checks types, since many handlers store any text, and takes booleans in each
+// of their spellings, since most handlers know "1" and "0" alone.
+std::string typed_value(const Type& type, const std::string& path, const std::string& value) {
+    if (type.holds(value)) return type.normalised(value);
+    const bool wrong_type = type.fit(value) == Type::Fit::WrongType;
+    throw Failure{path, wrong_type ? kInvalidType : kInvalidValue, Exit::Refused,
+                  "the value is no " + type.text};
+}
+
 constexpr Pass kPasses[] = {{CWMP_OP_STAGE, "stage"}, {CWMP_OP_CHECK, "check"}, {CWMP_OP_APPLY, "apply"}};
 
 }  // namespace
@@ -29,7 +38,8 @@ void Transaction::add(const std::string& assignment) {
     }
     agent_.require_instances(target);
     const cwmp_handler handler = agent_.handler_of(*target.node, path);
-    settings_.push_back({std::move(target), assignment.substr(equals + 1), handler, {}, {}});
+    std::string value = typed_value(target.node->type, path, assignment.substr(equals + 1));
+    settings_.push_back({std::move(target), std::move(value), handler, {}, {}});
 }
 
 void Transaction::run() {
@@ -44,7 +54,9 @@ void Transaction::run() {
     report_.apply_flags = flags_;
     for (const Setting& setting : settings_) {
         if (!setting.passes.empty()) {
-            report_.parameters.push_back({setting.target.path, setting.value, setting.passes});
+            report_.parameters.push_back({setting.target.path, setting.value,
+                                          std::string(setting.target.node->type.wire_name()),
+                                          setting.passes});
         }
     }
 }
