@@ -1,5 +1,6 @@
 // Calls of the library and what they left behind.
 #include "router_test.h"
+#include "rows.h"
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -19,16 +20,6 @@ constexpr const char* kConsole = "/dev/console";
 constexpr const char* kCommands = "/var/log/router/commands";
 constexpr const char* kToolCalls = "/var/log/router/tools";
 constexpr int kMostConsoleBytes = 1 << 20;
-
-Texts split(const std::string& text, const std::string& end) {
-    Texts parts;
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t stop = std::min(text.find(end, start), text.size());
-        parts.push_back(text.substr(start, stop - start));
-        start = stop + end.size();
-    }
-    return parts;
-}
 
 bool writes_console(const std::string& command) {
     return command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n");
@@ -217,17 +208,17 @@ std::string RouterTest::raw_console() {
 
 Texts RouterTest::console() {
     Texts events;
-    for (const auto& line : split(raw_console(), " \r\n")) events.push_back(event_of(line));
+    for (const auto& line : rows::split(raw_console(), " \r\n")) events.push_back(event_of(line));
     return events;
 }
 
 Texts RouterTest::commands() {
-    Texts texts = split(text_of(kCommands).value_or(""), std::string(1, '\0'));
+    Texts texts = rows::split(text_of(kCommands).value_or(""), std::string(1, '\0'));
     std::erase_if(texts, writes_console);
     return texts;
 }
 
-Texts RouterTest::tool_calls() { return split(text_of(kToolCalls).value_or(""), "\n"); }
+Texts RouterTest::tool_calls() { return rows::split(text_of(kToolCalls).value_or(""), "\n"); }
 
 void RouterTest::forget() {
     drain_console();

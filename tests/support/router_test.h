@@ -13,6 +13,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <optional>
@@ -80,10 +81,16 @@ class RouterTest : public ::testing::Test {
                       const std::string& directory = kLive);
     // One option of the device profile, "section.option".
     static void profile(const std::string& option, const std::string& value);
+    // A section, "package.section"; the package is made if need be.
+    static void add_section(const std::string& section, const std::string& type,
+                            const std::string& directory = kLive);
+    // "package.section" or "package.section.option".
+    static void erase(const std::string& what, const std::string& directory = kLive);
     // What a device tool prints for a command line such as "fwinfo MODEL", and its exit status.
     static void answer(const std::string& command, const std::string& text, int status = 0);
     // Any other file, directories included; taken back after the test.
     void file(const std::string& path, const std::string& text);
+    void remove_file(const std::string& path);
 
     // Calls, through the agent's variable-argument lists.
 
@@ -106,6 +113,12 @@ class RouterTest : public ::testing::Test {
     void expect_stored(const std::vector<SetRow>& rows);
     // A SET of each is -1 on every pass, takes no argument, runs and logs nothing.
     void expect_read_only(std::initializer_list<const char*> handlers);
+
+    // A row of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
+    // one text. effects() tells the same of any code; its own result comes first.
+    void world(const std::string& line);
+    std::string told(const std::string& row);
+    std::string effects(const std::function<std::string()>& call);
 
     // What the calls left behind.
 
@@ -148,10 +161,18 @@ class RouterTest : public ::testing::Test {
 
   private:
     void drain_console();
+    void change(const std::string& what, const std::string& value, bool has_value);
+    Texts told_handlers(const std::string& verb, std::string rest);
+    std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
+    std::string told_function(const std::string& name, const Texts& arguments, bool answers_text);
 
     void* library_ = nullptr;
     int console_ = -1;
     int descriptors_ = 0;
     std::string console_text_;
+    std::string mute_;           // of "$!": commands and events that told() leaves out
+    bool store_events_ = false;  // whether it tells those of the store's own functions
+    bool agent_known_ = true;
+    bool starved_ = false;  // the next call finds no free descriptor
     std::map<std::string, std::optional<std::string>> replaced_;
 };

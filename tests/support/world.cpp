@@ -93,6 +93,25 @@ void RouterTest::store(const std::string& option, const std::string& value, cons
         throw std::runtime_error("cannot store " + option);
 }
 
+void RouterTest::add_section(const std::string& section, const std::string& type,
+                             const std::string& directory) {
+    const std::string path = directory + "/" + section.substr(0, section.find('.'));
+    const std::string name = section.substr(section.find('.') + 1);
+    write_file(path, text_of(path).value_or("") + "config " + type +
+                         (name[0] == '@' ? "" : " '" + name + "'") + "\n");
+}
+
+void RouterTest::erase(const std::string& what, const std::string& directory) {
+    const auto context = open_store(directory);
+    std::string tuple = what;
+    uci_ptr found = look_up(context.get(), tuple);
+    if (found.last == nullptr) throw std::runtime_error("cannot erase " + what);
+    uci_package* package = found.p;
+    package->has_delta = false;
+    if (uci_delete(context.get(), &found) != UCI_OK || uci_commit(context.get(), &package, true) != UCI_OK)
+        throw std::runtime_error("cannot erase " + what);
+}
+
 void RouterTest::profile(const std::string& option, const std::string& value) {
     store("profile." + option, value, kProfile);
 }
@@ -109,6 +128,11 @@ void RouterTest::answer(const std::string& command, const std::string& text, int
 void RouterTest::file(const std::string& path, const std::string& text) {
     replaced_.try_emplace(path, text_of(path));
     write_file(path, text);
+}
+
+void RouterTest::remove_file(const std::string& path) {
+    replaced_.try_emplace(path, text_of(path));
+    fs::remove_all(path);
 }
 
 std::optional<std::string> RouterTest::option(const std::string& option, const std::string& directory) {

@@ -1,0 +1,306 @@
+// Rows of a call, and what each did.
+#include <cstring>
+#include <functional>
+#include <stdexcept>
+
+#include "cwmp/agent_state.h"
+#include "cwmp/apply_flags.h"
+#include "no_free_descriptor.h"
+#include "router_test.h"
+#include "rows.h"
+
+using rows::Words;
+
+namespace {
+
+constexpr unsigned kEarlierFlag = 0x80000000;
+constexpr std::size_t kMostArguments = 8;
+
+constexpr cwmp_agent_state kAgent = {
+    .port = 65535, .path = "/path", .acs_url = "http://acs/", .host = "192.0.2.10"};
+
+constexpr std::pair<const char*, int> kOperations[] = {
+    {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
+    {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
+
+constexpr std::pair<const char*, unsigned> kFlags[] = {{"WIRELESS", CWMP_APPLY_WIRELESS},
+                                                       {"MANAGEMENT_SERVER", CWMP_APPLY_MANAGEMENT_SERVER},
+                                                       {"DHCP_SERVER", CWMP_APPLY_DHCP_SERVER},
+                                                       {"WAN", CWMP_APPLY_WAN},
+                                                       {"LAN", CWMP_APPLY_LAN},
+                                                       {"IPTV", CWMP_APPLY_IPTV},
+                                                       {"NAT", CWMP_APPLY_NAT},
+                                                       {"XMPP", CWMP_APPLY_XMPP},
+                                                       {"DOWNLOAD_TEST", CWMP_APPLY_DOWNLOAD_TEST},
+                                                       {"UPLOAD_TEST", CWMP_APPLY_UPLOAD_TEST},
+                                                       {"STUN", CWMP_APPLY_STUN},
+                                                       {"PING_TEST", CWMP_APPLY_PING_TEST},
+                                                       {"TRACE_ROUTE", CWMP_APPLY_TRACE_ROUTE},
+                                                       {"UDP_ECHO", CWMP_APPLY_UDP_ECHO},
+                                                       {"WIRELESS_MODE", CWMP_APPLY_WIRELESS_MODE}};
+
+int operation(const std::string& name) {
+    for (const auto& [word, op] : kOperations)
+        if (name == word) return op;
+    throw std::runtime_error("no such call: " + name);
+}
+
+bool is_of_store(const std::string& event) {
+    for (const char* function : {"uciRaw", "is_support_isp_reset:", "IsOptionAllowToChange:"})
+        if (event.starts_with(function)) return true;
+    return false;
+}
+
+std::string flags_of(unsigned flags) {
+    std::string names;
+    for (const auto& [name, bit] : kFlags) {
+        if ((flags & bit) != 0) names += (names.empty() ? "flags " : ",") + std::string(name);
+        flags &= ~bit;
+    }
+    if (flags != kEarlierFlag) names += " and bits " + std::to_string(flags);
+    return names;
+}
+
+std::string joined(const Words& parts, const char* separator) {
+    std::string text;
+    for (const auto& part : parts) text += (&part == parts.data() ? "" : separator) + part;
+    return text;
+}
+
+void replace_all(std::string& text, const std::string& old, const std::string& now) {
+    for (std::size_t at = 0; (at = text.find(old, at)) != std::string::npos; at += now.size())
+        text.replace(at, old.size(), now);
+}
+
+// "1 / 2", "-1 x3": one text for all when all did the same.
+std::string joined_calls(const Words& told) {
+    if (std::equal(told.begin() + 1, told.end(), told.begin())) return told[0];
+    Words runs;
+    for (std::size_t i = 0, length = 0; i < told.size(); i += length) {
+        for (length = 1; i + length < told.size() && told[i + length] == told[i];) ++length;
+        runs.push_back(told[i] + (length == 1 ? "" : " x" + std::to_string(length)));
+    }
+    return joined(runs, " / ");
+}
+
+std::string as_value(const std::string& text) { return text.empty() ? "''" : rows::escape(text); }
+
+std::string dotted(const Locate& locate) {
+    std::string text = std::to_string(locate[0]);
+    std::size_t last = CWMP_LOCATE_SIZE - 1;
+    while (last > 0 && locate[last] == 0) --last;
+    for (std::size_t i = 1; i <= last; ++i) text += "." + std::to_string(locate[i]);
+    return text;
+}
+
+Locate locate_of(const std::string& text) {
+    Locate locate{};
+    std::size_t i = 0;
+    for (const auto& number : rows::split(text, ".")) locate.at(i++) = std::stoi(number);
+    return locate;
+}
+
+// Everything before `mark`, which is cut off together with the mark; all when there is none.
+std::string take_until(std::string& text, const std::string& mark) {
+    const auto end = text.find(mark);
+    const std::string head = text.substr(0, end);
+    text = end == std::string::npos ? "" : text.substr(end + mark.size());
+    return head;
+}
+
+}  // namespace
+
+void RouterTest::world(const std::string& line) {
+    std::string rest = line;
+    const std::string word = rest.substr(0, rest.find(' '));
+    const auto arguments = [&] {
+        take_until(rest, " ");
+        return take_until(rest, ": ");
+    };
+    if (word == "answer") {
+        std::string command = arguments();
+        const auto status = command.ends_with(']') ? command.rfind(" [") : std::string::npos;
+        const int code = status == std::string::npos ? 0 : std::stoi(command.substr(status + 2));
+        answer(command.substr(0, status), rows::unescape(rest), code);
+    } else if (word == "file") {
+        const std::string path = arguments();
+        file(path, rows::unescape(rest));
+    } else if (word == "remove") {
+        remove_file(arguments());
+    } else if (word == "level") {
+        const Words numbers = rows::words(arguments());
+        level(std::stoi(numbers[0]), numbers.size() > 1 ? std::stoi(numbers[1]) : 0);
+    } else if (word == "mute") {
+        mute_ = arguments();
+    } else if (word == "show") {
+        store_events_ = arguments() == "store";
+    } else if (word == "agent") {
+        agent_known_ = arguments() != "none";
+    } else {
+        for (std::string item : rows::split(line, " | ")) {
+            const bool has_value = item.find('=') != std::string::npos;
+            for (const auto& name : rows::expand(take_until(item, "=")))
+                change(name, rows::unescape(item), has_value);
+        }
+    }
+}
+
+// "wifi.ap.ssid" with its value, "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", or "+wifi." for a package.
+void RouterTest::change(const std::string& what, const std::string& value, bool has_value) {
+    const std::size_t start = what[0] == '-' || what[0] == '+' ? 1 : 0;
+    const auto slash = what.find('/');
+    const std::size_t name = slash == std::string::npos ? start : slash + 1;
+    const std::string short_directory = slash == std::string::npos ? "" : what.substr(start, slash - start);
+    const std::string directory = short_directory.empty()          ? kLive
+                                  : short_directory == "profile.d" ? kProfile
+                                                                   : "/tmp/" + short_directory;
+    const std::string tuple = what.substr(name);
+    if (what[0] == '+') {
+        package(tuple.substr(0, tuple.size() - 1), "", directory);
+    } else if (what[0] == '-') {
+        erase(tuple, directory);
+    } else if (has_value) {
+        store(tuple, value, directory);
+    } else {
+        add_section(tuple.substr(0, tuple.find(':')), tuple.substr(tuple.find(':') + 1), directory);
+    }
+}
+
+std::string RouterTest::effects(const std::function<std::string()>& call) {
+    forget();
+    const rows::Snapshot before = rows::snapshot();
+    const std::string result = [&] {
+        std::optional<NoFreeDescriptor> none;
+        if (starved_) none.emplace();
+        return call();
+    }();
+    Words parts;
+    if (!result.empty()) parts.push_back(result);
+    for (const auto& change : rows::changes(before, rows::snapshot())) parts.push_back(change);
+    if (mute_.find('$') == std::string::npos) {
+        for (const auto& command : commands()) parts.push_back("$ " + rows::escape(command));
+    }
+    if (mute_.find('!') == std::string::npos) {
+        for (auto event : console()) {
+            while (event.ends_with('\n')) event.pop_back();
+            if (!store_events_ && is_of_store(event)) continue;
+            parts.push_back("! " + rows::escape(event));
+        }
+    }
+    return parts.empty() ? "nothing" : joined(parts, " | ");
+}
+
+std::string RouterTest::told_handler(int op, const std::string& name, const Locate& given,
+                                     const std::string& value) {
+    const cwmp_agent_state* record = agent_known_ ? &kAgent : nullptr;
+    Locate locate = given;
+    std::vector<char> buffer(CWMP_VALUE_SIZE);
+    const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD;
+    (answers ? std::string(kUntouched) : value).copy(buffer.data(), buffer.size() - 1);
+    unsigned flags = kEarlierFlag;
+    std::vector<uint32_t> numbers(32);
+    auto capacity = static_cast<uint32_t>(numbers.size());
+    int code = 0;
+    if (op == CWMP_OP_GET)
+        code = call(handler(name.c_str()), op, locate.data(), buffer.data(), record);
+    else if (op == CWMP_OP_LIST)
+        code = call(handler(name.c_str()), op, locate.data(), numbers.data(), &capacity);
+    else
+        code = call(handler(name.c_str()), op, locate.data(), buffer.data(), &flags, record);
+
+    Words parts;
+    if (code != 0) parts.push_back(std::to_string(code));
+    if (answers && (code == 0 || std::strcmp(buffer.data(), kUntouched) != 0))
+        parts.push_back(as_value(buffer.data()));
+    EXPECT_TRUE(answers || op == CWMP_OP_LIST || value == buffer.data())
+        << name << " changed the caller's text";
+    if (op == CWMP_OP_LIST && code == 0) {
+        std::string list = numbers[0] == 0 ? "none" : std::to_string(numbers[0]);
+        for (std::size_t i = 1; i < numbers.size() && numbers[i] != 0; ++i)
+            list += " " + std::to_string(numbers[i]);
+        parts.push_back(list);
+    }
+    if (locate != given) parts.push_back("locate " + dotted(locate));
+    const std::string raised = flags_of(flags);
+    if (!raised.empty()) parts.push_back(raised);
+    return joined(parts, " | ");
+}
+
+// Numbers, 'texts', null, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register, so that one
+// function type serves all.
+std::string RouterTest::told_function(const std::string& name, const Words& arguments, bool answers_text) {
+    std::vector<std::vector<char>> texts(kMostArguments);
+    std::array<long, kMostArguments> numbers{}, given{};
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& word = arguments[i];
+        const bool is_text = word[0] == '\'';
+        if (is_text || (word.size() > 1 && word[0] == '?')) {
+            const std::string text = is_text ? word.substr(1) : std::string(kUntouched);
+            texts[i].resize(is_text ? text.size() + 1 : static_cast<std::size_t>(std::stoi(word.substr(1))),
+                            '\0');
+            text.copy(texts[i].data(), texts[i].size() - 1);
+            given[i] = reinterpret_cast<long>(texts[i].data());
+        } else if (word == "?") {
+            numbers[i] = 99;
+            given[i] = reinterpret_cast<long>(&numbers[i]);
+        } else if (word != "null") {
+            given[i] = std::stol(word);
+        }
+    }
+    using Function = long(long, long, long, long, long, long, long, long);
+    auto* function = reinterpret_cast<Function*>(address(name.c_str()));
+    const long result =
+        function(given[0], given[1], given[2], given[3], given[4], given[5], given[6], given[7]);
+    const auto* text = reinterpret_cast<const char*>(result);
+    Words parts = {!answers_text     ? std::to_string(static_cast<int>(result))
+                   : text == nullptr ? "null"
+                                     : as_value(text)};
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        if (arguments[i] == "?")
+            parts.push_back(std::to_string(static_cast<int>(numbers[i])));
+        else if (!texts[i].empty() && (arguments[i][0] != '\'' || arguments[i].substr(1) != texts[i].data()))
+            parts.push_back(
+                as_value(std::strcmp(texts[i].data(), kUntouched) == 0 ? kUntouched : texts[i].data()));
+    }
+    return joined(parts, " ");
+}
+
+// Every handler of the row with every place and value, the passes of a SET in turn.
+Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
+    Words names, locates;
+    for (const auto& word : rows::words(take_until(rest, " = "))) {
+        auto& list = names.empty() ? names : locates;
+        for (const auto& each : rows::expand(word)) list.push_back(each);
+    }
+    if (locates.empty()) locates.push_back("0");
+    const Words values = rest.starts_with('\'') ? rows::words(rest) : Words{"'" + rows::unescape(rest)};
+    const Words passes = verb == "passes" ? Words{"stage", "check", "apply"} : Words{verb};
+    Words told;
+    for (const auto& name : names) {
+        for (const auto& locate : locates) {
+            for (const auto& value : values) {
+                Words each;
+                for (const auto& pass : passes) {
+                    const int op = operation(pass);
+                    each.push_back(
+                        effects([&] { return told_handler(op, name, locate_of(locate), value.substr(1)); }));
+                    // A handler's own events need not name it.
+                    replace_all(each.back(), "! " + name + ": ", "! ");
+                }
+                if (std::equal(each.begin() + 1, each.end(), each.begin())) each.resize(1);
+                told.insert(told.end(), each.begin(), each.end());
+            }
+        }
+    }
+    return told;
+}
+
+std::string RouterTest::told(const std::string& row) {
+    std::string rest = row;
+    starved_ = rest.starts_with("starved ");
+    if (starved_) take_until(rest, " ");
+    const std::string verb = take_until(rest, " ");
+    if (verb != "call" && verb != "text") return joined_calls(told_handlers(verb, rest));
+    const std::string name = take_until(rest, " ");
+    return effects([&] { return told_function(name, rows::words(rest), verb == "text"); });
+}
