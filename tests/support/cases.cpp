@@ -86,7 +86,10 @@ class CaseTest : public RouterTest {
             for (Line& line : *lines) {
                 if (line.text.empty() || line.text[0] == '#') continue;
                 if (!is_call(line.text)) {
-                    world(line.text);
+                    if (line.text.starts_with("use "))
+                        use(line.text.substr(4));
+                    else
+                        world(line.text);
                     continue;
                 }
                 const std::string now = told(line.text);
@@ -101,6 +104,12 @@ class CaseTest : public RouterTest {
     static bool renew;
 
   private:
+    // A world that several files have in common.
+    void use(const std::string& name) {
+        for (const auto& line : rows::split(text_of(kDirectory + ("/" + name) + ".world").value_or(""), "\n"))
+            world(line);
+    }
+
     std::vector<Line>& start_;
     Case& own_;
 };
@@ -114,7 +123,7 @@ int main(int argc, char** argv) {
     std::map<std::string, std::vector<Case>> files;
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(kDirectory, none))
-        files[entry.path()] = read_cases(entry.path());
+        if (entry.path().extension() == ".cases") files[entry.path()] = read_cases(entry.path());
     for (auto& [path, cases] : files) {
         const std::string suite = std::filesystem::path(path).stem();
         for (std::size_t i = 1; i < cases.size(); ++i) {

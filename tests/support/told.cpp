@@ -160,7 +160,10 @@ void RouterTest::change(const std::string& what, const std::string& value, bool 
     } else if (what[0] == '-') {
         erase(tuple, directory);
     } else if (has_value) {
-        store(tuple, value, directory);
+        const auto section = tuple.find('.') + 1, option = tuple.rfind('.') + 1;
+        const bool own = value == "@";  // "mac3" for "hosts.3.mac"
+        store(tuple, own ? tuple.substr(option) + tuple.substr(section, option - section - 1) : value,
+              directory);
     } else {
         add_section(tuple.substr(0, tuple.find(':')), tuple.substr(tuple.find(':') + 1), directory);
     }
