@@ -3,8 +3,11 @@ file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*.cpp)
 if(CWMP_LIBUCI_HAS_PROFILE)
     list(REMOVE_ITEM sources ${PROJECT_SOURCE_DIR}/src/config/device_profile.cpp)
 endif()
+set(CWMP_CONSOLE shell CACHE STRING "How an event reaches the console: by a shell's echo, or direct")
+set_property(CACHE CWMP_CONSOLE PROPERTY STRINGS shell direct)
+list(FILTER sources EXCLUDE REGEX /core/console_)
 
-add_library(cwmp-datamodel SHARED ${sources})
+add_library(cwmp-datamodel SHARED ${sources} src/core/console_${CWMP_CONSOLE}.cpp)
 target_include_directories(cwmp-datamodel
     PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>
     PRIVATE ${PROJECT_SOURCE_DIR}/src)

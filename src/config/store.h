@@ -26,8 +26,7 @@ std::optional<std::string> read_option(const OptionPath& at, const char* confdir
 
 // The live store, with the mirror policy. False when the write failed.
 bool write_option(const OptionPath& at, const std::string& value);
-// Another directory; nothing is mirrored. Scratch packages hold names heard on the air and what strangers
-// answered: a value that the console's shell would expand is stored without being logged.
+// Another directory; nothing is mirrored.
 bool write_option(const OptionPath& at, const std::string& value, const char* confdir);
 
 }  // namespace cwmp

@@ -8,7 +8,6 @@
 #include <cstring>
 
 #include "config/store.h"
-#include "core/console_text.h"
 #include "core/log.h"
 
 namespace cwmp {
@@ -87,7 +86,6 @@ bool write_option(const OptionPath& at, const std::string& value) {
 }
 
 bool write_option(const OptionPath& at, const std::string& value, const char* confdir) {
-    const Silence silence(console_expands(value.c_str()));
     return uciRawSetValueByPath(at.package, at.section, at.option, value.c_str(), confdir) == 0;
 }
 

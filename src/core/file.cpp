@@ -1,20 +1,45 @@
 #include "core/file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
 #include <cstring>
 
 namespace cwmp {
 
-std::optional<std::string> read_line(std::FILE* file, std::size_t limit) {
-    std::string line(limit + 1, '\0');
-    if (std::fgets(line.data(), static_cast<int>(line.size()), file) == nullptr) return std::nullopt;
+bool Lines::read_more() {
+    char piece[1024];
+    ssize_t count = 0;
+    do {
+        count = read(descriptor_, piece, sizeof piece);
+    } while (count < 0 && errno == EINTR);
+    if (count <= 0) return false;
+    text_.append(piece, static_cast<std::size_t>(count));
+    return true;
+}
+
+std::optional<std::string> Lines::next(std::size_t limit) {
+    std::size_t end = 0;
+    while ((end = text_.find('\n')) >= limit && text_.size() < limit && read_more()) {
+    }
+    if (text_.empty() && limit > 0) return std::nullopt;
+    const bool whole = end < limit;
+    std::string line = text_.substr(0, std::min(end, limit));
+    text_.erase(0, line.size() + (whole ? 1 : 0));
+    // Nobody looks behind a NUL byte.
     line.resize(std::strlen(line.c_str()));
-    if (line.ends_with('\n')) line.pop_back();
     return line;
 }
 
+void Lines::reset(int descriptor) {
+    if (descriptor_ >= 0) close(descriptor_);
+    descriptor_ = descriptor;
+}
+
 std::optional<std::string> first_line_of_file(const char* path, std::size_t limit) {
-    const File file(std::fopen(path, "re"));
-    return file != nullptr ? read_line(file.get(), limit) : std::nullopt;
+    return Lines(open(path, O_RDONLY | O_CLOEXEC)).next(limit);
 }
 
 }  // namespace cwmp

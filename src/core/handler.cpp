@@ -1,10 +1,11 @@
 #include "core/handler.h"
 
-#include <cstring>
+#include "core/refusal.h"
 
 namespace cwmp {
 
 GetArguments::GetArguments(va_list args) {
+    forget_refusal();
     va_list copy;
     va_copy(copy, args);
     locate_ = va_arg(copy, int*);
@@ -14,12 +15,14 @@ GetArguments::GetArguments(va_list args) {
 
 int GetArguments::answer(std::string_view text) const {
     if (value_ == nullptr) return kRefused;
+    forget_refusal();
     const std::size_t length = text.copy(value_, CWMP_VALUE_SIZE - 1);
     value_[length] = '\0';
     return kDone;
 }
 
 SetArguments::SetArguments(va_list args) {
+    forget_refusal();
     va_list copy;
     va_copy(copy, args);
     locate_ = va_arg(copy, int*);

@@ -4,9 +4,10 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 
+#include "core/console.h"
+#include "core/shell.h"
 #include "cwmp/logging.h"
 
 int32_t l_dbglvl = cwmp::kError;
@@ -25,13 +26,13 @@ class Message {
     const char* text() const { return text_; }
 
   private:
-    char text_[2048] = {};
+    char text_[cwmp::kMessageSize] = {};
 };
 
-std::string console_command(const char* message) {
+std::string with_process(const char* message) {
     char process[32];
-    std::snprintf(process, sizeof process, "echo \"[%5d] ", static_cast<int>(getpid()));
-    return std::string(process) + message + "\" > /dev/console \r\n";
+    std::snprintf(process, sizeof process, "[%5d] ", static_cast<int>(getpid()));
+    return std::string(process) + message;
 }
 
 }  // namespace
@@ -42,8 +43,7 @@ void log_printf(int level, const char* format, ...) {
     va_start(args, format);
     const Message message(format, args);
     va_end(args);
-    // The console is the last resort: when even its shell fails, nobody is left to be told.
-    [[maybe_unused]] const int status = std::system(console_command(message.text()).c_str());
+    cwmp::echo_on_console(with_process(message.text()));
 }
 
 void log_syslog(int level, const char* format, ...) {
@@ -70,13 +70,20 @@ int debug_level(int /*op*/, va_list args) {
 
 namespace cwmp {
 
+// The console is the last resort: when even its shell fails, nobody is left to be told.
+void echo_on_console(const std::string& line) {
+    run_shell(("echo \"" + line + "\" > /dev/console \r\n").c_str());
+}
+
 void log_event(Caller caller, int level, const char* format, ...) {
     if (level > l_dbglvl) return;
     va_list args;
     va_start(args, format);
     const Message message(format, args);
     va_end(args);
-    log_printf(level, "[%s %d] %s", caller.function, caller.line, message.text());
+    char line[kMessageSize];
+    std::snprintf(line, sizeof line, "[%s %d] %s", caller.function, caller.line, message.text());
+    write_console(with_process(line));
     log_syslog(level, "%s", message.text());
 }
 

@@ -10,6 +10,9 @@ inline constexpr int kWarning = 4;
 inline constexpr int kProgress = 6;
 inline constexpr int kDebug = 7;
 
+// What a message is cut to, terminator included.
+inline constexpr int kMessageSize = 2048;
+
 // Where an event is reported from. As a defaulted last parameter of a building block it names the handler
 // that called the block.
 struct Caller {
@@ -21,6 +24,8 @@ struct Caller {
     }
 };
 
+// The console shows the message, and the system log gets it, as it is: whatever it holds, nothing of it is
+// expanded or run.
 void log_event(Caller caller, int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 }  // namespace cwmp

@@ -3,7 +3,7 @@
 
 #include "core/command.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "cwmp/platform.h"
 
 namespace {
@@ -48,9 +48,6 @@ int FwinfoDeviceInfo(int op, va_list args, const char* command) {
     constexpr std::size_t kLimit = 99;
     if (op != CWMP_OP_GET) return cwmp::kRefused;
     cwmp::Command pipe(command);
-    if (!pipe) {
-        LOG_ERROR("Failed to use fwinfo to get  DeviceInfo \n");
-        return cwmp::kRefused;
-    }
+    if (!pipe) return REFUSE("Failed to use fwinfo to get  DeviceInfo \n");
     return cwmp::GetArguments(args).answer(pipe.line(kLimit).value_or(""));
 }

@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "core/command.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/handler.h"
 #include "cwmp/platform.h"
@@ -52,10 +52,7 @@ int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, c
     const std::string* radio = cwmp::choose_radio(locate, band, radio_2g, radio_5g);
     if (radio == nullptr) return -1;
     cwmp::Command pipe(cwmp::channel_command(*radio));
-    if (!pipe) {
-        LOG_ERROR("Failed to get Channel pool\n");
-        return -1;
-    }
+    if (!pipe) return REFUSE("Failed to get Channel pool\n");
     const std::string line = pipe.line().value_or("");
     const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
     std::string list;

@@ -4,7 +4,7 @@
 
 #include "core/command.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "platform/profile.h"
@@ -76,27 +76,18 @@ const char* find_line_of(const Interface& interface, const std::string& line) {
 
 int get_TotalBytesAndPackets_by_name(int op, va_list args, const char* const names[3], const char* counter) {
     const cwmp::GetArguments get(args);
-    if (op != CWMP_OP_GET) {
-        LOG_ERROR("error set Bytes and Packets !\n");
-        return cwmp::kRefused;
-    }
+    if (op != CWMP_OP_GET) return REFUSE("error set Bytes and Packets !\n");
     const cwmp::Interface interface = cwmp::resolve(cwmp::chosen_name(get.locate(), names));
     cwmp::Fields fields;
     if (!interface.name.empty()) {
         cwmp::Command pipe("cat /proc/net/dev");
-        if (!pipe) {
-            LOG_ERROR("Failed to get TotableBytesReceived\n");
-            return cwmp::kRefused;
-        }
+        if (!pipe) return REFUSE("Failed to get TotableBytesReceived\n");
         while (const auto line = pipe.line()) {
             if (const char* at = cwmp::find_line_of(interface, *line)) fields = cwmp::scan(at);
         }
     }
     const cwmp::Counter* found = cwmp::find_counter(counter);
-    if (found == nullptr) {
-        LOG_ERROR("error get Bytes and Packets !\n");
-        return cwmp::kRefused;
-    }
+    if (found == nullptr) return REFUSE("error get Bytes and Packets !\n");
     const int shift = interface.name == cwmp::kNameThatFillsItsColumn ? 1 : 0;
     const std::string value = fields.text[found->field + shift];
     return get.answer(cwmp::all_digits(value) ? value : "0");

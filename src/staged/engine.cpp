@@ -1,5 +1,6 @@
 #include "staged/engine.h"
 
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "staged/check_script.h"
@@ -35,7 +36,7 @@ int reject(const Object& object, Verdict verdict, Caller caller) {
     } else if (object.apply_rejected != nullptr) {
         log_event(caller, kProgress, "%s", object.apply_rejected);
     }
-    log_event(caller, kProgress, "!!!  %s set fail \n\n", object.name);
+    refuse(caller, kProgress, "!!!  %s set fail \n\n", object.name);
     Record::staging(object).clear();
     return kFailed;
 }
@@ -62,7 +63,11 @@ bool Check::number(int option, int least, int most, const char* refusal) const {
     return (number >= least && number <= most) || fail(refusal);
 }
 
-bool Check::script_accepts() const { return ask_script(object_, "check", caller_) == Verdict::accepted; }
+bool Check::script_accepts() const {
+    if (ask_script(object_, "check", caller_) == Verdict::accepted) return true;
+    keep_refusal("the check script refuses these settings together");
+    return false;
+}
 
 bool Check::pass(const char* message) const {
     log_event(caller_, kProgress, "%s", message);
@@ -70,7 +75,7 @@ bool Check::pass(const char* message) const {
 }
 
 bool Check::fail(const char* message, int level) const {
-    log_event(caller_, level, "%s", message);
+    refuse(caller_, level, "%s", message);
     return false;
 }
 

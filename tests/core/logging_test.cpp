@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+#include "cwmp/last_refusal.h"
+#include "cwmp/staged_objects.h"
 #include "router_test.h"
 
 namespace {
@@ -118,12 +120,39 @@ TEST_F(Logging, WritesTheSystemLogOnlyWhenSwitchedOnWithOne) {
     EXPECT_EQ(raw_console(), "");
 }
 
-TEST_F(Logging, TellsEachEventToBothLogs) {
+// Whatever a value holds, it is shown and not run; the message is cut before anything is escaped.
+TEST_F(Logging, TellsEachEventToBothLogsAsItIs) {
     const SystemLog log;
     level(3, 1);
-    EXPECT_EQ(set("DeviceInfo_FirstUseDate", {}, "x").code, -1);
-    EXPECT_THAT(console(), ElementsAre("DeviceInfo_FirstUseDate: Get FirstUseDate error\n"));
-    EXPECT_THAT(log.entries(), ElementsAre("<11>cwmp: cwmp syslog:Get FirstUseDate error\n"));
+    for (const std::string& value :
+         {std::string("$(touch /tmp/a)`touch /tmp/a`\";touch /tmp/a;\"\\$HOME"), std::string(3000, '`')}) {
+        forget();
+        const std::string message = "failed to set invalid mac " + value + "\n";
+        EXPECT_EQ(set("DHCPv4_Server_Pool_StaticAddress_Chaddr", {1, 1}, value).code, -1);
+        const std::string line = raw_console().substr(sizeof "[12345]");
+        const std::string name = line.substr(0, line.find("] ") + 2);
+        EXPECT_THAT(name, ::testing::StartsWith("[DHCPv4_Server_Pool_StaticAddress_Chaddr "));
+        EXPECT_EQ(line, (name + message).substr(0, 2047) + " \r\n");
+        EXPECT_THAT(log.entries(), ElementsAre("<11>cwmp: cwmp syslog:" + message.substr(0, 2047)));
+        EXPECT_FALSE(exists("/tmp/a"));
+    }
+}
+
+TEST_F(Logging, KeepsTheReasonOfARefusalAtEveryLevel) {
+    level(-1);
+    const auto reason = FROM_LIBRARY(cwmp_last_refusal);
+    EXPECT_STREQ(reason(), "");
+    EXPECT_EQ(set("LANDevice_WLANConfiguration_X_QM_TransmitPower", {1, 1}, "7").code, -1);
+    EXPECT_STREQ(reason(), "txpower value is not valid");
+    EXPECT_STREQ(reason(), "") << "handed out twice";
+
+    EXPECT_EQ(get("NAT_PortMapping_Enable", {0}).code, -1);
+    EXPECT_EQ(get("RootDataModelVersion").code, 0);
+    EXPECT_STREQ(reason(), "") << "the call after it was done";
+
+    FROM_LIBRARY(lan_pre)(CWMP_LAN_ADDRESS, "1.2.3");
+    EXPECT_EQ(FROM_LIBRARY(lan_check)(), 0);
+    EXPECT_STREQ(reason(), "!!! lan check fail 1");
 }
 
 TEST_F(Logging, DebugLevelSetsAndPrintsBothSwitchesWhateverTheOperation) {

@@ -1,11 +1,13 @@
 #include "handlers/blocks/command_line.h"
 
+#include "core/refusal.h"
+
 namespace cwmp {
 
 std::optional<std::string> first_line(const CommandLine& source, Caller caller) {
     Command pipe(source.command);
     if (!pipe) {
-        log_event(caller, kError, "%s", source.cannot_start);
+        refuse(caller, kError, "%s", source.cannot_start);
         return std::nullopt;
     }
     return pipe.line(source.limit).value_or("");

@@ -1,14 +1,12 @@
 #include "handlers/blocks/numbered.h"
 
+#include "core/refusal.h"
+
 namespace cwmp {
 
 int refuse_instance(int number, Caller caller) {
-    if (number == 0) {
-        log_event(caller, kError, "locate error\n");
-    } else {
-        log_event(caller, kError, "Failed, locate[0] = %d\n", number);
-    }
-    return kRefused;
+    if (number == 0) return refuse(caller, kError, "locate error\n");
+    return refuse(caller, kError, "Failed, locate[0] = %d\n", number);
 }
 
 std::optional<int> require_number(int number, int last, Caller caller) {

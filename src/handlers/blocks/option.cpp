@@ -2,12 +2,13 @@
 
 #include <cstring>
 
+#include "core/refusal.h"
+
 namespace cwmp {
 namespace {
 
 int fail(Caller caller, const char* event) {
-    if (event != nullptr) log_event(caller, kError, "%s", event);
-    return kRefused;
+    return event != nullptr ? refuse(caller, kError, "%s", event) : kRefused;
 }
 
 bool write(const Option& parameter, const std::string& text) {

@@ -1,5 +1,6 @@
 #include "handlers/blocks/staged.h"
 
+#include "core/refusal.h"
 #include "staged/transaction.h"
 
 namespace cwmp {
@@ -37,10 +38,7 @@ int staged(int op, va_list args, const StagedField& field, Caller caller) {
     if (set.value() == nullptr) return kRefused;
     if (field.to_stage == nullptr) return execute(field, *mode, set.value(), set.flags());
     const auto text = field.to_stage(set.value());
-    if (!text) {
-        log_event(caller, kError, "value is not valid\n");
-        return kRefused;
-    }
+    if (!text) return refuse(caller, kError, "value is not valid\n");
     return execute(field, *mode, text->c_str(), set.flags());
 }
 

@@ -1,6 +1,7 @@
 // InternetGatewayDevice.DeviceInfo. and Device.DeviceInfo.
 #include <cstdlib>
 
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "handlers/blocks/command_line.h"
@@ -72,16 +73,13 @@ HANDLER(DeviceInfo_ProvisioningCode) {
 }
 
 HANDLER(DeviceInfo_FirstUseDate) {
-    if (op != CWMP_OP_GET) {
-        LOG_ERROR("Get FirstUseDate error\n");
-        return kRefused;
-    }
+    if (op != CWMP_OP_GET) return REFUSE("Get FirstUseDate error\n");
     return read_only_option(op, args,
                             {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
 }
 
 HANDLER(DeviceInfo_DeviceLog) {
-    if (op != CWMP_OP_GET) LOG_ERROR("Get DeviceLog error\n");
+    if (op != CWMP_OP_GET) return REFUSE("Get DeviceLog error\n");
     return constant(op, args, "");
 }
 
@@ -96,10 +94,7 @@ namespace {
 int memory_status(int op, va_list args, const char* key, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     Command pipe("cat /proc/meminfo");
-    if (!pipe) {
-        log_event(caller, kError, "Failed to open MemFree info\n");
-        return kRefused;
-    }
+    if (!pipe) return refuse(caller, kError, "Failed to open MemFree info\n");
     std::string number;
     while (const auto line = pipe.line()) {
         if (!contains(*line, key)) continue;

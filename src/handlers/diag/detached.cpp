@@ -1,14 +1,18 @@
 #include "handlers/diag/detached.h"
 
-#include <sys/resource.h>
+#include <dirent.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 #include "core/command.h"
+#include "core/refusal.h"
 #include "cwmp/message_channel.h"
 
 namespace cwmp {
@@ -18,12 +22,26 @@ constexpr int kForked = 0;
 constexpr int kNotForked = 1;
 
 void close_inherited() {
-    // Where no limit is set the kernel's is far beyond what an agent opens.
-    constexpr rlim_t kMost = 65536;
-    rlimit limit = {kMost, kMost};
-    getrlimit(RLIMIT_NOFILE, &limit);
-    const int end = static_cast<int>(std::min(limit.rlim_cur, kMost));
-    for (int descriptor = STDERR_FILENO + 1; descriptor < end; ++descriptor) close(descriptor);
+    constexpr int kFirst = STDERR_FILENO + 1;
+    if (syscall(SYS_close_range, kFirst, ~0U, 0) == 0) return;
+    // Kernels before 5.9 have no such call.
+    const std::unique_ptr<DIR, int (*)(DIR*)> open_ones(opendir("/proc/self/fd"), closedir);
+    while (const dirent* entry = open_ones != nullptr ? readdir(open_ones.get()) : nullptr) {
+        const int descriptor = std::atoi(entry->d_name);
+        if (descriptor >= kFirst && descriptor != dirfd(open_ones.get())) close(descriptor);
+    }
+}
+
+// Signals come as to a new program: the agent's handlers know nothing of this process.
+void forget_signals() {
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action = {};
+        if (sigaction(number, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+        signal(number, SIG_DFL);
+    }
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
 void log_process(Caller caller, const char* when) {
@@ -33,6 +51,7 @@ void log_process(Caller caller, const char* when) {
 
 void become_job(Caller caller) {
     close_inherited();
+    forget_signals();
     log_process(caller, "before");
     setsid();
     log_process(caller, "after");
@@ -62,7 +81,7 @@ Side detach(Caller caller) {
         return Side::kJob;
     }
     if (between > 0 && forked_again(between)) return Side::kAgent;
-    log_event(caller, kError, "error fork pid\n");
+    refuse(caller, kError, "error fork pid\n");
     return Side::kFailed;
 }
 

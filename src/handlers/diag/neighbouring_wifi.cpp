@@ -3,6 +3,7 @@
 #include <climits>
 
 #include "core/command.h"
+#include "core/refusal.h"
 #include "cwmp/diagnostics.h"
 #include "cwmp/uci_access.h"
 #include "handlers/diag/detached.h"
@@ -120,10 +121,7 @@ const char* standards_of(const std::string& frequency, const std::string& mode) 
 int NeighboringWiFi_Diagnostic(const char* command, int first) {
     if (command == nullptr) return kRefused;
     Command output(command);
-    if (!output) {
-        LOG_ERROR("Failed to exec %s\n\n", command);
-        return kRefused;
-    }
+    if (!output) return REFUSE("Failed to exec %s\n\n", command);
     const int most = std::min(first, INT_MAX - kMostCells) + kMostCells;
     int last = first;
     std::string number;

@@ -2,7 +2,7 @@
 // handlers these take a SET in the apply pass only.
 #include <cstring>
 
-#include "core/console_text.h"
+#include "core/refusal.h"
 #include "handlers/diag/diagnostics.h"
 
 using namespace cwmp;
@@ -29,11 +29,9 @@ int set_switch(va_list args, const char* option, unsigned int apply_when_on, Cal
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto digit = switch_digit(set.value());
-    if (!digit) {
-        log_event(caller, kError, "UDPEchoConfig %s set to %s, should be true(1) or false(0).\n", option,
-                  for_console(set.value()).c_str());
-        return kRefused;
-    }
+    if (!digit)
+        return refuse(caller, kError, "UDPEchoConfig %s set to %s, should be true(1) or false(0).\n", option,
+                      set.value());
     if (!write_test(kEcho / option, *digit)) return kRefused;
     if (*digit == "1") set.raise(apply_when_on);
     return kDone;
@@ -74,10 +72,7 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
     const SetArguments set(args);
     if (set.value() == nullptr || !text_within(set.value(), kLongest)) return kRefused;
     const auto device = device_of(set.value());
-    if (!device) {
-        LOG_ERROR("Don't support this interface : %s now\n", for_console(set.value()).c_str());
-        return kRefused;
-    }
+    if (!device) return REFUSE("Don't support this interface : %s now\n", set.value());
     return write_test(kEcho / "IfName", *device) ? kDone : kRefused;
 }
 
@@ -91,11 +86,8 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
     if (op != CWMP_OP_GET) return set_switch(args, "Enable", CWMP_APPLY_UDP_ECHO);
     const auto stored = read_test(kEcho / "Enable");
     if (!stored) return kRefused;
-    if (*stored != "0" && *stored != "1") {
-        LOG_ERROR("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n",
-                  for_console(stored->c_str()).c_str());
-        return kRefused;
-    }
+    if (*stored != "0" && *stored != "1")
+        return REFUSE("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n", stored->c_str());
     return GetArguments(args).answer(*stored);
 }
 

@@ -1,6 +1,7 @@
 #include "handlers/interfaces/account.h"
 
 #include "config/store.h"
+#include "core/refusal.h"
 
 namespace cwmp::interfaces {
 
@@ -36,14 +37,8 @@ int account(int op, va_list args, const Account& account, Caller caller) {
     if (set.value() == nullptr) return kRefused;
     if (require_instance(account.object, set.locate(), caller) == nullptr) return kRefused;
     const auto text = account.accepts(set.value());
-    if (!text) {
-        log_event(caller, kError, "value is not valid\n");
-        return kRefused;
-    }
-    if (!write_account(account, *text)) {
-        log_event(caller, kError, "UCI set params error\n");
-        return kRefused;
-    }
+    if (!text) return refuse(caller, kError, "value is not valid\n");
+    if (!write_account(account, *text)) return refuse(caller, kError, "UCI set params error\n");
     set.raise(CWMP_APPLY_WAN);
     return kDone;
 }

@@ -1,5 +1,6 @@
 // Device.DNS.: the servers that the router asks, and those that an operator fixes.
 #include "config/store.h"
+#include "core/refusal.h"
 #include "cwmp/interface_stack.h"
 #include "cwmp/value_checks.h"
 #include "handlers/blocks/forward.h"
@@ -71,14 +72,9 @@ int set_fixed(va_list args, Caller caller = Caller::here()) {
     const std::string type = wan_type();
     if (!can_be_fixed(type)) return refuse_instance(*server, caller);
     const auto address = server_to_store(set.value());
-    if (!address) {
-        log_event(caller, kError, "value is not valid\n");
-        return kRefused;
-    }
-    if (!write_option({"protocol", type.c_str(), option_of(*server)}, *address)) {
-        log_event(caller, kError, "UCI set params error\n");
-        return kRefused;
-    }
+    if (!address) return refuse(caller, kError, "value is not valid\n");
+    if (!write_option({"protocol", type.c_str(), option_of(*server)}, *address))
+        return refuse(caller, kError, "UCI set params error\n");
     set.raise(CWMP_APPLY_WAN);
     return kDone;
 }

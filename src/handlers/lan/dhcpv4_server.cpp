@@ -1,6 +1,7 @@
 // Device.DHCPv4.Server. and its one pool, without the static addresses.
 #include "core/addresses.h"
 #include "core/command.h"
+#include "core/refusal.h"
 #include "cwmp/interface_stack.h"
 #include "handlers/blocks/option.h"
 #include "handlers/lan/lan_host_config.h"
@@ -25,10 +26,7 @@ HANDLER(DHCPv4_Server_Pool_Chaddr) {
     const GetArguments get(args);
     const int pool = get.locate()[0];
     const auto mac = pool == 1 ? read_option({"network", "lan", "macaddr"}) : std::nullopt;
-    if (!mac) {
-        LOG_ERROR("failed to get lan mac locat[0] = %d\n", pool);
-        return kRefused;
-    }
+    if (!mac) return REFUSE("failed to get lan mac locat[0] = %d\n", pool);
     return get.answer(canonical_mac(*mac));
 }
 

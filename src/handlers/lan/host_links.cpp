@@ -4,7 +4,7 @@
 #include "config/numbered_rows.h"
 #include "core/addresses.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "cwmp/platform.h"
 
 using namespace cwmp;
@@ -60,10 +60,7 @@ int host_link(int op, va_list args, std::string (*link)(int host), Caller caller
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int host = get.locate()[0];
-    if (host == 0) {
-        log_event(caller, kError, "locate error\n");
-        return kRefused;
-    }
+    if (host == 0) return refuse(caller, kError, "locate error\n");
     return get.answer(link(host));
 }
 

@@ -4,7 +4,7 @@
 #include "config/store.h"
 #include "core/addresses.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "cwmp/lan.h"
 #include "cwmp/platform.h"
 
@@ -83,10 +83,7 @@ int interface_of_host(int op, va_list args, const char* field, const char* (*nam
     int* locate = get.locate();
     locate[1] = locate[0];
     locate[0] = 1;
-    if (locate[1] == 0) {
-        log_event(caller, kError, "locate error\n");
-        return kRefused;
-    }
+    if (locate[1] == 0) return refuse(caller, kError, "locate error\n");
     if (op != CWMP_OP_GET) return kRefused;
     const auto stored = read_row(kHosts, locate[1], field);
     return get.answer(stored ? name(*stored) : "");

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "core/command.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/lan.h"
 #include "handlers/blocks/option.h"
@@ -87,7 +88,7 @@ std::optional<std::string> servers_in_use() {
     constexpr int kServers = 3;
     Command configuration("cat /tmp/udhcpd_lan.conf");
     if (!configuration) {
-        log_event({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n");
+        refuse({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n");
         return std::nullopt;
     }
     std::string servers;
@@ -127,8 +128,7 @@ HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
     if (op == CWMP_OP_GET) {
         const auto servers = name_servers();
         if (servers) return GetArguments(args).answer(*servers);
-        LOG_ERROR(" get dns-server enable error\n\n");
-        return kRefused;
+        return REFUSE(" get dns-server enable error\n\n");
     }
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;

@@ -5,6 +5,7 @@
 #include "config/device_profile.h"
 #include "config/store.h"
 #include "core/addresses.h"
+#include "core/refusal.h"
 #include "core/text.h"
 
 namespace cwmp {
@@ -30,12 +31,12 @@ std::optional<Lan> read_lan(Caller caller) {
     constexpr Section kLan{"network", "lan"};
     auto address = read_option(kLan / "ipaddr");
     if (!address) {
-        log_event(caller, kError, "failed to get lan ip\n");
+        refuse(caller, kError, "failed to get lan ip\n");
         return std::nullopt;
     }
     auto mask = read_option(kLan / "netmask");
     if (!mask) {
-        log_event(caller, kError, "failed to get lan mask\n");
+        refuse(caller, kError, "failed to get lan mask\n");
         return std::nullopt;
     }
     return Lan{std::move(*address), std::move(*mask)};
@@ -45,7 +46,7 @@ std::optional<std::string> Reservation::stored(const char* option) const {
     UciContext context(kLiveStore);
     uci_section* section = context && context.load(kReservations) ? context.section(name()) : nullptr;
     if (section == nullptr) {
-        log_event(caller_, kError, "failed to get option %s from section %s\n", option, name());
+        refuse(caller_, kError, "failed to get option %s from section %s\n", option, name());
         return std::nullopt;
     }
     return context.value(section, option).value_or("");
@@ -53,13 +54,13 @@ std::optional<std::string> Reservation::stored(const char* option) const {
 
 std::optional<std::string> Reservation::read(const char* option) const {
     auto text = read_option({kReservations, name(), option});
-    if (!text) log_event(caller_, kError, "failed to get option %s from section %s\n", option, name());
+    if (!text) refuse(caller_, kError, "failed to get option %s from section %s\n", option, name());
     return text;
 }
 
 bool Reservation::write(const char* option, const std::string& value) const {
     const bool done = write_option({kReservations, name(), option}, value);
-    if (!done) log_event(caller_, kError, "failed to set option %s to section %s\n", option, name());
+    if (!done) refuse(caller_, kError, "failed to set option %s to section %s\n", option, name());
     return done;
 }
 
@@ -88,11 +89,11 @@ bool Reservation::is_taken(const char* option, const std::string& value, const L
 std::optional<ReservationNumbers> ReservationNumbers::read(Caller caller) {
     UciContext context(kLiveStore);
     if (!context) {
-        log_event(caller, kError, "failed to uci_alloc_context\n");
+        refuse(caller, kError, "failed to uci_alloc_context\n");
         return std::nullopt;
     }
     if (!context.load(kReservations)) {
-        log_event(caller, kError, "failed to uci_load\n");
+        refuse(caller, kError, "failed to uci_load\n");
         return std::nullopt;
     }
     ReservationNumbers numbers;
@@ -100,7 +101,7 @@ std::optional<ReservationNumbers> ReservationNumbers::read(Caller caller) {
     for (const uci_section* section : context.sections(kReservation)) {
         const int number = decimal_prefix(UciContext::name(section));
         if (number < 1 || number > numbers.most_) {
-            log_event(caller, kError, "failed to handle unknown section %d\n", number - 1);
+            refuse(caller, kError, "failed to handle unknown section %d\n", number - 1);
             return std::nullopt;
         }
         numbers.add(number);

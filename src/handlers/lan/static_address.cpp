@@ -1,7 +1,7 @@
 // Device.DHCPv4.Server.Pool.{i}.StaticAddress.{i}.: the parameters of a static address.
 #include "core/addresses.h"
-#include "core/console_text.h"
 #include "core/handler.h"
+#include "core/refusal.h"
 #include "cwmp/value_checks.h"
 #include "handlers/lan/reservation.h"
 
@@ -43,19 +43,15 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
     }
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
-    if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1) {
-        LOG_ERROR("failed to set invalid mac %s\n", for_console(set.value()).c_str());
-        return kRefused;
-    }
+    if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1)
+        return REFUSE("failed to set invalid mac %s\n", set.value());
     const std::string mac = canonical_mac(set.value());
     const Reservation entry = reservation_at(set.locate());
     const auto current = entry.read("mac");
     if (!current) return kRefused;
     if (entry.is_taken("mac", mac, {},
-                       [](const std::string& text, const Lan&) { return canonical_mac(text); })) {
-        LOG_ERROR("failed, mac is already existed\n");
-        return kRefused;
-    }
+                       [](const std::string& text, const Lan&) { return canonical_mac(text); }))
+        return REFUSE("failed, mac is already existed\n");
     if (*current == mac) {
         LOG_ERROR("option mac already set\n");
         return kDone;
@@ -95,24 +91,17 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const std::string address = set.value();
-    if (!is_host_address(set.value())) {
-        LOG_ERROR("failed to set invalid ip %s\n", for_console(set.value()).c_str());
-        return kRefused;
-    }
+    if (!is_host_address(set.value())) return REFUSE("failed to set invalid ip %s\n", set.value());
     const Reservation entry = reservation_at(set.locate());
     const auto current = entry.read("ip");
     const auto lan = current ? read_lan(Caller::here()) : std::nullopt;
     if (!lan) return kRefused;
-    if (!belongs_in(*lan, set.value())) {
-        LOG_ERROR("faild, %s is not in lan %s mask %s subnet\n", set.value(), lan->address.c_str(),
-                  lan->mask.c_str());
-        return kRefused;
-    }
+    if (!belongs_in(*lan, set.value()))
+        return REFUSE("faild, %s is not in lan %s mask %s subnet\n", set.value(), lan->address.c_str(),
+                      lan->mask.c_str());
     if (entry.is_taken("ip", address, *lan,
-                       [](const std::string& text, const Lan& network) { return network.complete(text); })) {
-        LOG_ERROR("failed, ip is already existed\n");
-        return kRefused;
-    }
+                       [](const std::string& text, const Lan& network) { return network.complete(text); }))
+        return REFUSE("failed, ip is already existed\n");
     if (lan->complete(*current) == address) {
         LOG_ERROR("option ip already set\n");
         return kDone;

@@ -5,6 +5,7 @@
 
 #include "config/store.h"
 #include "core/handler.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/instances.h"
 #include "cwmp/uci_access.h"
@@ -18,7 +19,7 @@ namespace {
 constexpr int kFailed = 1;
 
 int fail(Caller caller, const char* event) {
-    log_event(caller, kError, "%s", event);
+    refuse(caller, kError, "%s", event);
     return kFailed;
 }
 
@@ -65,7 +66,7 @@ int remove(va_list args, Caller caller) {
     if (!numbers) return fail(caller, kUndeleted);
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
     if (!numbers->has(number)) {
-        log_event(caller, kError, "failed to del instance %d\n", number);
+        refuse(caller, kError, "failed to del instance %d\n", number);
         return kFailed;
     }
     return erase(std::to_string(number).c_str(), set, caller) ? kDone : fail(caller, kUndeleted);
@@ -98,7 +99,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress) {
         case CWMP_OP_LIST:
             return list(args, Caller::here());
         default:
-            LOG_ERROR("unkown optFlag %d\n", op);
+            REFUSE("unkown optFlag %d\n", op);
             return kFailed;
     }
 }

@@ -1,5 +1,6 @@
 #include "handlers/wan/connection.h"
 
+#include "core/refusal.h"
 #include "core/text.h"
 
 namespace cwmp::wan {
@@ -38,9 +39,9 @@ int connection_of(const int* locate) {
 std::optional<int> require_connection(const int* locate, Caller caller) {
     if (const int number = connection_of(locate); number != 0) return number;
     if (locate == nullptr || locate[0] == 0) {
-        log_event(caller, kError, "locate error\n");
+        refuse(caller, kError, "locate error\n");
     } else {
-        log_event(caller, kError, "Failed, locate[0] = %d\n", locate[0]);
+        refuse(caller, kError, "Failed, locate[0] = %d\n", locate[0]);
     }
     return std::nullopt;
 }

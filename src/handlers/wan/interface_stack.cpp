@@ -1,12 +1,12 @@
 // Device.InterfaceStack.
 #include "cwmp/interface_stack.h"
+#include "core/refusal.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
 
 #include "core/handler.h"
-#include "core/log.h"
 
 using namespace cwmp;
 
@@ -20,10 +20,7 @@ int layer(int op, va_list args, const char* cwmp_interface_stack_row::*path, Cal
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int number = get.locate()[0];
-    if (number == 0) {
-        log_event(caller, kError, "locate error\n");
-        return kRefused;
-    }
+    if (number == 0) return refuse(caller, kError, "locate error\n");
     int shown = 0;
     const auto* row = std::find_if(std::begin(intfStacks), std::end(intfStacks), [&](const auto& candidate) {
         shown += is_shown(candidate) ? 1 : 0;

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "config/store.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "cwmp/wan.h"
@@ -30,7 +31,7 @@ std::string pair_of(const std::string& primary, const std::string& secondary) {
 std::optional<std::string> learned_servers(Caller caller) {
     Command pipe("cat /tmp/resolv.conf");
     if (!pipe) {
-        log_event(caller, kError, "Failed to get dns_server\n");
+        refuse(caller, kError, "Failed to get dns_server\n");
         return std::nullopt;
     }
     std::string servers[2] = {kMissing, kMissing};
@@ -46,7 +47,7 @@ std::optional<std::string> learned_servers(Caller caller) {
 std::optional<std::string> fixed_servers(Caller caller) {
     const auto primary = read_option(kStatic / "pri_dns");
     if (!primary) {
-        log_event(caller, kError, " get dns from proto  error\n");
+        refuse(caller, kError, " get dns from proto  error\n");
         return std::nullopt;
     }
     return pair_of(*primary, read_option(kStatic / "snd_dns").value_or(kMissing));
@@ -65,7 +66,7 @@ std::optional<std::string> ip_name_servers(const int* locate) {
     constexpr const char* kWhileDown = "0.0.0.0,";
     const int number = connection_of(locate);
     if (number == 0) {
-        log_event({kFunction, __LINE__}, kError, " fail to get locate\n\n");
+        refuse({kFunction, __LINE__}, kError, " fail to get locate\n\n");
         return std::nullopt;
     }
     if (number == 1 && check_br_wan_status() != 0) {

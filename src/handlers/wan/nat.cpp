@@ -1,6 +1,7 @@
 // Device.NAT.InterfaceSetting.{i}. and Device.NAT.X_QM_DmzHostCfg.
 #include "config/store.h"
 #include "core/addresses.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "handlers/blocks/command_line.h"
@@ -43,7 +44,7 @@ std::optional<std::string> dmz_address() {
 
 std::optional<std::string> read_or_log(const OptionPath& at, const char* event, Caller caller) {
     auto stored = read_option(at);
-    if (!stored) log_event(caller, kError, "%s", event);
+    if (!stored) refuse(caller, kError, "%s", event);
     return stored;
 }
 
@@ -61,10 +62,8 @@ bool is_lan_host(const char* text, Caller caller) {
 int set_dmz_address(va_list args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr || !is_lan_host(set.value(), caller)) return kRefused;
-    if (!write_option(kDmz / "ipaddr", set.value())) {
-        log_event(caller, kError, "failed to set dmz ipaddr\n");
-        return kRefused;
-    }
+    if (!write_option(kDmz / "ipaddr", set.value()))
+        return refuse(caller, kError, "failed to set dmz ipaddr\n");
     const auto enable = read_or_log(kDmz / "enable", "failed to get dmz config\n", caller);
     if (!enable) return kRefused;
     if (*enable == "on") set.raise(CWMP_APPLY_NAT);
@@ -75,10 +74,8 @@ int set_dmz_enable(va_list args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const bool on = std::string_view(set.value()) == "1";
-    if (!write_option(kDmz / "enable", on ? "on" : "off")) {
-        log_event(caller, kError, "failed to set dmz enable\n");
-        return kRefused;
-    }
+    if (!write_option(kDmz / "enable", on ? "on" : "off"))
+        return refuse(caller, kError, "failed to set dmz enable\n");
     if (dmz_address()) set.raise(CWMP_APPLY_NAT);
     return kDone;
 }

@@ -4,7 +4,7 @@
 
 #include "config/store.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/instances.h"
 #include "cwmp/value_checks.h"
@@ -23,11 +23,11 @@ class Mapping {
         const int number = locate == nullptr ? 0 : locate[0];
         name_ = std::to_string(number);
         if (number > kMost) {
-            log_event(caller, kError, "%s", kTooMany);
+            refuse(caller, kError, "%s", kTooMany);
         } else {
             if (number >= 1 && context_ && context_.load(kPackage))
                 section_ = find_mapping(context_, name_);
-            if (section_ == nullptr) log_event(caller, kDebug, "%s", kNoInstance);
+            if (section_ == nullptr) refuse(caller, kDebug, "%s", kNoInstance);
         }
         return section_ != nullptr;
     }
@@ -70,16 +70,10 @@ int set_field(va_list args, const Field& field, Caller caller) {
     const SetArguments set(args);
     Mapping mapping;
     if (set.value() == nullptr || !mapping.open(set.locate(), caller)) return kRefused;
-    if (!mapping.value(kNumberOption)) {
-        log_event(caller, kDebug, "%s", kNoInstance);
-        return kRefused;
-    }
+    if (!mapping.value(kNumberOption)) return refuse(caller, kDebug, "%s", kNoInstance);
     const Text text = field.accepts != nullptr ? field.accepts({set.value(), mapping, caller}) : set.value();
     if (!text) return kRefused;
-    if (!write_option(mapping.at(field.option), *text)) {
-        log_event(caller, kError, "%s", kUnwritten);
-        return kRefused;
-    }
+    if (!write_option(mapping.at(field.option), *text)) return refuse(caller, kError, "%s", kUnwritten);
     set.raise(CWMP_APPLY_NAT);
     return kDone;
 }
@@ -124,7 +118,7 @@ Text interface_word(const Change& change) {
 
 Text address(const Change& change) {
     if (checkValidIP(change.value) == 1) return change.value;
-    log_event(change.caller, kError, "the format of ip is wrong \n");
+    refuse(change.caller, kError, "the format of ip is wrong \n");
     return std::nullopt;
 }
 
@@ -182,7 +176,7 @@ std::string client_address(const Text& stored, const Mapping& /*mapping*/) {
 Text client_octet(const Change& change) {
     if (!address(change)) return std::nullopt;
     if (check_subnet(change.value, lan_address().value_or("").c_str()) != 1) {
-        log_event(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n");
+        refuse(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n");
         return std::nullopt;
     }
     return std::strrchr(change.value, '.') + 1;
@@ -191,7 +185,7 @@ Text client_octet(const Change& change) {
 Text description(const Change& change) {
     constexpr std::size_t kLongest = 256;
     if (std::strlen(change.value) <= kLongest) return change.value;
-    log_event(change.caller, kError, " the length of description is too long \n\n");
+    refuse(change.caller, kError, " the length of description is too long \n\n");
     return std::nullopt;
 }
 

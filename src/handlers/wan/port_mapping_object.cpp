@@ -5,7 +5,7 @@
 #include "config/instance_numbers.h"
 #include "config/store.h"
 #include "core/handler.h"
-#include "core/log.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/instances.h"
 #include "cwmp/uci_access.h"
@@ -61,7 +61,7 @@ bool write_defaults(const std::string& name) {
 }
 
 int fail(Caller caller, int level, const char* event) {
-    log_event(caller, level, "%s", event);
+    refuse(caller, level, "%s", event);
     return kFailed;
 }
 
@@ -69,7 +69,7 @@ int add(va_list args, Caller caller) {
     const GetArguments out(args);
     const SetArguments set(args);
     if (set.locate() == nullptr || set.locate()[0] != 0) {
-        log_event(caller, kDebug, "can't set Device.NATPortmapping with exact locate\n\n");
+        refuse(caller, kDebug, "can't set Device.NATPortmapping with exact locate\n\n");
         return kInvalidName;
     }
     const int number = free_number();
@@ -118,7 +118,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_PortMapping) {
         case CWMP_OP_LIST:
             return list(args);
         default:
-            LOG_ERROR("unkown optFlag %d\n", op);
+            REFUSE("unkown optFlag %d\n", op);
             return kFailed;
     }
 }

@@ -3,6 +3,7 @@
 
 #include "config/store.h"
 #include "core/check_script.h"
+#include "core/refusal.h"
 #include "cwmp/revert_journal.h"
 #include "cwmp/uci_access.h"
 #include "cwmp/value_checks.h"
@@ -112,10 +113,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DNSServers) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_DNS_SERVERS});
     const GetArguments get(args);
     const auto servers = ip_name_servers(get.locate());
-    if (!servers) {
-        LOG_ERROR(" get wan dns-server error\n\n");
-        return kRefused;
-    }
+    if (!servers) return REFUSE(" get wan dns-server error\n\n");
     return get.answer(*servers);
 }
 
@@ -139,15 +137,9 @@ bool clone_mac(const int* locate, const std::string& mac) {
 int set_mac(int op, va_list args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
-    if (CheckValidMacAddr(set.value()) != 1) {
-        log_event(caller, kError, "the format of MAC is wrong \n");
-        return kRefused;
-    }
+    if (CheckValidMacAddr(set.value()) != 1) return refuse(caller, kError, "the format of MAC is wrong \n");
     if (op != CWMP_OP_APPLY) return kDone;
-    if (!clone_mac(set.locate(), set.value())) {
-        log_event(caller, kError, "set MACAddress error\n");
-        return kRefused;
-    }
+    if (!clone_mac(set.locate(), set.value())) return refuse(caller, kError, "set MACAddress error\n");
     log_event(caller, kError, "NETWORK_RELOAD:%d\n", CWMP_APPLY_WAN);
     set.raise(CWMP_APPLY_WAN);
     return kDone;

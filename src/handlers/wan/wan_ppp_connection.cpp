@@ -1,5 +1,6 @@
 // InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANPPPConnection.{i}.
 #include "core/check_script.h"
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "cwmp/wan.h"
@@ -33,10 +34,7 @@ int account(int op, va_list args, const Option& parameter) {
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE});
     const auto type = read_option(kWanType);
-    if (!type) {
-        LOG_ERROR(" get pppoe enable error\n\n");
-        return kRefused;
-    }
+    if (!type) return REFUSE(" get pppoe enable error\n\n");
     return GetArguments(args).answer(*type == "pppoe" ? "1" : "0");
 }
 

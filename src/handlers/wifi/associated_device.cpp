@@ -2,6 +2,7 @@
 // networks, under MultiSSID.
 #include "handlers/wifi/associated_device.h"
 
+#include "core/refusal.h"
 #include "cwmp/wireless.h"
 #include "handlers/wifi/client_table.h"
 
@@ -21,17 +22,11 @@ int Get_AssociatedDevice_Info(int op, va_list args, const char* option) {
     const int number = get.locate()[0];
     const int index = get.locate()[1];
     LOG(kEmergency, "locate[0] == %d,locate[1] == %d\n\n", number, index);
-    if (number == 0 || index == 0) {
-        LOG_ERROR("locate error\n");
-        return kRefused;
-    }
+    if (number == 0 || index == 0) return REFUSE("locate error\n");
     const int count = host_count();
     LOG(kEmergency, "total is %d\n\n", count);
     if (count == 0) return get.answer("");
-    if (count < index) {
-        LOG_ERROR("locate[2] is wrong\n");
-        return kRefused;
-    }
+    if (count < index) return REFUSE("locate[2] is wrong\n");
     const auto* network = network_by_number(number);
     // Clients of the first network are not shown here.
     if (network == nullptr || number == 1) return kRefused;

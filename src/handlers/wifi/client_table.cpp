@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/refusal.h"
+
 namespace cwmp {
 namespace {
 
@@ -41,16 +43,10 @@ int client_option(int op, va_list args, const NetworkPair& networks, const char*
     const GetArguments get(args);
     int* locate = get.locate();
     deepen(locate);
-    if (locate[1] == 0 || locate[2] == 0) {
-        log_event(caller, kError, "locate error\n");
-        return kRefused;
-    }
+    if (locate[1] == 0 || locate[2] == 0) return refuse(caller, kError, "locate error\n");
     const int hosts = host_count();
     if (hosts == 0) return get.answer("");
-    if (hosts < locate[2]) {
-        log_event(caller, kError, "locate[2] is wrong\n");
-        return kRefused;
-    }
+    if (hosts < locate[2]) return refuse(caller, kError, "locate[2] is wrong\n");
     const auto* interface = choose(networks, locate[1]);
     if (interface == nullptr) return kRefused;
     const auto client = find_client(*interface, hosts, locate[2]);

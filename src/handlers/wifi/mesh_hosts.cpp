@@ -1,6 +1,7 @@
 // X_QM_MeshFeature.Host.{i}.: the devices of the mesh as the controller shows them, and WPS on each.
 #include <cstring>
 
+#include "core/refusal.h"
 #include "cwmp/value_checks.h"
 #include "cwmp/wireless.h"
 #include "handlers/wifi/mesh_feature.h"
@@ -37,10 +38,7 @@ int get_meshfeature_info(int op, va_list args, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto device = mesh_device(args);
     if (!device) return kRefused;
-    if (option == nullptr) {
-        LOG_ERROR("get_meshfeture_info:option is null\n");
-        return kRefused;
-    }
+    if (option == nullptr) return REFUSE("get_meshfeture_info:option is null\n");
     const bool is_uptime = std::strcmp(option, "uptime") == 0;
     auto text = read_row(kMeshDevices, *device, option).value_or(is_uptime ? "" : " ");
     const bool is_address = std::strcmp(option, "mac") == 0 || std::strcmp(option, "parent_mac") == 0;

@@ -1,13 +1,14 @@
 #include "handlers/wifi/mesh_table.h"
 
 #include "config/store.h"
+#include "core/refusal.h"
 
 namespace cwmp {
 
 std::optional<int> mesh_device(va_list args, Caller caller) {
     const int number = GetArguments(args).locate()[0];
     if (number >= 1) return number;
-    log_event(caller, kError, "locate error\n");
+    refuse(caller, kError, "locate error\n");
     return std::nullopt;
 }
 

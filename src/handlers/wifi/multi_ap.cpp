@@ -1,4 +1,5 @@
 // Device.WiFi.MultiAP.: the devices of the mesh, their radios and clients.
+#include "core/refusal.h"
 #include "core/text.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
@@ -27,7 +28,7 @@ std::optional<MeshRadio> mesh_radio(va_list args, Caller caller = Caller::here()
     const auto* locate = locate_of(args);
     const MeshRadio found{locate[0], radio_by_number(locate[1])};
     if (found.device >= 1 && found.radio != nullptr) return found;
-    log_event(caller, kError, "locate error\n");
+    refuse(caller, kError, "locate error\n");
     return std::nullopt;
 }
 
@@ -63,15 +64,10 @@ int client_option(int op, va_list args, const char* option, Caller caller = Call
     const auto radio = mesh_radio(args, caller);
     if (!radio) return kRefused;
     const int index = locate_of(args)[3];
-    if (index < 1) {
-        log_event(caller, kError, "locate error\n");
-        return kRefused;
-    }
+    if (index < 1) return refuse(caller, kError, "locate error\n");
     const auto clients = clients_of(*radio);
-    if (static_cast<std::size_t>(index) > clients.size()) {
-        log_event(caller, kError, "locate[3] is wrong\n");
-        return kRefused;
-    }
+    if (static_cast<std::size_t>(index) > clients.size())
+        return refuse(caller, kError, "locate[3] is wrong\n");
     const int client = clients[static_cast<std::size_t>(index) - 1];
     return GetArguments(args).answer(read_row(kMeshClients, client, option).value_or(""));
 }

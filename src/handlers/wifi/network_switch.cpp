@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "core/refusal.h"
+
 namespace cwmp {
 namespace {
 
@@ -37,10 +39,7 @@ int set_switch(va_list args, const NetworkSwitch& target, Caller caller) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto enable = read_option(target.network / "enable");
-    if (!enable) {
-        log_event(caller, kError, "%s", target.unreadable);
-        return kRefused;
-    }
+    if (!enable) return refuse(caller, kError, "%s", target.unreadable);
     Bands bands = stored_bands(target.network, *enable);
     const std::string value = set.value();
     log_event(caller, kError, "set wifi enable : %s\n", value.c_str());

@@ -1,6 +1,7 @@
 // Device.WiFi.Radio.{i}.
 #include <cstring>
 
+#include "core/refusal.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
@@ -113,10 +114,7 @@ HANDLER(WiFi_Radio_OperatingFrequencyBand) {
 HANDLER(WiFi_Radio_Status) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* radio = radio_by_pair(locate_of(args));
-    if (radio == nullptr) {
-        LOG_ERROR("get wireless mode error\n\n");
-        return kRefused;
-    }
+    if (radio == nullptr) return REFUSE("get wireless mode error\n\n");
     return band_status(op, args, kMainNetwork, radio->band_option);
 }
 

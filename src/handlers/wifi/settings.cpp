@@ -2,13 +2,14 @@
 
 #include <cstring>
 
+#include "core/refusal.h"
 #include "cwmp/platform.h"
 
 namespace cwmp {
 
 std::optional<std::string> read_reported(const OptionPath& at, const char* failure, Caller caller) {
     auto text = read_option(at);
-    if (!text) log_event(caller, kError, "%s", failure);
+    if (!text) refuse(caller, kError, "%s", failure);
     return text;
 }
 
@@ -18,7 +19,7 @@ int accepted_constant(int op, va_list args, const char* text) {
 }
 
 int refused_constant(int op, va_list args, const char* text, const char* refusal, Caller caller) {
-    if (op != CWMP_OP_GET) log_event(caller, kError, "%s", refusal);
+    if (op != CWMP_OP_GET) return refuse(caller, kError, "%s", refusal);
     return constant(op, args, text);
 }
 

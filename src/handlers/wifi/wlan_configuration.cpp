@@ -2,6 +2,7 @@
 // wlan_radio.cpp.
 #include "handlers/wifi/wlan_configuration.h"
 
+#include "core/refusal.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/mesh_feature.h"
@@ -39,10 +40,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
     }
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
-    if (!pass_phrase(set.value())) {
-        LOG_ERROR("%s", kPassPhraseRefused);
-        return kRefused;
-    }
+    if (!pass_phrase(set.value())) return REFUSE("%s", kPassPhraseRefused);
     // No network has this number: there is nothing to store.
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;

@@ -1,4 +1,5 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: what belongs to the radio under the network.
+#include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/revert_journal.h"
 #include "handlers/blocks/command_line.h"
@@ -99,10 +100,8 @@ HANDLER(LANDevice_WLANConfiguration_Channel) {
     }
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
-    if (!is_supported_channel(op, args, set.value(), set.locate(), *radio)) {
-        LOG_ERROR("invalid channel number\n\n");
-        return kRefused;
-    }
+    if (!is_supported_channel(op, args, set.value(), set.locate(), *radio))
+        return REFUSE("invalid channel number\n\n");
     const int result = option(op, args, {.at = radio->at("channel"), .apply = CWMP_APPLY_WIRELESS},
                               {.unwritten = "set channel error\n\n"});
     if (result == kDone) revert_staged_channel(*radio);
@@ -149,8 +148,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
     if (op == CWMP_OP_GET) {
         const char* percent = stored_form(kPercent, read_option(radio->at("tpscale")).value_or("0"));
         if (percent != nullptr) return GetArguments(args).answer(percent);
-        LOG_ERROR("transmit power config value invalid\n");
-        return kRefused;
+        return REFUSE("transmit power config value invalid\n");
     }
     return option(op, args, {.at = radio->at("tpscale"), .accepts = transmit_step},
                   {.refused = " txpower value is not valid\n", .unwritten = " txpower set error\n"});
@@ -164,8 +162,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth) {
         if (!mode) return kRefused;
         const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
         if (width) return GetArguments(args).answer(std::to_string(*width) + "MHz");
-        LOG_ERROR("sscanf wifi  bandwidth error\n");
-        return kRefused;
+        return REFUSE("sscanf wifi  bandwidth error\n");
     }
     return option(op, args,
                   {.at = radio->device_at("htmode"),
