@@ -32,7 +32,7 @@ CWMP_EXPORT int debug_level(int op, va_list args);
 /*
  * Writes one line to /dev/console by a shell's echo: the process id in square brackets, then the message, cut
  * to 2047 bytes. The message stands between double quotes of the shell command exactly as it is formatted, so
- * the shell expands what it finds there: see docs/integration.md before raising a value into a message.
+ * the shell expands what it finds there. The library's own events do not pass here: they are shown as they are.
  */
 CWMP_EXPORT void log_printf(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 

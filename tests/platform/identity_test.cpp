@@ -1,5 +1,8 @@
 #include "cwmp/platform.h"
 
+#include <sys/time.h>
+
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 
@@ -28,6 +31,19 @@ TEST_F(Identity, FirstLineOfACommandFitsItsBuffer) {
         EXPECT_STREQ(buffer.c_str(), row.text.c_str());
     }
     EXPECT_THAT(console(), IsEmpty());
+}
+
+TEST_F(Identity, ASignalTakesNothingOfTheOutput) {
+    struct sigaction no_restart = {};
+    no_restart.sa_handler = [](int) {};
+    sigaction(SIGALRM, &no_restart, nullptr);
+    const itimerval often = {{0, 3000}, {0, 3000}};
+    setitimer(ITIMER_REAL, &often, nullptr);
+    char buffer[16] = "";
+    EXPECT_EQ(FROM_LIBRARY(util_exec)("printf ab; sleep 0.03; echo c", buffer, sizeof buffer), 3);
+    EXPECT_STREQ(buffer, "abc");
+    const itimerval never = {};
+    setitimer(ITIMER_REAL, &never, nullptr);
 }
 
 TEST_F(Identity, ACommandWithoutALineLeavesTheBuffer) {

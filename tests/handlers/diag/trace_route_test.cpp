@@ -1,5 +1,7 @@
 #include <dlfcn.h>
 #include <poll.h>
+#include <spawn.h>
+#include <sys/resource.h>
 
 #include <cerrno>
 #include <cstring>
@@ -18,10 +20,12 @@ extern "C" pid_t fork() noexcept {
     return _Fork();
 }
 
-extern "C" FILE* popen(const char* command, const char* type) {
-    if (command == failing_command) return nullptr;
-    using Popen = FILE*(const char*, const char*);
-    return reinterpret_cast<Popen*>(dlsym(RTLD_NEXT, "popen"))(command, type);
+extern "C" int posix_spawn(pid_t* process, const char* program, const posix_spawn_file_actions_t* actions,
+                           const posix_spawnattr_t* attributes, char* const words[],
+                           char* const environment[]) {
+    if (words[2] == failing_command) return EAGAIN;
+    const auto spawn = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));
+    return spawn(process, program, actions, attributes, words, environment);
 }
 
 namespace {
@@ -198,14 +202,27 @@ TEST_F(TraceRoute, AProcessListThatCannotBeReadLeavesTheStatus) {
     EXPECT_THAT(messages(), ElementsAre(4207U));
 }
 
-TEST_F(TraceRoute, TheAgentHasNoChildAndSharesNoDescriptor) {
+TEST_F(TraceRoute, TheAgentHasNoChildAndSharesNeitherDescriptorNorSignalMask) {
     prctl(PR_SET_CHILD_SUBREAPER, 0);
     file("/tmp/hold", "");
-    program("/var/lib/router/answers/ps", "while [ -e /tmp/hold ]; do sleep 0.02; done\n");
+    program("/var/lib/router/answers/ps",
+            "grep SigBlk /proc/self/status >/tmp/mask; while [ -e /tmp/hold ]; do sleep 0.02; done\n");
     setting("Host", "h");
     int ends[2] = {};
     ASSERT_EQ(pipe(ends), 0);
+    const int beyond_the_limit = fcntl(ends[1], F_DUPFD, 512);
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few{64, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    sigprocmask(SIG_BLOCK, &blocked, nullptr);
     EXPECT_EQ(start(), 0);
+    sigprocmask(SIG_UNBLOCK, &blocked, nullptr);
+    setrlimit(RLIMIT_NOFILE, &before);
+    close(beyond_the_limit);
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
     close(ends[1]);
@@ -215,6 +232,7 @@ TEST_F(TraceRoute, TheAgentHasNoChildAndSharesNoDescriptor) {
     EXPECT_THAT(messages(), IsEmpty());
     std::filesystem::remove("/tmp/hold");
     for (int i = 0; i < 200 && messages().empty(); ++i) usleep(50 * 1000);
+    EXPECT_EQ(text_of("/tmp/mask"), "SigBlk:\t0000000000000000\n");
     EXPECT_EQ(traced("DiagnosticsState"), "Complete");
     usleep(100 * 1000);
 }
