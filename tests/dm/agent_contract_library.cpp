@@ -32,6 +32,12 @@ void record(const char* name, int op, int* locate, const char* text) {
     std::fclose(calls);
 }
 
+const char* next_number() {
+    static char digit[] = "0";
+    ++digit[0];
+    return digit;
+}
+
 std::string described(const cwmp_agent_state* agent) {
     if (!agent) return "";
     return std::string("agent ") + agent->acs_url + " http://" + agent->host + ":" +
@@ -94,6 +100,7 @@ PARAMETER(Box_PortNumberOfEntries, setting("AGENT_PORTS", "2"), 0)
 PARAMETER(Box_Port_Speed, "100", 0x1)
 PARAMETER(Queue_Weight, "5", 0x10008)
 PARAMETER(Box_Rule_Name, "rule", 0)
+PARAMETER(Box_Count, next_number(), 0)
 OBJECT(Box_Rule)
 OBJECT(Box_Port_Map)
 PARAMETER(Box_Port_Map_Name, "map", 0)

@@ -19,7 +19,8 @@ Device.Box.Port.{i}.Map.{i}.Name R string locate=2
 )";
 
 constexpr const char* kSecondFile = R"(Device.Box.Rule.{i}.      AD
-Device.Box.Rule.{i}.Name  R string
+Device.Box.Rule.{i}.Name  W string
+Device.Odd.Count          R string handler=Box_Count
 Device.Faulty.Broken      R string handler=Box_Broken
 Device.Faulty.Absent      W string
 Device.Lan.Address        W string
@@ -65,6 +66,7 @@ TEST_F(Dm, ReadsAParameterAndKeepsTheLibrarysLinesOffStandardOutput) {
 struct CallsRow {
     const char* arguments;
     const char* calls;
+    const char* environment = "";
 };
 
 TEST_F(Dm, CallsHandlersWithFreshInstanceNumbersInTheAgentsOrder) {
@@ -97,15 +99,38 @@ TEST_F(Dm, CallsHandlersWithFreshInstanceNumbersInTheAgentsOrder) {
         {"list Device.Box.Rule.", "Box_Rule 6 [00000000]\n"},
         {"get Device.Box.Port.2.Speed Device.Box.Port.1.Speed",
          "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [20000000]\nBox_Port_Speed 0 [10000000]\n"},
+        {"get Device.Box.Port.*.Speed Device.Box.Rule.*.",
+         "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [10000000]\nBox_Port_Speed 0 [20000000]\n"
+         "Box_Rule 6 [00000000]\n"
+         "Box_Rule_Name 0 [20000000]\nBox_Rule_Name 0 [30000000]\nBox_Rule_Name 0 [700000000]\n"},
+        {"del Device.Box.Rule.70. Device.Box.Rule.2.",
+         "Box_Rule 6 [00000000]\nBox_Rule 5 [00000000] 70\nBox_Rule 5 [00000000] 2\n"},
+        {"del Device.Box.Rule.70. Device.Box.Rule.4.", "Box_Rule 6 [00000000]\n"},
+        {"add Device.Box.Rule. Name=refuse3",
+         "Box_Rule 4 [00000000]\nBox_Rule 6 [00000000]\n"
+         "Box_Rule_Name 2 [700000000] refuse3\nBox_Rule_Name 3 [700000000] refuse3\n"
+         "func_obj_revert 1 [00000000]\nBox_Rule 5 [00000000] 70\n",
+         "AGENT_ADDED=70"},
+        {"add Device.Box.Rule. Name=x Colour=red", ""},
+        {"set Device.Box.Port.1.Speed=z - <values",
+         "Box_PortNumberOfEntries 0 [00000000]\n"
+         "Box_Port_Speed 2 [10000000] z\nBox_Name 2 [00000000] box\n"
+         "Box_Port_Speed 3 [10000000] z\nBox_Name 3 [00000000] box\n"
+         "Box_Port_Speed 1 [10000000] z\nBox_Name 1 [00000000] box\nBox_Late 1 [00000000] a\\b\n"},
+        {"import values", "Box_Name 0 [00000000]\nBox_Late 0 [00000000]\nBox_Late 1 [00000000] a\\b\n"},
         {"names", ""},
     };
-    for (const CallsRow& row : rows) EXPECT_EQ(sandbox.run(row.arguments).calls, row.calls) << row.arguments;
+    sandbox.write("values", "# as exported\n\nDevice.Box.Name=box\r\nDevice.Box.Late=a\\\\b\n");
+    for (const CallsRow& row : rows) {
+        EXPECT_EQ(sandbox.run(row.arguments, row.environment).calls, row.calls) << row.arguments;
+    }
 }
 
 struct OutputRow {
     const char* arguments;
     int exit;
     const char* out;
+    const char* environment = "";
 };
 
 TEST_F(Dm, PrintsTables) {
@@ -123,14 +148,33 @@ TEST_F(Dm, PrintsTables) {
         {"del Device.Box.Rule.3.", 0, "Device.Box.Rule.3.\napply flags 0x0080: NAT\n"},
         {"list Device.Box.Rule.", 0, "Device.Box.Rule.2.\nDevice.Box.Rule.3.\nDevice.Box.Rule.70.\n"},
         {"list Device.Box.Port.", 0, "Device.Box.Port.1.\nDevice.Box.Port.2.\n"},
-        {"names Device.Box.Rule.", 0, "Device.Box.Rule.{i}.      AD\nDevice.Box.Rule.{i}.Name  R   string\n"},
+        {"names Device.Box.Rule.", 0, "Device.Box.Rule.{i}.      AD\nDevice.Box.Rule.{i}.Name  W   string\n"},
+        {"names --level 1 Device.Box.Port.*. Device.Odd.", 0,
+         "Device.Box.Port.{i}.Speed   W  string\nDevice.Box.Port.{i}.Queue.  -\nDevice.Box.Port.{i}.Map.    "
+         "-\n"
+         "Device.Odd.Count            R  string\n"},
+        {"find QUEUE weight --plain", 0, "Device.Box.Port.{i}.Queue.{i}.Weight\n"},
+        {"list Device.Box.Port.*.Queue.", 0,
+         "Device.Box.Port.1.Queue.1.\nDevice.Box.Port.1.Queue.2.\nDevice.Box.Port.2.Queue.1.\n"
+         "Device.Box.Port.2.Queue.2.\n"},
+        {"get Device.Box.Text --plain", 0,
+         "Device.Box.Text=a\\x1b[2J\\n\\xff\\xc2\\x9b\\xe2\\x80\\xaez\xc3\xa9\n"},
+        {"export Device.Box.Port.2. Device.Box.Late Device.Box.Name", 0,
+         "Device.Box.Port.2.Speed=100\nDevice.Box.Port.2.Queue.1.Weight=5\nDevice.Box.Port.2.Queue.2.Weight="
+         "5\n# secret: Device.Box.Name\n"},
+        {"get Device.Box.Name Device.Box.Text --table", 0,
+         "Device.Box.Name  box\nDevice.Box.Text  a\\x1b[2J\\n\\xff\\xc2\\x9b\\xe2\n                 "
+         "\\x80\\xaez\xc3\xa9\n",
+         "COLUMNS=43"},
+        {"watch Device.Odd. Device.Box.Name --plain", 0, "Device.Odd.Count=2\n",
+         "timeout --preserve-status 1.5"},
         {"names Device.Box.Port.{i}.Queue.8.", 0,
          "Device.Box.Port.{i}.Queue.{i}.        -\nDevice.Box.Port.{i}.Queue.{i}.Weight  W  "
          "list(unsignedInt[1:9])\n"},
         {"get Device.Faulty. Device.Box.Name", 4, "Device.Box.Name  box\n"},
     };
     for (const OutputRow& row : rows) {
-        const auto result = sandbox.run(row.arguments);
+        const auto result = sandbox.run(row.arguments, row.environment);
         EXPECT_EQ(result.exit, row.exit) << row.arguments << result.err;
         EXPECT_EQ(result.out, row.out) << row.arguments;
     }
@@ -160,6 +204,8 @@ TEST_F(Dm, PrintsNothingButJsonWhenAsked) {
          R"("wire":"string","base":"unsignedInt","list":true,"empty":true,"minimum":1,"maximum":9},"secret":false,)"
          R"("inform":false,"reboot":false,"passes":"all","differs":[],"handler":"Queue_Weight","locate":[2,1],)"
          R"("only":{"position":2,"values":[1,2]}}],"errors":[]})"},
+        {"gett", 2,
+         R"({"parameters":[],"errors":[{"path":"gett","message":"no such command; did you mean get?"}]})"},
     };
     for (const OutputRow& row : rows) {
         const auto result = sandbox.run(std::string("--json --log 7 ") + row.arguments);
@@ -232,13 +278,17 @@ struct ErrorRow {
 TEST_F(Dm, NamesPathAndFaultOfEachError) {
     const ErrorRow rows[] = {
         {"get Device.Box.Nothing", 3, "dm: Device.Box.Nothing: fault 9005: unknown path\n"},
-        {"get Device.Box", 3, "dm: Device.Box: fault 9005: an object's path ends in '.'\n"},
-        {"get Device.Box.Name.", 3, "fault 9005: a parameter's path does not end in '.'\n"},
+        {"get Device.Box", 3,
+         "dm: Device.Box: fault 9005: an object's path ends in '.'; did you mean Device.Box.?\n"},
+        {"get Device.Box.Name.", 3, "fault 9005: a parameter's path does not end in '.'; did you mean"},
         {"get Device..Name", 2, "fault 9005: the path has an empty segment\n"},
-        {"get Box.Name", 2, "fault 9005: the path has no root object\n"},
+        {"get Box.Name", 2, "fault 9005: the path has no root object; did you mean Device.Box.Name?\n"},
+        {"get Divice.box.Nmae", 2, "; did you mean Device.Box.Name?\n"},
+        {"get Device.Box.Rul.7.Name", 3, "unknown path; did you mean Device.Box.Rule.7.Name?\n"},
         {"get ''", 2, "fault 9005: the path is empty\n"},
         {"get Device.Box.Port.0.Speed", 2, "fault 9005: '0' is not an instance number\n"},
-        {"get Device.Box.Port.Speed", 2, "fault 9005: 'Speed' is not an instance number\n"},
+        {"get Device.Box.Port.Speed", 2,
+         "'Speed' is not an instance number; did you mean Device.Box.Port.*.Speed?\n"},
         {"get Device.Box.Port.99999999999.Speed", 2, "'99999999999' is not an instance number\n"},
         {"get Device.Box.Port.3.Speed", 3, "fault 9005: there is no instance 3 of Device.Box.Port.{i}.\n"},
         {"get Device.Box.Port.1.Queue.3.", 3, "there is no instance 3 of Device.Box.Port.1.Queue.{i}.\n"},
@@ -247,17 +297,20 @@ TEST_F(Dm, NamesPathAndFaultOfEachError) {
         {"get Device.Box.Port.", 1, "'4097' is not a number of instances\n", "AGENT_PORTS=4097"},
         {"get Device.Faulty.Broken", 1, "dm: Device.Faulty.Broken: fault 9002: the value cannot be read\n"},
         {"get Device.Faulty.Absent", 4, "fault 9002: the library has no handler Faulty_Absent\n"},
-        {"set Device.Box.Text=1", 1, "dm: Device.Box.Text: fault 9008: the parameter is read-only\n"},
-        {"set Device.Box.Name=1 Device.Box.Name=2", 1, "dm: Device.Box.Name: fault 9003: set twice\n"},
+        {"set Device.Box.Port.*.Speed=1", 2, "'*' is not an instance number; did you mean"},
+        {"set - <model/10-box.txt", 2, "dm: standard input:3: PATH=VALUE expected\n"},
+        {"import values", 2, "dm: values:1: a backslash begins"},
+        {"set Device.Box.Text=1", 6, "dm: Device.Box.Text: fault 9008: the parameter is read-only\n"},
+        {"set Device.Box.Name=1 Device.Box.Name=2", 2, "dm: Device.Box.Name: fault 9003: set twice\n"},
         {"set Device.Box.Name", 2, "dm: Device.Box.Name: PATH=VALUE expected\n"},
         {"set Device.Box.=1", 3, "dm: Device.Box.: fault 9005: an object has no value\n"},
         {"set Device.Box.Name=1 Device.Faulty.Absent=1", 4, "the library has no handler Faulty_Absent\n"},
         {"set Device.Box.Name=refuse1", 1, "fault 9007: the value was refused in the apply pass\n"},
-        {"add Device.Box.Rule.", 1, "dm: Device.Box.Rule.{i}.: fault 9003: no instance can be added\n",
+        {"add Device.Box.Rule.", 1, "dm: Device.Box.Rule.: fault 9003: no instance can be added\n",
          "AGENT_OBJECT_ANSWER=1"},
         {"add Device.Box.Rule.", 1, "fault 9005: no instance can be added\n", "AGENT_OBJECT_ANSWER=9005"},
         {"add Device.Box.Rule.", 1, "fault 9002: the handler answered no instance number\n", "AGENT_ADDED=x"},
-        {"add Device.Box.Port.", 1, "fault 9005: instances of this object are fixed\n"},
+        {"add Device.Box.Port.", 6, "fault 9005: instances of this object are fixed\n"},
         {"add Device.Box.", 3, "fault 9005: the path names no multi-instance object\n"},
         {"del Device.Box.Rule.3.", 1, "dm: Device.Box.Rule.3.: fault 9003: the instance cannot be deleted\n",
          "AGENT_OBJECT_ANSWER=1"},
@@ -270,8 +323,11 @@ TEST_F(Dm, NamesPathAndFaultOfEachError) {
         {"--model nowhere get Device.Box.Name", 4, "dm: nowhere: no model: No such file"},
         {"get Device.Box.Name >/dev/full", 5, "dm: standard output: cannot be written\n"},
         {"get", 2, "PATH is required"},
-        {"frobnicate", 2, ""},
+        {"", 2, "dm: dm: a command is missing\n"},
+        {"diagnose pong 192.0.2.1", 2, "dm: pong: no such test; did you mean ping?\n"},
+        {"diagnose traceroute h --tries zwei", 2, "zwei not in range 1 to 10"},
     };
+    sandbox.write("values", "Device.Box.Name=\\x4g\n");
     for (const ErrorRow& row : rows) {
         const auto result = sandbox.run(row.arguments, row.environment);
         EXPECT_EQ(result.exit, row.exit) << row.arguments;

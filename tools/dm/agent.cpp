@@ -121,20 +121,35 @@ std::vector<int> Agent::listed(const Node& table, const std::vector<int>& outer)
     return {numbers.begin(), end};
 }
 
-void Agent::require_instances(const Target& target) {
+std::vector<std::vector<int>> Agent::resolve(const Target& target) {
+    std::vector<std::vector<int>> found(1);
+    bool chosen = true;  // by number, so far
     for (size_t i = 0; i < target.numbers.size(); ++i) {
-        const std::vector<int> outer(target.numbers.begin(),
-                                     target.numbers.begin() + static_cast<ptrdiff_t>(i));
-        const auto& numbers = instances(*target.tables[i], outer);
-        if (std::find(numbers.begin(), numbers.end(), target.numbers[i]) != numbers.end()) continue;
-        throw Failure{target.path, kInvalidName, Exit::Missing,
-                      "there is no instance " + std::to_string(target.numbers[i]) + " of " +
-                          concrete_path(target.tables[i]->path, outer)};
+        const int wanted = target.numbers[i];
+        const Node& table = *target.tables[i];
+        chosen = chosen && wanted != Target::kEach;
+        std::vector<std::vector<int>> longer;
+        for (const std::vector<int>& outer : found) {
+            for (int number : instances(table, outer)) {
+                if (wanted != Target::kEach && wanted != number) continue;
+                longer.push_back(outer);
+                longer.back().push_back(number);
+            }
+        }
+        if (chosen && longer.empty()) {
+            throw Failure{target.path, kInvalidName, Exit::Missing,
+                          "there is no instance " + std::to_string(wanted) + " of " +
+                              concrete_path(table.path, found.front())};
+        }
+        found = std::move(longer);
     }
+    if (!chosen) std::erase_if(found, [&](const auto& n) { return !target.node->exists_below(n); });
+    return found;
 }
 
 int Agent::add(const Node& table, const std::vector<int>& outer, unsigned& flags) const {
-    const std::string path = concrete_path(table.path, outer);
+    std::string path = concrete_path(table.path, outer);
+    path.resize(path.size() - kInstance.size() - 1);
     const cwmp_handler handler = handler_of(table, path);
     Locate locate = locate_of(table, outer);
     ValueBuffer text(CWMP_VALUE_SIZE);

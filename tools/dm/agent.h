@@ -35,8 +35,11 @@ class Agent {
     // The instance numbers of a table in ascending order. Read once, then remembered.
     const std::vector<int>& instances(const Node& table, const std::vector<int>& outer);
 
-    // Fails unless each instance number on the path exists.
-    void require_instances(const Target& target);
+    // The instance numbers of each path that the target names. Fails when one that it names itself is missing.
+    std::vector<std::vector<int>> resolve(const Target& target);
+
+    // Instances may have come and gone.
+    void forget_instances() { instances_.clear(); }
 
     int add(const Node& table, const std::vector<int>& outer, unsigned& flags) const;
     void remove(const Node& table, const std::vector<int>& outer, int number, unsigned& flags) const;

@@ -8,15 +8,6 @@ namespace cwmp {
 
 namespace {
 
-template <typename Action>
-void note_failure(Report& report, Action action) {
-    try {
-        action();
-    } catch (const Failure& failure) {
-        report.errors.push_back(failure);
-    }
-}
-
 void walk(Session& session, const Node& node, const std::vector<int>& numbers);
 
 void visit(Session& session, const Node& node, const std::vector<int>& numbers) {
@@ -43,6 +34,7 @@ void visit(Session& session, const Node& node, const std::vector<int>& numbers) 
 void walk(Session& session, const Node& node, const std::vector<int>& numbers) {
     for (const auto& child : node.children) {
         if (!child->exists_below(numbers)) continue;
+        if (session.wanted && child->kind == Node::Kind::Parameter && !session.wanted(*child)) continue;
         note_failure(session.report, [&] { visit(session, *child, numbers); });
     }
 }
@@ -56,31 +48,58 @@ const Node& table_of(const Target& target) {
 
 void require_changeable(const Node& table, const std::string& path) {
     if (table.writable) return;
-    throw Failure{path, kInvalidName, Exit::Refused, "instances of this object are fixed"};
+    throw Failure{path, kInvalidName, Exit::Fixed, "instances of this object are fixed"};
 }
 
-void add_names(const Node& node, std::vector<Entry>& names) {
-    if (node.kind != Node::Kind::Branch) names.push_back(node);
-    for (const auto& child : node.children) add_names(*child, names);
+void note_apply_flags(Report& report, unsigned flags) {
+    report.apply_flags = report.apply_flags.value_or(0) | flags;
+}
+
+// The object's table and its number, where the instance can be deleted.
+struct Instance {
+    const Node& table;
+    std::vector<int> outer;
+    int number;
+};
+
+Instance deletable(Session& session, const std::string& path) {
+    Target target = find_target(session.model, path);
+    if (target.node->kind != Node::Kind::Table) {
+        throw Failure{path, kInvalidName, Exit::Missing, "the path names no instance"};
+    }
+    require_changeable(*target.node, path);
+    session.agent.resolve(target);
+    const int number = target.numbers.back();
+    target.numbers.pop_back();
+    return {*target.node, target.numbers, number};
+}
+
+void remove(Session& session, const Instance& instance) {
+    unsigned flags = 0;
+    session.agent.remove(instance.table, instance.outer, instance.number, flags);
+    note_apply_flags(session.report, flags);
 }
 
 }  // namespace
 
-void get_values(Session& session, const std::vector<std::string>& paths) {
+void get_values(Session& session, const Words& paths) {
     for (const std::string& path : paths) {
         note_failure(session.report, [&] {
-            const Target target = find_target(session.model, path);
-            session.agent.require_instances(target);
-            if (target.partial) {
-                walk(session, *target.node, target.numbers);
-            } else {
-                visit(session, *target.node, target.numbers);
+            const Target target = find_targets(session.model, path);
+            for (const std::vector<int>& numbers : session.agent.resolve(target)) {
+                note_failure(session.report, [&] {
+                    if (target.partial) {
+                        walk(session, *target.node, numbers);
+                    } else {
+                        visit(session, *target.node, numbers);
+                    }
+                });
             }
         });
     }
 }
 
-void set_values(Session& session, const std::vector<std::string>& assignments) {
+void set_values(Session& session, const Words& assignments) {
     Transaction transaction(session.agent, session.model, session.report);
     for (const std::string& assignment : assignments) {
         note_failure(session.report, [&] { transaction.add(assignment); });
@@ -88,53 +107,61 @@ void set_values(Session& session, const std::vector<std::string>& assignments) {
     if (session.report.errors.empty()) transaction.run();
 }
 
-void add_instance(Session& session, const std::string& object) {
+void add_instance(Session& session, const std::string& object, const Words& assignments) {
     note_failure(session.report, [&] {
+        Report& report = session.report;
         const Target target = find_target(session.model, object);
         const Node& table = table_of(target);
         require_changeable(table, object);
-        session.agent.require_instances(target);
+        session.agent.resolve(target);
+        for (const std::string& text : assignments) assignment(session.model, object + "1." + text);
         unsigned flags = 0;
         const int number = session.agent.add(table, target.numbers, flags);
-        session.report.instances = {object + std::to_string(number) + '.'};
-        session.report.apply_flags = flags;
-    });
-}
-
-void delete_instance(Session& session, const std::string& instance) {
-    note_failure(session.report, [&] {
-        Target target = find_target(session.model, instance);
-        if (target.node->kind != Node::Kind::Table) {
-            throw Failure{instance, kInvalidName, Exit::Missing, "the path names no instance"};
-        }
-        require_changeable(*target.node, instance);
-        session.agent.require_instances(target);
-        const int number = target.numbers.back();
-        target.numbers.pop_back();
-        unsigned flags = 0;
-        session.agent.remove(*target.node, target.numbers, number, flags);
-        session.report.instances = {instance};
-        session.report.apply_flags = flags;
-    });
-}
-
-void list_instances(Session& session, const std::string& object) {
-    note_failure(session.report, [&] {
-        const Target target = find_target(session.model, object);
-        const Node& table = table_of(target);
-        session.agent.require_instances(target);
-        session.report.instances.emplace();
-        for (int number : session.agent.instances(table, target.numbers)) {
-            session.report.instances->push_back(object + std::to_string(number) + '.');
+        const std::string added = object + std::to_string(number) + '.';
+        note_apply_flags(report, flags);
+        Words settings;
+        for (const std::string& text : assignments) settings.push_back(added + text);
+        session.agent.forget_instances();
+        if (!settings.empty()) set_values(session, settings);
+        if (report.errors.empty()) {
+            report.instances = {added};
+        } else {
+            remove(session, {table, target.numbers, number});
         }
     });
 }
 
-void list_names(const Model& model, const std::string& path, Report& report) {
+void delete_instances(Session& session, const Words& instances) {
+    Report& report = session.report;
+    std::vector<Instance> found;
+    for (const std::string& path : instances) {
+        note_failure(report, [&] { found.push_back(deletable(session, path)); });
+    }
+    if (!report.errors.empty()) return;
     note_failure(report, [&] {
-        const Node& node = path.empty() ? model.root() : find_name(model, path);
-        add_names(node, report.names.emplace());
+        for (size_t i = 0; i < found.size(); ++i) {
+            remove(session, found[i]);
+            if (!report.instances) report.instances.emplace();
+            report.instances->push_back(instances[i]);
+        }
     });
+}
+
+void list_instances(Session& session, const Words& objects) {
+    for (const std::string& object : objects) {
+        note_failure(session.report, [&] {
+            const Target target = find_targets(session.model, object);
+            const Node& table = table_of(target);
+            if (!session.report.instances) session.report.instances.emplace();
+            for (std::vector<int> numbers : session.agent.resolve(target)) {
+                numbers.push_back(0);
+                for (int number : session.agent.instances(table, {numbers.begin(), numbers.end() - 1})) {
+                    numbers.back() = number;
+                    session.report.instances->push_back(concrete_path(table.path, numbers));
+                }
+            }
+        });
+    }
 }
 
 }  // namespace cwmp

@@ -15,16 +15,22 @@ struct Session {
     const Model& model;
     Agent& agent;
     Report& report;
+    bool (*wanted)(const Node&) = nullptr;  // a walk leaves the other parameters out
 };
 
-// Each command handles its arguments one by one and adds what it did, or its errors, to the report.
-void get_values(Session& session, const std::vector<std::string>& paths);
-void set_values(Session& session, const std::vector<std::string>& assignments);
-void add_instance(Session& session, const std::string& object);
-void delete_instance(Session& session, const std::string& instance);
-void list_instances(Session& session, const std::string& object);
+using Words = std::vector<std::string>;
 
-// An empty path stands for the whole model.
-void list_names(const Model& model, const std::string& path, Report& report);
+// Each command handles its arguments one by one and adds what it did, or its errors, to the report.
+void get_values(Session& session, const Words& paths);
+void set_values(Session& session, const Words& assignments);
+void add_instance(Session& session, const std::string& object, const Words& assignments);
+void delete_instances(Session& session, const Words& instances);
+void list_instances(Session& session, const Words& objects);
+
+// The names below the paths, of the whole model when there is none; at most so many levels below, 0 for all.
+void list_names(const Model& model, const Words& paths, int levels, Report& report);
+
+// The names that hold all of the parts.
+void find_names(const Model& model, const Words& parts, Report& report);
 
 }  // namespace cwmp

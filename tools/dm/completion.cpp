@@ -1,6 +1,5 @@
 #include "completion.h"
 
-#include <poll.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -8,6 +7,7 @@
 #include <string>
 
 #include "failure.h"
+#include "interrupt.h"
 
 namespace cwmp {
 
@@ -19,24 +19,17 @@ constexpr const char* kSubject = "diagnostics";
     throw Failure{kSubject, kNoFault, exit, message};
 }
 
-// A line that counts the seconds where somebody watches, otherwise one line alone.
+// A line that is written anew where somebody watches.
 class Progress {
   public:
-    explicit Progress(int limit) : watched_(isatty(STDERR_FILENO) != 0) {
-        if (!watched_) std::fprintf(stderr, "dm: waiting at most %d s for the test\n", limit);
-    }
-    ~Progress() {
-        if (watched_) std::fputs("\r\x1b[K", stderr);
-    }
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
+    ~Progress() { show(""); }
 
-    void show(int seconds) const {
-        if (watched_) std::fprintf(stderr, "\rdm: the test runs, %d s", seconds);
+    void show(const std::string& text) const {
+        if (watched_) std::fprintf(stderr, "\r\x1b[K%s", text.c_str());
     }
 
   private:
-    bool watched_;
+    const bool watched_ = isatty(STDERR_FILENO) != 0;
 };
 
 }  // namespace
@@ -44,6 +37,7 @@ class Progress {
 Completion::Completion(const Library& library)
     : receive_(library.function<decltype(msg_recv)>("msg_recv")),
       close_(library.function<decltype(msg_cleanup)>("msg_cleanup")) {
+    catch_interrupts();
     const auto open = library.function<decltype(msg_init)>("msg_init");
     const auto bind = library.function<decltype(msg_srvInit)>("msg_srvInit");
     if (open(&handle_) != 0) fail(Exit::NotAllowed, "no socket can be made");
@@ -58,24 +52,24 @@ Completion::~Completion() {
 }
 
 bool Completion::receives_completion() {
-    constexpr int kSecond = 1000;
-    pollfd waiting = {.fd = handle_.descriptor, .events = POLLIN, .revents = 0};
     cwmp_message message = {};
-    return poll(&waiting, 1, kSecond) > 0 && receive_(&handle_, &message) == 0 &&
+    return wait_for(handle_.descriptor, 1000) && receive_(&handle_, &message) == 0 &&
            message.type == CWMP_MESSAGE_DIAGNOSTICS_COMPLETE;
 }
 
-void Completion::wait(int seconds) {
+void Completion::wait(int seconds, const std::function<std::string(int)>& look) {
     using Clock = std::chrono::steady_clock;
     const auto start = Clock::now();
-    const Progress progress(seconds);
-    while (!receives_completion()) {
-        const auto waited = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start).count();
+    const Progress progress;
+    do {
+        const auto passed = std::chrono::duration_cast<std::chrono::seconds>(Clock::now() - start);
+        const int waited = static_cast<int>(passed.count());
+        if (interrupted()) fail(Exit::Refused, "interrupted; a test that runs goes on");
         if (waited >= seconds) {
             fail(Exit::Refused, "no completion message within " + std::to_string(seconds) + " s");
         }
-        progress.show(static_cast<int>(waited));
-    }
+        progress.show("dm: " + std::to_string(waited) + " s, " + look(waited));
+    } while (!receives_completion());
 }
 
 }  // namespace cwmp

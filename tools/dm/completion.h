@@ -2,6 +2,9 @@
 
 #include <cwmp/message_channel.h>
 
+#include <functional>
+#include <string>
+
 #include "library.h"
 
 namespace cwmp {
@@ -16,9 +19,10 @@ class Completion {
     Completion(const Completion&) = delete;
     Completion& operator=(const Completion&) = delete;
 
-    // Until a test is complete; shows on standard error that it takes a while. Throws Failure when no message
-    // comes within so many seconds.
-    void wait(int seconds);
+    // Until a test is complete; a terminal shows that it takes a while. Each second `look` is told how many have
+    // passed: it says what is to be seen, or throws Failure to end the wait. Throws Failure when no message comes
+    // within so many seconds, or when dm is interrupted.
+    void wait(int seconds, const std::function<std::string(int)>& look);
 
   private:
     bool receives_completion();

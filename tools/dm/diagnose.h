@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ struct Test {
         const char* option;  // "--tries"; a name without dashes is required and stands first
         const char* parameter;
         const char* help;
+        const char* otherwise = "";  // its value when it is not given
+        int least = 0;               // of a number
+        int most = 0;
     };
 
     const char* name;
@@ -24,12 +28,21 @@ struct Test {
     // itself: the stored request is shown.
     const char* results = nullptr;
     std::span<const char* const> columns = {};
+    // What the test writes while it runs; a line that begins with the mark, or with a number when it is empty,
+    // is one more result.
+    std::span<const char* const> outputs = {};
+    const char* mark = "";
+};
+
+struct TestRequest {
+    bool keep = false;  // the stored settings that are not given here
+    std::map<const Test::Setting*, std::string> values = {};
 };
 
 std::span<const Test> tests();
 
 // Sets the parameters, requests the test as an ACS does, and waits for its end where the library runs it.
-void diagnose(Session& session, const Test& test, const std::vector<std::string>& assignments, int seconds);
+void diagnose(Session& session, const Test& test, const TestRequest& request, int seconds);
 
 // Waits for the end of a test that was requested elsewhere.
 void wait_diagnostics(Session& session, int seconds);

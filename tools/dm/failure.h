@@ -23,6 +23,7 @@ enum class Exit : int {
     Missing = 3,
     Unusable = 4,
     NotAllowed = 5,
+    Fixed = 6,
 };
 
 // What is thrown when a request cannot be done. `subject` is a path or a file name.

@@ -246,8 +246,8 @@ const Node* Node::child(std::string_view name) const {
 }
 
 std::string_view Entry::access() const {
-    if (kind == Kind::Table) return writable ? "AD" : "-";
-    return writable ? "W" : "R";
+    if (kind == Kind::Parameter) return writable ? "W" : "R";
+    return writable ? "AD" : "-";
 }
 
 bool Entry::has_handler() const { return kind == Kind::Parameter || (kind == Kind::Table && writable); }

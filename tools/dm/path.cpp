@@ -7,12 +7,54 @@ namespace cwmp {
 
 namespace {
 
-std::vector<std::string> checked_segments(const std::string& path) {
+std::vector<std::string> segments_of(const std::string& path) {
     auto segments = split(path, '.');
     if (segments.back().empty()) segments.pop_back();
-    auto malformed = [&](const char* message) {
-        throw Failure{path, kInvalidName, Exit::Malformed, message};
-    };
+    return segments;
+}
+
+std::vector<std::string> names_below(const Node& node) {
+    std::vector<std::string> names;
+    for (const auto& child : node.children) names.push_back(child->segment);
+    return names;
+}
+
+bool is_instance(std::string_view segment) {
+    return segment == kInstance || segment == "*" || decimal<int>(segment).value_or(0) > 0;
+}
+
+// The path of the model that is spelt most like this one, empty when none is near.
+std::string nearest_path(const Model& model, const std::string& path) {
+    const Node* node = &model.root();
+    std::string near;
+    for (const std::string& segment : segments_of(path)) {
+        if (const Node* table = node->child(kInstance)) {
+            node = table;
+            near += (is_instance(segment) ? segment : "*") + '.';
+            if (is_instance(segment)) continue;
+        }
+        const auto name = node->child(segment) ? segment : nearest(segment, names_below(*node));
+        if (!name) return "";
+        node = node->child(*name);
+        near += *name + '.';
+    }
+    if (node->kind == Node::Kind::Parameter) near.pop_back();
+    return near;
+}
+
+// Throws the failure with the path that may be meant.
+[[noreturn]] void refuse(const Model& model, const std::string& path, Exit exit, const std::string& message) {
+    for (const char* root : {"", "Device.", "InternetGatewayDevice."}) {
+        const std::string near = path.empty() ? "" : nearest_path(model, root + path);
+        if (near.empty()) continue;
+        throw Failure{path, kInvalidName, exit, message + "; did you mean " + near + "?"};
+    }
+    throw Failure{path, kInvalidName, exit, message};
+}
+
+std::vector<std::string> checked_segments(const Model& model, const std::string& path) {
+    const auto segments = segments_of(path);
+    auto malformed = [&](const char* message) { refuse(model, path, Exit::Malformed, message); };
     if (segments.empty()) malformed("the path is empty");
     for (const std::string& segment : segments) {
         if (segment.empty()) malformed("the path has an empty segment");
@@ -21,45 +63,41 @@ std::vector<std::string> checked_segments(const std::string& path) {
     return segments;
 }
 
-int instance_number(const std::string& segment, const std::string& path) {
-    const auto number = decimal<int>(segment);
-    if (number && *number > 0 && segment.front() != '0') return *number;
-    throw Failure{path, kInvalidName, Exit::Malformed, "'" + segment + "' is not an instance number"};
-}
+enum class Takes { Numbers, Each, Placeholders };
 
-enum class Placeholders { Refused, Taken };
-
-Target find(const Model& model, const std::string& path, Placeholders placeholders) {
+Target find(const Model& model, const std::string& path, Takes takes) {
     Target target{path, &model.root(), path.ends_with('.'), {}, {}};
-    for (const std::string& segment : checked_segments(path)) {
+    for (const std::string& segment : checked_segments(model, path)) {
         if (const Node* table = target.node->child(kInstance)) {
-            const bool placeholder = placeholders == Placeholders::Taken && segment == kInstance;
-            if (!placeholder) target.numbers.push_back(instance_number(segment, path));
+            const auto number = decimal<int>(segment);
+            const bool each = (takes != Takes::Numbers && segment == "*") ||
+                              (takes == Takes::Placeholders && segment == kInstance);
+            if (!each && (!number || *number < 1 || segment.front() == '0')) {
+                refuse(model, path, Exit::Malformed, "'" + segment + "' is not an instance number");
+            }
+            target.numbers.push_back(each ? Target::kEach : *number);
             target.tables.push_back(table);
             target.node = table;
             continue;
         }
         target.node = target.node->child(segment);
-        if (!target.node) throw Failure{path, kInvalidName, Exit::Missing, "unknown path"};
+        if (!target.node) refuse(model, path, Exit::Missing, "unknown path");
     }
     const bool parameter = target.node->kind == Node::Kind::Parameter;
-    if (parameter && target.partial) {
-        throw Failure{path, kInvalidName, Exit::Missing, "a parameter's path does not end in '.'"};
-    }
-    if (!parameter && !target.partial) {
-        throw Failure{path, kInvalidName, Exit::Missing, "an object's path ends in '.'"};
-    }
+    if (parameter && target.partial)
+        refuse(model, path, Exit::Missing, "a parameter's path does not end in '.'");
+    if (!parameter && !target.partial) refuse(model, path, Exit::Missing, "an object's path ends in '.'");
     return target;
 }
 
 }  // namespace
 
-Target find_target(const Model& model, const std::string& path) {
-    return find(model, path, Placeholders::Refused);
-}
+Target find_target(const Model& model, const std::string& path) { return find(model, path, Takes::Numbers); }
+
+Target find_targets(const Model& model, const std::string& path) { return find(model, path, Takes::Each); }
 
 const Node& find_name(const Model& model, const std::string& path) {
-    return *find(model, path, Placeholders::Taken).node;
+    return *find(model, path, Takes::Placeholders).node;
 }
 
 }  // namespace cwmp

@@ -1,6 +1,7 @@
 #include "report.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "services.h"
 #include "text.h"
@@ -18,21 +19,45 @@ std::string joined(const std::vector<std::string>& parts, const char* separator)
     return result;
 }
 
-// Left-aligned columns two blanks apart.
-void print_table(const std::vector<std::vector<std::string>>& rows, FILE* out) {
+using Rows = std::vector<std::vector<std::string>>;
+
+constexpr size_t kGap = 2;
+constexpr size_t kNarrowest = 12;
+
+// Of all columns, the last gives way first, then the widest.
+void fit(std::vector<size_t>& widths, size_t columns) {
+    const size_t gaps = widths.empty() ? 0 : (widths.size() - 1) * kGap;
+    for (size_t all = std::accumulate(widths.begin(), widths.end(), gaps); all > columns; --all) {
+        size_t& widest = *std::max_element(widths.begin(), widths.end());
+        size_t& narrowed = widths.back() > 2 * kNarrowest ? widths.back() : widest;
+        if (narrowed <= kNarrowest) return;
+        --narrowed;
+    }
+}
+
+// Left-aligned columns two blanks apart; a cell that is wider than its column goes on below.
+void print_table(const Rows& rows, size_t columns, FILE* out) {
     std::vector<size_t> widths;
     for (const auto& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
     }
+    if (columns) fit(widths, columns);
     for (const auto& row : rows) {
-        std::string line;
+        Rows cells;
+        size_t height = 1;
         for (size_t i = 0; i < row.size(); ++i) {
-            line += row[i];
-            if (i + 1 < row.size()) line.append(widths[i] - row[i].size() + 2, ' ');
+            height = std::max(height, cells.emplace_back(folded(row[i], widths[i])).size());
         }
-        line.erase(line.find_last_not_of(' ') + 1);
-        std::fprintf(out, "%s\n", line.c_str());
+        for (size_t at = 0; at < height; ++at) {
+            std::string line;
+            for (size_t i = 0; i < row.size(); ++i) {
+                const std::string& piece = at < cells[i].size() ? cells[i][at] : "";
+                line += piece + std::string(widths[i] - piece.size() + kGap, ' ');
+            }
+            line.erase(line.find_last_not_of(' ') + 1);
+            std::fprintf(out, "%s\n", line.c_str());
+        }
     }
 }
 
@@ -45,9 +70,10 @@ void print_revert(const Report& report, FILE* out) {
     std::fprintf(out, "\n");
 }
 
-std::vector<std::vector<std::string>> parameter_rows(const std::vector<Report::Parameter>& parameters) {
-    std::vector<std::vector<std::string>> rows;
-    for (const auto& parameter : parameters) {
+Rows parameter_rows(const Report& report) {
+    Rows rows;
+    for (const auto& parameter : report.parameters) {
+        if (report.table && parameter.path.starts_with(report.table_of)) continue;
         auto& row = rows.emplace_back(std::vector{printable(parameter.path)});
         if (!parameter.passes.empty()) row.push_back(joined(parameter.passes, ","));
         row.push_back(printable(parameter.value));
@@ -55,7 +81,7 @@ std::vector<std::vector<std::string>> parameter_rows(const std::vector<Report::P
     return rows;
 }
 
-std::vector<std::vector<std::string>> printable_rows(std::vector<std::vector<std::string>> rows) {
+Rows printable_rows(Rows rows) {
     for (auto& row : rows) {
         for (std::string& cell : row) cell = printable(cell);
     }
@@ -70,8 +96,8 @@ Exit Report::exit() const {
     return worst;
 }
 
-void print_text(const Report& report, FILE* out) {
-    auto rows = report.table ? printable_rows(*report.table) : parameter_rows(report.parameters);
+void print_text(const Report& report, size_t columns, FILE* out) {
+    auto rows = parameter_rows(report);
     if (report.names) {
         for (const auto& name : *report.names) {
             const bool parameter = name.kind == Entry::Kind::Parameter;
@@ -81,7 +107,9 @@ void print_text(const Report& report, FILE* out) {
     if (report.instances) {
         for (const std::string& path : *report.instances) rows.push_back({path});
     }
-    print_table(rows, out);
+    print_table(rows, columns, out);
+    if (report.table) print_table(printable_rows(*report.table), columns, out);
+    for (const std::string& note : report.notes) std::fprintf(out, "%s\n", note.c_str());
     for (const auto& group : report.groups) {
         std::fprintf(out, "group %s: %s\n", group.name.c_str(), joined(group.steps, ", ").c_str());
     }
@@ -91,6 +119,21 @@ void print_text(const Report& report, FILE* out) {
         const auto services = services_of(*report.apply_flags);
         const std::string text = services.empty() ? "none" : joined(services, ", ");
         std::fprintf(out, "apply flags 0x%04x: %s\n", *report.apply_flags, text.c_str());
+    }
+}
+
+void print_plain(const Report& report, FILE* out) {
+    for (const auto& parameter : report.parameters) {
+        std::fprintf(out, "%s=%s\n", parameter.path.c_str(), as_line(parameter.value).c_str());
+    }
+    if (report.names) {
+        for (const Entry& name : *report.names) std::fprintf(out, "%s\n", name.path.c_str());
+    }
+    if (report.secrets) {
+        for (const std::string& path : *report.secrets) std::fprintf(out, "# secret: %s\n", path.c_str());
+    }
+    if (report.instances) {
+        for (const std::string& path : *report.instances) std::fprintf(out, "%s\n", path.c_str());
     }
 }
 

@@ -117,13 +117,29 @@ Json error_json(const Failure& error) {
     return result;
 }
 
+void print(const Json& json, int style, FILE* out) {
+    std::fprintf(out, "%s\n",
+                 json_object_to_json_string_ext(json.get(), style | JSON_C_TO_STRING_NOSLASHESCAPE));
+}
+
 }  // namespace
+
+void print_change_json(const std::string& time, const std::string& path, const std::string* before,
+                       const std::string* after, FILE* out) {
+    Json result = object();
+    put(result, "time", text(time));
+    put(result, "path", text(path));
+    put(result, "before", before ? text(*before) : nullptr);
+    put(result, "value", after ? text(*after) : nullptr);
+    print(result, JSON_C_TO_STRING_PLAIN, out);
+}
 
 void print_json(const Report& report, FILE* out) {
     Json result = object();
     put(result, "parameters", array(report.parameters, parameter_json));
     if (report.names) put(result, "names", array(*report.names, name_json));
     if (report.instances) put(result, "instances", array(*report.instances, text));
+    if (report.secrets) put(result, "secrets", array(*report.secrets, text));
     if (!report.groups.empty()) put(result, "groups", array(report.groups, group_json));
     if (report.diagnostics_complete) put(result, "diagnosticsComplete", Json(json_object_new_boolean(true)));
     if (report.reverted) put(result, "reverted", Json(json_object_new_boolean(*report.reverted)));
@@ -132,8 +148,7 @@ void print_json(const Report& report, FILE* out) {
         put(result, "services", array(services_of(*report.apply_flags), text));
     }
     put(result, "errors", array(report.errors, error_json));
-    const int style = JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE;
-    std::fprintf(out, "%s\n", json_object_to_json_string_ext(result.get(), style));
+    print(result, JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED, out);
 }
 
 }  // namespace cwmp

@@ -1,6 +1,9 @@
 #include "text.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
+#include <numeric>
 
 namespace cwmp {
 
@@ -37,10 +40,12 @@ bool is_control(char32_t code) {
     return c0_or_c1 || reorders_line || breaks_line;
 }
 
+constexpr std::pair<char, char> kEscapes[] = {{'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}, {'\\', '\\'}};
+
 std::string escaped(std::string_view bytes) {
-    if (bytes == "\n") return "\\n";
-    if (bytes == "\r") return "\\r";
-    if (bytes == "\t") return "\\t";
+    for (const auto& [character, letter] : kEscapes) {
+        if (bytes.size() == 1 && bytes.front() == character) return {'\\', letter};
+    }
     std::string result;
     for (unsigned char byte : bytes) {
         char text[5];
@@ -50,7 +55,43 @@ std::string escaped(std::string_view bytes) {
     return result;
 }
 
+bool same_letter(char a, char b) {
+    return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+}
+
+// Letters to insert, leave out or exchange, row by row of the usual matrix.
+size_t distance(std::string_view a, std::string_view b) {
+    std::vector<size_t> row(b.size() + 1);
+    std::iota(row.begin(), row.end(), 0);
+    for (size_t i = 0; i < a.size(); ++i) {
+        size_t diagonal = row[0]++;
+        for (size_t j = 0; j < b.size(); ++j) {
+            const size_t exchanged = diagonal + (same_letter(a[i], b[j]) ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({exchanged, diagonal + 1, row[j] + 1});
+        }
+    }
+    return row.back();
+}
+
 }  // namespace
+
+bool contains(std::string_view text, std::string_view part) {
+    return std::search(text.begin(), text.end(), part.begin(), part.end(), same_letter) != text.end();
+}
+
+std::optional<std::string> nearest(std::string_view word, const std::vector<std::string>& candidates) {
+    std::optional<std::string> found;
+    size_t least = (word.size() + 2) / 3 + 1;
+    for (const std::string& candidate : candidates) {
+        const size_t far = distance(word, candidate);
+        if (far < least) {
+            least = far;
+            found = candidate;
+        }
+    }
+    return found;
+}
 
 std::vector<std::string> split(std::string_view text, char separator) {
     std::vector<std::string> parts;
@@ -62,16 +103,61 @@ std::vector<std::string> split(std::string_view text, char separator) {
     return parts;
 }
 
-std::string printable(std::string_view text) {
+namespace {
+
+std::string shown(std::string_view text, bool backslash_too) {
     std::string result;
     while (!text.empty()) {
         const Character character = first_character(text);
         const std::string_view bytes = text.substr(0, character.length ? character.length : 1);
-        const bool shown = character.length && !is_control(character.code);
-        result += shown ? std::string(bytes) : escaped(bytes);
+        const bool kept =
+            character.length && !is_control(character.code) && !(backslash_too && bytes == "\\");
+        result += kept ? std::string(bytes) : escaped(bytes);
         text.remove_prefix(bytes.size());
     }
     return result;
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) { return shown(text, false); }
+
+std::string as_line(std::string_view text) { return shown(text, true); }
+
+std::optional<std::string> from_line(std::string_view line) {
+    std::string text;
+    for (size_t i = 0; i < line.size(); ++i) {
+        if (line[i] != '\\') {
+            text += line[i];
+            continue;
+        }
+        const char letter = ++i < line.size() ? line[i] : '\0';
+        const auto escape = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                         [&](const auto& known) { return known.second == letter; });
+        if (escape != std::end(kEscapes)) {
+            text += escape->first;
+            continue;
+        }
+        unsigned char byte = 0;
+        const char* digits = line.data() + i + 1;
+        if (letter != 'x' || line.size() - i < 3 ||
+            std::from_chars(digits, digits + 2, byte, 16).ptr != digits + 2)
+            return std::nullopt;
+        text += static_cast<char>(byte);
+        i += 2;
+    }
+    return text;
+}
+
+std::vector<std::string> folded(std::string_view text, size_t width) {
+    std::vector<std::string> pieces(1);
+    while (!text.empty()) {
+        const size_t length = std::max<size_t>(first_character(text).length, 1);
+        if (pieces.back().size() + length > width && !pieces.back().empty()) pieces.emplace_back();
+        pieces.back() += text.substr(0, length);
+        text.remove_prefix(length);
+    }
+    return pieces;
 }
 
 std::string as_utf8(std::string_view text) {

@@ -24,21 +24,26 @@ constexpr Pass kPasses[] = {{CWMP_OP_STAGE, "stage"}, {CWMP_OP_CHECK, "check"}, 
 
 }  // namespace
 
-void Transaction::add(const std::string& assignment) {
-    const size_t equals = assignment.find('=');
-    if (equals == std::string::npos)
-        throw Failure{assignment, kNoFault, Exit::Malformed, "PATH=VALUE expected"};
-    const std::string path = assignment.substr(0, equals);
-    Target target = find_target(model_, path);
+Assignment assignment(const Model& model, const std::string& text) {
+    const size_t equals = text.find('=');
+    if (equals == std::string::npos) throw Failure{text, kNoFault, Exit::Malformed, "PATH=VALUE expected"};
+    const std::string path = text.substr(0, equals);
+    Target target = find_target(model, path);
     if (target.partial) throw Failure{path, kInvalidName, Exit::Missing, "an object has no value"};
-    if (!target.node->writable)
-        throw Failure{path, kNotWritable, Exit::Refused, "the parameter is read-only"};
+    if (!target.node->writable) throw Failure{path, kNotWritable, Exit::Fixed, "the parameter is read-only"};
+    std::string value = typed_value(target.node->type, path, text.substr(equals + 1));
+    return {std::move(target), std::move(value)};
+}
+
+void Transaction::add(const std::string& text) {
+    auto [target, value] = assignment(model_, text);
     for (const Setting& other : settings_) {
-        if (other.target.path == path) throw Failure{path, kInvalidArguments, Exit::Refused, "set twice"};
+        if (other.target.path == target.path) {
+            throw Failure{target.path, kInvalidArguments, Exit::Malformed, "set twice"};
+        }
     }
-    agent_.require_instances(target);
-    const cwmp_handler handler = agent_.handler_of(*target.node, path);
-    std::string value = typed_value(target.node->type, path, assignment.substr(equals + 1));
+    agent_.resolve(target);
+    const cwmp_handler handler = agent_.handler_of(*target.node, target.path);
     settings_.push_back({std::move(target), std::move(value), handler, {}, {}});
 }
 
@@ -51,7 +56,7 @@ void Transaction::run() {
         report_.reverted = agent_.revert(flags_);
     }
     report_.groups = groups_.touched();
-    report_.apply_flags = flags_;
+    report_.apply_flags = report_.apply_flags.value_or(0) | flags_;
     for (const Setting& setting : settings_) {
         if (!setting.passes.empty()) {
             report_.parameters.push_back({setting.target.path, setting.value,

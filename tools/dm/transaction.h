@@ -10,6 +10,15 @@
 
 namespace cwmp {
 
+// PATH=VALUE of a parameter that can be set; its instances may be missing.
+struct Assignment {
+    Target target;
+    std::string value;
+};
+
+// Throws Failure.
+Assignment assignment(const Model& model, const std::string& text);
+
 // One SetParameterValues transaction: nothing is called before every assignment has been looked at.
 class Transaction {
   public:

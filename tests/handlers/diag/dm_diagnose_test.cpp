@@ -23,9 +23,12 @@ TEST_F(DmDiagnose, TracesARouteToItsEnd) {
     program("/var/lib/router/answers/ps", "while [ ! -s /tmp/tr069/trace_result ]; do sleep 0.02; done\n");
     const Run run = dm("diagnose traceroute 192.0.2.9 --tries 2 --timeout 1500 --wait 30");
     EXPECT_EQ(run.exit, 0) << run.err;
-    EXPECT_EQ(run.out,
-              "#  Host       RTTimes\n1  192.0.2.1  1,1\n2  192.0.2.9  9,0\ndiagnostics complete\n"
-              "apply flags 0x2000: trace-route diagnostics\n");
+    EXPECT_THAT(run.out, HasSubstr("TraceRoute.NumberOfTries             2\n"));
+    EXPECT_THAT(run.out,
+                testing::EndsWith(
+                    "#  Host       RTTimes\n1  192.0.2.1  1,1\n2  192.0.2.9  9,0\ndiagnostics complete\n"
+                    "apply flags 0x2000: trace-route diagnostics\n"));
+    EXPECT_EQ(run.err, "");
     EXPECT_FALSE(exists("/var/tmp/17"));
     wait_for_jobs();
 }
@@ -48,26 +51,36 @@ TEST_F(DmDiagnose, ATestThatFailsOrDoesNotEndIsAFailure) {
     const Run failed = dm("diagnose traceroute nosuch --wait 30");
     EXPECT_EQ(failed.exit, 1);
     EXPECT_THAT(failed.err, HasSubstr("the test ended in state Error_CannotResolveHostName\n"));
-    const Run refused = dm("diagnose traceroute h --hops 65");
-    EXPECT_EQ(refused.exit, 1);
-    EXPECT_THAT(refused.err, HasSubstr("MaxHopCount: fault 9007"));
+    const Run no_host = dm("diagnose traceroute '' --wait 30");
+    EXPECT_EQ(no_host.exit, 1);
+    EXPECT_THAT(no_host.err, HasSubstr("the test ended in state Error_CannotResolveHostName\n"));
     wait_for_jobs();
     file("/tmp/hold", "");
     program("/var/lib/router/answers/ps", "while [ -e /tmp/hold ]; do sleep 0.02; done\n");
     const Run endless = dm("diagnose traceroute h --wait 1");
     EXPECT_EQ(endless.exit, 1);
     EXPECT_THAT(endless.err, HasSubstr("dm: diagnostics: no completion message within 1 s\n"));
-    EXPECT_EQ(dm("wait-diagnostics --wait 1").exit, 1);
+    EXPECT_THAT(dm("wait-diagnostics --wait 1").err, HasSubstr("no completion message within 1 s\n"));
+    const Run stopped = dm("diagnose traceroute h & sleep 0.5; kill $!; wait $!");
+    EXPECT_EQ(stopped.exit, 143);
+    EXPECT_FALSE(exists("/var/tmp/17"));
     std::filesystem::remove("/tmp/hold");
     wait_for_jobs();
+    EXPECT_THAT(dm("wait-diagnostics").err, HasSubstr("no test runs\n"));
 }
 
 TEST_F(DmDiagnose, ShowsTheRequestOfATestThatTheAgentRuns) {
     const Run ping = dm("diagnose ping 192.0.2.7 --count 4 --protocol IPv4");
     EXPECT_EQ(ping.exit, 0) << ping.err;
     EXPECT_THAT(ping.out, HasSubstr("IPPing.DiagnosticsState             Requested\n"));
+    EXPECT_THAT(ping.out, HasSubstr("the agent runs it"));
     EXPECT_THAT(ping.out, HasSubstr("apply flags 0x1000: IP ping diagnostics\n"));
     EXPECT_EQ(scratch("diagnostics_config.ping.NumberOfRepetitions"), "4");
+    dm("diagnose ping 192.0.2.8 --keep --size 50");
+    EXPECT_EQ(scratch("diagnostics_config.ping.NumberOfRepetitions"), "4");
+    dm("diagnose ping 192.0.2.9");
+    EXPECT_EQ(scratch("diagnostics_config.ping.NumberOfRepetitions"), "3");
+    EXPECT_EQ(scratch("diagnostics_config.ping.DataBlockSize"), "38");
     const Run upload = dm("diagnose upload http://192.0.2.7/x --length 1000 --interface br-wan");
     EXPECT_THAT(upload.out, HasSubstr("apply flags 0x0400: upload diagnostics\n"));
     EXPECT_EQ(scratch("diagnostics_config.upload.state"), "Requested");

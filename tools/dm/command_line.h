@@ -1,0 +1,47 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+
+#include "diagnose.h"
+
+namespace cwmp {
+
+struct Options {
+    Format format = Format::Table;
+    bool tables = false;  // folded to the width of a terminal although there is none
+    std::string library = "/usr/lib/libcwmp-datamodel.so";
+    std::string model = "/usr/share/cwmp-datamodel/model";
+    std::string root;
+    std::optional<std::string> agent;
+    std::optional<int> log_level;
+    Words words;  // the command's arguments
+    const Test* test = nullptr;
+    TestRequest request;
+    int seconds = 120;
+    int interval = 1;
+    int levels = 0;
+};
+
+class CommandLine {
+  public:
+    CommandLine();
+
+    // The exit code when there is nothing to run: after help and version. Throws Failure at a mistake.
+    std::optional<int> parse(int argc, char** argv);
+
+    Options options;
+    std::string command;
+
+  private:
+    CLI::App* add(const char* name, const char* description, const char* arguments, size_t at_least);
+    void add_diagnostics();
+    void add_wait(CLI::App* subcommand);
+    void require_command(const CLI::App& app, const char* what) const;
+
+    CLI::App app_;
+};
+
+}  // namespace cwmp
