@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string>
 
-#include "config/store.h"
+#include "config/batch.h"
 #include "core/file.h"
 #include "core/log.h"
 #include "cwmp/uci_access.h"
@@ -12,8 +12,6 @@ namespace cwmp {
 namespace {
 
 constexpr const char* kProtectedList = "/etc/profile.d/cwmp-config-force";
-constexpr const char* kOpenCopy = "/tmp/cwmp-config";
-constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
 constexpr const char* kMirroredPackage = "cwmp";
 constexpr int kListLine = 128;
 
@@ -25,29 +23,56 @@ std::string protected_entry(const std::string& line) {
     return close == std::string::npos ? std::string() : line.substr(open + 1, close - open - 1);
 }
 
-// Writes the live store, then the side copy that the policy names. write takes a directory, nullptr or one of
-// the two copies. what stands for the option in the protected list's entries.
-template <typename Write>
-int write_and_mirror(const char* function, const char* package, const char* section, const char* what,
-                     const char* live, Write write) {
-    log_event({function, __LINE__}, kError, "set userconfig first\n\n");
-    if (const int result = write(live); result != 0) {
-        log_event({function, __LINE__}, kError, "set usrconfig failed\n\n");
-        return result;
-    }
-    if (is_support_isp_reset() == 0) return 0;
+}  // namespace
+
+MirroredBatch::MirroredBatch(const char* package) : package_(package), live_(package, nullptr) {}
+
+Batch* MirroredBatch::copy_for(const char* function, const char* section, const char* what) {
+    if (is_support_isp_reset() == 0) return nullptr;
     log_event({function, __LINE__}, kError, "save set to backup field\n\n");
-    const int allowed = IsOptionAllowToChange(package, section, what);
-    if (std::strcmp(package, kMirroredPackage) != 0) {
+    const int allowed = IsOptionAllowToChange(package_, section, what);
+    if (std::strcmp(package_, kMirroredPackage) != 0) {
         log_event({function, __LINE__}, kError, "!!!!!!!! not the cwmp config, do not save to config\n\n");
-        return 0;
+        return nullptr;
     }
     log_event({function, __LINE__}, kError, "!!!!!!!! cwmp config, save to config\n\n");
     log_event({function, __LINE__}, kError, "allow chage:%d\n\n", allowed);
-    return write(allowed == 1 ? kOpenCopy : kProtectedCopy);
+    auto& copy = allowed == 1 ? open_copy_ : protected_copy_;
+    if (!copy) copy.emplace(package_, allowed == 1 ? kOpenCopy : kProtectedCopy);
+    return &*copy;
 }
 
-}  // namespace
+template <typename Change>
+int MirroredBatch::change(const char* function, const char* section, const char* what, Change change) {
+    log_event({function, __LINE__}, kError, "set userconfig first\n\n");
+    if (const int result = change(live_); result != 0) {
+        log_event({function, __LINE__}, kError, "set usrconfig failed\n\n");
+        return result;
+    }
+    Batch* copy = copy_for(function, section, what);
+    return copy != nullptr ? change(*copy) : 0;
+}
+
+int MirroredBatch::set(const char* section, const char* option, const char* value) {
+    return change("uciRawSetValue", section, option,
+                  [=](Batch& batch) { return batch.set(section, option, value); });
+}
+
+int MirroredBatch::add_section(const char* section, const char* type) {
+    return change("uciRawAddSection", section, type,
+                  [=](Batch& batch) { return batch.add_section(section, type); });
+}
+
+int MirroredBatch::delete_section(const char* section, const char* type) {
+    return change("uciRawDelSection", section, type,
+                  [=](Batch& batch) { return batch.delete_section(section, type); });
+}
+
+bool MirroredBatch::commit(Caller caller) {
+    return live_.commit(caller) && (!open_copy_ || open_copy_->commit(caller)) &&
+           (!protected_copy_ || protected_copy_->commit(caller));
+}
+
 }  // namespace cwmp
 
 int IsOptionAllowToChange(const char* package, const char* section, const char* option) {
@@ -94,19 +119,16 @@ int is_support_isp_reset() {
 int save_to_cwmp_config() { return 0; }
 
 int uciRawSetValue(const char* package, const char* section, const char* option, const char* value) {
-    return cwmp::write_and_mirror(__func__, package, section, option, nullptr, [=](const char* confdir) {
-        return uciRawSetValueByPath(package, section, option, value, confdir);
-    });
+    cwmp::MirroredBatch batch(package);
+    return cwmp::finish(batch, batch.set(section, option, value));
 }
 
 int uciRawAddSection(const char* package, const char* section, const char* type) {
-    return cwmp::write_and_mirror(
-        __func__, package, section, type, cwmp::kLiveStore,
-        [=](const char* confdir) { return uciRawAddSectionBypath(package, section, type, confdir); });
+    cwmp::MirroredBatch batch(package);
+    return cwmp::finish(batch, batch.add_section(section, type));
 }
 
 int uciRawDelSection(const char* package, const char* section, const char* type) {
-    return cwmp::write_and_mirror(
-        __func__, package, section, type, cwmp::kLiveStore,
-        [=](const char* confdir) { return uciRawDelSectionBypath(package, section, type, confdir); });
+    cwmp::MirroredBatch batch(package);
+    return cwmp::finish(batch, batch.delete_section(section, type));
 }

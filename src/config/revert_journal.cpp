@@ -1,10 +1,12 @@
 #include "cwmp/revert_journal.h"
 
+#include <fcntl.h>
+
 #include <cstdio>
 #include <cstring>
 
 #include "config/store.h"
-#include "core/file.h"
+#include "core/descriptor.h"
 #include "core/log.h"
 
 namespace {
@@ -28,12 +30,12 @@ void add_revert_item(const char* name, const char* value, const char* extra) {
         LOG_ERROR("param is NULL, do nothing\n\n");
         return;
     }
-    const cwmp::File journal(std::fopen(kJournal, "ae"));
-    if (journal == nullptr) {
+    const auto journal = cwmp::open_own_file(kJournal, O_WRONLY | O_APPEND | O_CREAT);
+    if (!journal) {
         LOG_ERROR("open file %s failed!\n\n", kJournal);
         return;
     }
-    std::fputs(journal_record(name, value, extra == nullptr ? "NULL" : extra).c_str(), journal.get());
+    cwmp::write_whole(journal.get(), journal_record(name, value, extra == nullptr ? "NULL" : extra));
 }
 
 void backup_revert_wan_type() {

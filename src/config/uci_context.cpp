@@ -1,8 +1,12 @@
 #include "config/uci_context.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <uci.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
@@ -43,26 +47,74 @@ uci_ptr pointer_to(uci_package* package, const char* section, const char* option
     return pointer;
 }
 
+std::string staged_file(const uci_context* context, const char* package) {
+    return std::string(context->savedir) + '/' + package;
+}
+
+// A package as its file's text.
+class Export {
+  public:
+    Export(uci_context* context, uci_package* package) {
+        std::FILE* stream = open_memstream(&text_, &size_);
+        if (stream == nullptr) return;
+        // Without this buffer libuci would write what it cannot escape as it is.
+        if (context->buf == nullptr && (context->buf = static_cast<char*>(std::malloc(kBuffer))) != nullptr)
+            context->bufsz = kBuffer;
+        const bool exported = context->buf != nullptr &&
+                              uci_export(context, stream, package, false) == UCI_OK &&
+                              std::ferror(stream) == 0;
+        whole_ = std::fclose(stream) == 0 && exported;
+    }
+    ~Export() { std::free(text_); }
+    Export(const Export&) = delete;
+    Export& operator=(const Export&) = delete;
+
+    explicit operator bool() const { return whole_; }
+    std::string_view text() const { return {text_, size_}; }
+
+  private:
+    static constexpr int kBuffer = 64;
+
+    char* text_ = nullptr;
+    std::size_t size_ = 0;
+    bool whole_ = false;
+};
+
 }  // namespace
 
 bool is_uci_package(const char* name) { return is_uci_type(name); }
 
+bool is_uci_value(const char* value) { return uci_validate_text(value); }
+
 void UciContext::Free::operator()(uci_context* context) const { uci_free_context(context); }
 
-UciContext::UciContext(const char* confdir) : context_(uci_alloc_context()) {
+UciContext::UciContext(const char* confdir)
+    : confdir_(confdir != nullptr ? confdir : kLiveStore), context_(uci_alloc_context()) {
     if (context_ == nullptr || confdir == nullptr) return;
     uci_set_confdir(context_.get(), confdir);
     if (std::strcmp(confdir, kLiveStore) != 0) use_private_save_directory(context_.get(), confdir);
 }
 
-UciContext::UciContext(const char* confdir, const char* savedir) : context_(uci_alloc_context()) {
+UciContext::UciContext(const char* confdir, const char* savedir)
+    : confdir_(confdir), context_(uci_alloc_context()) {
     if (context_ == nullptr) return;
     uci_set_confdir(context_.get(), confdir);
     uci_set_savedir(context_.get(), savedir);
 }
 
 bool UciContext::load(const char* package) {
-    return uci_load(context_.get(), package, &package_) == UCI_OK && package_ != nullptr;
+    return is_trusted_directory(confdir_) && uci_load(context_.get(), package, &package_) == UCI_OK &&
+           package_ != nullptr;
+}
+
+bool UciContext::load_to_change(const char* package) {
+    if (!lock_ && !lock_.take(confdir_)) return false;
+    sweep_temporary_files(confdir_);
+    struct stat staged = {};
+    if (is_uci_package(package) && stat(staged_file(context_.get(), package).c_str(), &staged) == 0)
+        staged_ = staged.st_size;
+    context_->flags = static_cast<uci_flags>(context_->flags | UCI_FLAG_SAVED_DELTA);
+    return load(package);
 }
 
 uci_section* UciContext::section(const char* name) const {
@@ -96,7 +148,7 @@ int UciContext::set_option(const char* section, const char* option, const char* 
         return UCI_OK;
     }
     // A value that libuci cannot read back would be set, and lost when it is committed.
-    if (existing == nullptr || !is_uci_name(option) || !uci_validate_text(value)) return UCI_ERR_INVAL;
+    if (existing == nullptr || !is_uci_name(option) || !is_uci_value(value)) return UCI_ERR_INVAL;
     uci_ptr pointer = pointer_to(package_, section, option, value);
     return uci_set(context_.get(), &pointer);
 }
@@ -112,10 +164,42 @@ int UciContext::delete_section(const char* section) {
     return uci_delete(context_.get(), &pointer);
 }
 
-void UciContext::commit() { uci_commit(context_.get(), &package_, false); }
+// libuci's own commit looks at no result of its writing, and stores nothing any more once a cut line is staged.
+bool UciContext::commit(Caller caller) {
+    const bool changed = package_ != nullptr && (!uci_list_empty(&package_->delta) || staged_ > 0);
+    const bool stored = !changed || store_text(caller);
+    if (changed && stored && staged_ > 0) forget_staged(caller);
+    lock_ = {};
+    return stored;
+}
+
+bool UciContext::store_text(Caller caller) {
+    const Export text(context_.get(), package_);
+    if (text && replace_package_file(confdir_, package_->e.name, text.text())) return true;
+    log_event(caller, kError, "package %s cannot be stored, it stays as it was\n\n", package_->e.name);
+    return false;
+}
+
+// What another tool has staged since the package was loaded stays.
+void UciContext::forget_staged(Caller caller) {
+    constexpr int kPatience = 1000;
+    const Descriptor file(
+        open(staged_file(context_.get(), package_->e.name).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    if (!file || !lock_within(file.get(), kPatience)) return;
+    const std::string staged = read_whole(file.get());
+    const auto known = std::min(staged.size(), static_cast<std::size_t>(staged_));
+    if (known == 0) return;
+    if (staged[known - 1] != '\n' || uci_list_empty(&package_->saved_delta)) {
+        log_event(caller, kError, "staged changes of package %s are broken, they are dropped\n\n",
+                  package_->e.name);
+    }
+    if (ftruncate(file.get(), 0) == 0 && staged.size() > known)
+        write_whole(file.get(), std::string_view(staged).substr(known));
+}
 
 std::optional<int> UciContext::revert(std::string tuple) {
     uci_ptr pointer = {};
+    if (!lock_.take(confdir_)) return std::nullopt;
     if (uci_lookup_ptr(context_.get(), &pointer, tuple.data(), true) != UCI_OK) return std::nullopt;
     return uci_revert(context_.get(), &pointer);
 }

@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "config/store_directory.h"
+#include "core/log.h"
+
 struct uci_context;
 struct uci_package;
 struct uci_section;
@@ -15,9 +18,14 @@ namespace cwmp {
 inline constexpr const char* kLiveStore = "/etc/config";
 inline constexpr const char* kScratchStore = "/tmp/tr069";
 inline constexpr const char* kProfileStore = "/etc/profile.d";
+// The side copies of the mirrored package.
+inline constexpr const char* kOpenCopy = "/tmp/cwmp-config";
+inline constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
 
 // Whether libuci takes a name for a package of a configuration directory.
 bool is_uci_package(const char* name);
+// Whether a value can be stored: libuci does not read control characters back.
+bool is_uci_value(const char* value);
 
 class UciContext {
   public:
@@ -30,6 +38,10 @@ class UciContext {
     explicit operator bool() const { return context_ != nullptr; }
 
     bool load(const char* package);
+    // To change the package: nobody else of this library changes the directory before commit() has returned or
+    // this object has ended.
+    bool load_to_change(const char* package);
+    bool is_loaded() const { return package_ != nullptr; }
 
     uci_section* section(const char* name) const;
     // All sections of a type in file order; a null type is any.
@@ -39,13 +51,15 @@ class UciContext {
     // The string value of an option; list options have none.
     std::optional<std::string> value(uci_section* section, const char* option) const;
 
-    // These change the loaded package and return libuci's result code, 0 for success; commit() stores them.
+    // These change the package in memory and return libuci's result code, 0 for success; commit() stores them.
     // An empty value deletes the option.
     int set_option(const char* section, const char* option, const char* value);
     // Creates the section, or gives an existing one this type.
     int set_section(const char* section, const char* type);
     int delete_section(const char* section);
-    void commit();
+    // Stores what was changed, and with it what other tools have staged: the package file is the old text or the
+    // whole new one. False, logged, when it is the old one. May be called once.
+    bool commit(Caller caller = Caller::here());
     // Discards what the save directory holds of a package, section or option, named with dots. Loads by
     // itself. Nothing when there is no such package, else libuci's result code.
     std::optional<int> revert(std::string tuple);
@@ -54,8 +68,14 @@ class UciContext {
     struct Free {
         void operator()(uci_context* context) const;
     };
+    bool store_text(Caller caller);
+    void forget_staged(Caller caller);
+
+    const char* confdir_ = kLiveStore;
+    StoreLock lock_;  // given back when the package is no longer in memory
     std::unique_ptr<uci_context, Free> context_;
     uci_package* package_ = nullptr;
+    off_t staged_ = 0;  // bytes of changes that other tools had staged when the package was loaded
 };
 
 }  // namespace cwmp

@@ -1,13 +1,16 @@
 #include "staged/check_script.h"
 
+#include <fcntl.h>
 #include <json-c/json.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
 
 #include "core/command.h"
+#include "core/descriptor.h"
 
 namespace {
 
@@ -25,15 +28,27 @@ struct Release {
 };
 using Json = std::unique_ptr<json_object, Release>;
 
-Json read_json(const char* file) { return Json(json_object_from_file(file)); }
+Json read_json(const char* path) {
+    const Descriptor file = open_own_file(path, O_RDONLY);
+    return Json(file ? json_object_from_fd(file.get()) : nullptr);
+}
 
-// A script that writes nothing must not be judged by the answer of an earlier run.
-void run_script(const char* arguments, Caller caller) {
+// Others could read the passwords in a request, or put one of their own in its place.
+bool write_json(const char* path, json_object* json) {
+    unlink(path);
+    Descriptor file = open_own_file(path, O_WRONLY | O_CREAT | O_EXCL);
+    const char* text = json_object_to_json_string_ext(json, JSON_C_TO_STRING_PLAIN);
+    return file && text != nullptr && write_whole(file.get(), text) && file.close();
+}
+
+// False when an answer of an earlier run is in the way: a script that writes nothing must not be judged by it.
+bool run_script(const char* arguments, Caller caller) {
     char command[512];
     std::snprintf(command, sizeof command, "%s %s ", kScript, arguments);
-    unlink(kAnswerFile);
+    if (unlink(kAnswerFile) != 0 && errno != ENOENT) return false;
     run(command);
     log_event(caller, kProgress, "!!!!!!!!!!!!!!!%s \n\n", command);
+    return true;
 }
 
 json_object* json_value(const Record& record, const Object& object, int option) {
@@ -88,7 +103,7 @@ int func_obj_result_ok(const char* file) {
 
 int initialize_revert_data(const char* name) {
     if (name == nullptr) return 0;
-    run_script((std::string(kLoadVerb) + ' ' + name).c_str(), Caller::here());
+    if (!run_script((std::string(kLoadVerb) + ' ' + name).c_str(), Caller::here())) return -1;
     const Json answer = read_json(kAnswerFile);
     if (answer == nullptr) return -1;
     const Object* object = object_of_revert_name(name);
@@ -101,11 +116,12 @@ namespace cwmp::staged {
 
 Verdict ask_script(const Object& object, const char* action, Caller caller) {
     const Json json = request(object);
-    if (json == nullptr) return Verdict::no_request;
-    unlink(kRequestFile);
-    json_object_to_file(kRequestFile, json.get());
-    run_script((std::string(object.name) + '_' + action).c_str(), caller);
-    const bool accepted = func_obj_result_ok(kAnswerFile) != 0;
+    if (json == nullptr || !write_json(kRequestFile, json.get())) {
+        unlink(kRequestFile);
+        return Verdict::no_request;
+    }
+    const std::string verb = std::string(object.name) + '_' + action;
+    const bool accepted = run_script(verb.c_str(), caller) && func_obj_result_ok(kAnswerFile) != 0;
     unlink(kRequestFile);
     unlink(kAnswerFile);
     return accepted ? Verdict::accepted : Verdict::rejected;

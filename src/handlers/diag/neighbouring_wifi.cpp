@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <climits>
 
+#include "config/batch.h"
 #include "core/command.h"
 #include "core/refusal.h"
 #include "cwmp/diagnostics.h"
-#include "cwmp/uci_access.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
 #include "handlers/diag/scan_log.h"
@@ -21,15 +21,16 @@ constexpr int kMostCells = 15;
 constexpr const char* kLog24 = "/tmp/tr069/NeighboringWiFi_2_4G_log";
 constexpr const char* kLog5 = "/tmp/tr069/NeighboringWiFi_5G_log";
 
-void delete_results() {
+bool delete_results() {
     // Far more than a scan leaves: a broken count must not keep the agent busy.
     constexpr int kMostResults = 256;
     const std::string count = read_test(kScan / "ResultNumberOfEntries").value_or("");
     const int last = std::min(decimal_prefix(count.c_str()), kMostResults);
-    for (int number = 1; number <= last; ++number) {
-        uciRawDelSectionBypath(kDiagnosticsPackage, std::to_string(number).c_str(), kCellType, kScratchStore);
-    }
-    write_test(kScan / "ResultNumberOfEntries", "0");
+    Batch batch(kDiagnosticsPackage, kScratchStore);
+    for (int number = 1; number <= last; ++number)
+        batch.delete_section(std::to_string(number).c_str(), kCellType);
+    batch.set(kScan.section, "ResultNumberOfEntries", "0");
+    return batch.commit();
 }
 
 std::string scan_command() {
@@ -60,6 +61,14 @@ int read_band(const char* log, int& last) {
     return count;
 }
 
+bool complete(int count24, int count5) {
+    Batch batch(kDiagnosticsPackage, kScratchStore);
+    batch.set(kScan.section, "ResultNumberOfEntries_2_4G", std::to_string(count24).c_str());
+    batch.set(kScan.section, "ResultNumberOfEntries_5G", std::to_string(count5).c_str());
+    batch.set(kScan.section, "DiagnosticsState", "Completed");
+    return batch.commit();
+}
+
 [[noreturn]] void scan(const std::string& command, Caller caller) {
     run(command);
     write_test(kScan / "last_scan_status", "1");
@@ -69,16 +78,17 @@ int read_band(const char* log, int& last) {
     } while (scanning == true);
     if (scanning) write_test(kScan / "last_scan_status", "0");
     int last = 0;
-    write_test(kScan / "ResultNumberOfEntries_2_4G", std::to_string(read_band(kLog24, last)));
-    write_test(kScan / "ResultNumberOfEntries_5G", std::to_string(read_band(kLog5, last)));
-    write_test(kScan / "DiagnosticsState", "Completed");
-    run("cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config");
-    run("saveconfig user-config");
+    const int count24 = read_band(kLog24, last);
+    const int count5 = read_band(kLog5, last);
+    if (complete(count24, count5)) {
+        run("cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config");
+        run("saveconfig user-config");
+    }
     finish_job(caller);
 }
 
 int start_scan(Caller caller = Caller::here()) {
-    delete_results();
+    if (!delete_results()) return kRefused;
     const std::string command = scan_command();
     switch (detach(caller)) {
         case Side::kAgent:
@@ -125,24 +135,30 @@ int NeighboringWiFi_Diagnostic(const char* command, int first) {
     const int most = std::min(first, INT_MAX - kMostCells) + kMostCells;
     int last = first;
     std::string number;
+    std::optional<Batch> network;  // stored as a whole: nobody sees half of one
     ScanLog log;
+    ScanLine line;
     while (const auto text = output.line()) {
-        const ScanLine line = log.read(*text);
-        if (line.kind == ScanLine::Kind::kNoScanning) {
-            write_test(kScan / "DiagnosticsState", "Error");
-            break;
-        }
+        line = log.read(*text);
+        if (line.kind == ScanLine::Kind::kNoScanning) break;
         if (line.kind == ScanLine::Kind::kCellBegins) {
-            if (last >= most) break;
+            if (network && !network->commit()) return last - 1;
+            network.reset();
+            if (last >= most) return last;
             number = std::to_string(++last);
-            write_test(kScan / "ResultNumberOfEntries", number);
-            uciRawAddSectionBypath(kDiagnosticsPackage, number.c_str(), kCellType, kScratchStore);
+            network.emplace(kDiagnosticsPackage, kScratchStore);
+            network->set(kScan.section, "ResultNumberOfEntries", number.c_str());
+            network->add_section(number.c_str(), kCellType);
         }
         for (const CellFact& fact : line.facts) {
-            if (fact.option != nullptr)
-                write_test({kDiagnosticsPackage, number.c_str(), fact.option}, fact.value);
+            // What is heard on the air may not be fit to be stored.
+            if (!network || fact.option == nullptr || !is_uci_value(fact.value.c_str())) continue;
+            network->set(number.c_str(), fact.option, fact.value.c_str());
         }
     }
+    if (network && !network->commit()) --last;
+    network.reset();
+    if (line.kind == ScanLine::Kind::kNoScanning) write_test(kScan / "DiagnosticsState", "Error");
     return last;
 }
 

@@ -1,14 +1,13 @@
 // Device.DHCPv4.Server.Pool.{i}.StaticAddress.: adding, deleting and listing static addresses.
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
+#include "config/batch.h"
 #include "config/store.h"
 #include "core/handler.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/instances.h"
-#include "cwmp/uci_access.h"
 #include "handlers/blocks/instance_list.h"
 #include "handlers/lan/reservation.h"
 
@@ -23,35 +22,37 @@ int fail(Caller caller, const char* event) {
     return kFailed;
 }
 
-bool create(const std::string& name) {
+bool create(MirroredBatch& batch, const std::string& name, Caller caller) {
     constexpr struct {
         const char* option;
         const char* value;
     } kUnset[] = {{"interface", "lan"}, {"enable", "off"}, {"mac", kNoMac}, {"ip", kNoHost}};
-    if (uciRawAddSection(kReservations, name.c_str(), kReservation) != 0) return false;
-    return std::all_of(std::begin(kUnset), std::end(kUnset), [&](const auto& unset) {
-        return write_option({kReservations, name.c_str(), unset.option}, unset.value);
-    });
+    batch.add_section(name.c_str(), kReservation);
+    for (const auto& unset : kUnset) batch.set(name.c_str(), unset.option, unset.value);
+    return batch.commit(caller);
 }
 
 int add(va_list args, Caller caller) {
+    MirroredBatch batch(kReservations);
+    batch.hold();
     const auto numbers = ReservationNumbers::read(caller);
     if (!numbers) return fail(caller, "failed to get instance mask\n");
     int number = 1;
     while (numbers->has(number)) ++number;
     if (number > numbers->most()) return fail(caller, "failed to add obj, reach max instance number\n");
     const std::string name = std::to_string(number);
-    if (!create(name)) return fail(caller, "failed to add obj\n");
+    if (!create(batch, name, caller)) return fail(caller, "failed to add obj\n");
     return GetArguments(args).answer(name) == kDone ? kDone : kFailed;
 }
 
-bool erase(const char* name, const SetArguments& set, Caller caller) {
+bool erase(MirroredBatch& batch, const char* name, const SetArguments& set, Caller caller) {
     const auto enable = read_option({kReservations, name, "enable"});
     if (!enable) {
         log_event(caller, kError, "failed to get section %s option enable\n\n", name);
         return false;
     }
-    if (uciRawDelSection(kReservations, name, kReservation) != 0) {
+    batch.delete_section(name, kReservation);
+    if (!batch.commit(caller)) {
         log_event(caller, kError, "failed to delete section %s\n\n", name);
         return false;
     }
@@ -62,6 +63,8 @@ bool erase(const char* name, const SetArguments& set, Caller caller) {
 int remove(va_list args, Caller caller) {
     constexpr const char* kUndeleted = "failed to del obj\n";
     const SetArguments set(args);
+    MirroredBatch batch(kReservations);
+    batch.hold();
     const auto numbers = ReservationNumbers::read(caller);
     if (!numbers) return fail(caller, kUndeleted);
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
@@ -69,7 +72,7 @@ int remove(va_list args, Caller caller) {
         refuse(caller, kError, "failed to del instance %d\n", number);
         return kFailed;
     }
-    return erase(std::to_string(number).c_str(), set, caller) ? kDone : fail(caller, kUndeleted);
+    return erase(batch, std::to_string(number).c_str(), set, caller) ? kDone : fail(caller, kUndeleted);
 }
 
 int list(va_list args, Caller caller) {

@@ -2,13 +2,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "config/batch.h"
 #include "config/instance_numbers.h"
-#include "config/store.h"
 #include "core/handler.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/instances.h"
-#include "cwmp/uci_access.h"
 #include "handlers/blocks/instance_list.h"
 #include "handlers/wan/port_mapping.h"
 
@@ -19,7 +18,8 @@ namespace {
 
 constexpr int kFailed = 1;
 constexpr int kInvalidName = 9005;  // the TR-069 fault
-constexpr OptionPath kCount{kPackage, "nat", "PortMappingNumberOfEntries"};
+constexpr const char* kCounter = "nat";
+constexpr const char* kCount = "PortMappingNumberOfEntries";
 
 bool exists(const std::string& name) {
     UciContext context(kLiveStore);
@@ -35,12 +35,13 @@ int free_number() {
     return number;
 }
 
-void change_count(int by) {
-    const int count = decimal_prefix(read_option(kCount).value_or("").c_str());
-    write_option(kCount, std::to_string(std::max<int64_t>(0, static_cast<int64_t>(count) + by)));
+void change_count(MirroredBatch& batch, int by) {
+    const int count = decimal_prefix(batch.value(kCounter, kCount).value_or("").c_str());
+    const std::string changed = std::to_string(std::max<int64_t>(0, static_cast<int64_t>(count) + by));
+    batch.set(kCounter, kCount, changed.c_str());
 }
 
-bool write_defaults(const std::string& name) {
+void set_defaults(MirroredBatch& batch, const std::string& name) {
     const struct {
         const char* option;
         std::string value;
@@ -55,9 +56,7 @@ bool write_defaults(const std::string& name) {
         {"enable", "off"},
         {"name", "cpe-" + name},
     };
-    return std::ranges::all_of(defaults, [&](const auto& entry) {
-        return write_option({kPackage, name.c_str(), entry.option}, entry.value);
-    });
+    for (const auto& entry : defaults) batch.set(name.c_str(), entry.option, entry.value.c_str());
 }
 
 int fail(Caller caller, int level, const char* event) {
@@ -72,14 +71,15 @@ int add(va_list args, Caller caller) {
         refuse(caller, kDebug, "can't set Device.NATPortmapping with exact locate\n\n");
         return kInvalidName;
     }
+    MirroredBatch batch(kPackage);
+    batch.hold();
     const int number = free_number();
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = std::to_string(number);
-    if (uciRawAddSection(kPackage, name.c_str(), kType) != 0) {
-        return fail(caller, kDebug, "Add section error\n\n");
-    }
-    change_count(1);
-    if (!write_defaults(name)) return fail(caller, kError, kUnwritten);
+    if (batch.add_section(name.c_str(), kType) != 0) return fail(caller, kDebug, "Add section error\n\n");
+    change_count(batch, 1);
+    set_defaults(batch, name);
+    if (!batch.commit(caller)) return fail(caller, kError, kUnwritten);
     if (out.answer(name) != kDone) return kFailed;
     set.raise(CWMP_APPLY_NAT);
     return kDone;
@@ -90,11 +90,12 @@ int remove(va_list args, Caller caller) {
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = std::to_string(number);
+    MirroredBatch batch(kPackage);
+    batch.hold();
     if (number < 1 || !exists(name)) return fail(caller, kDebug, kNoInstance);
-    if (uciRawDelSection(kPackage, name.c_str(), kType) != 0) {
-        return fail(caller, kDebug, "Del section error\n\n");
-    }
-    change_count(-1);
+    if (batch.delete_section(name.c_str(), kType) != 0) return fail(caller, kDebug, "Del section error\n\n");
+    change_count(batch, -1);
+    if (!batch.commit(caller)) return fail(caller, kDebug, "Del section error\n\n");
     set.raise(CWMP_APPLY_NAT);
     return kDone;
 }

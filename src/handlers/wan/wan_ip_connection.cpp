@@ -1,6 +1,7 @@
 // InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANIPConnection.{i}.
 #include <cstring>
 
+#include "config/batch.h"
 #include "config/store.h"
 #include "core/check_script.h"
 #include "core/refusal.h"
@@ -123,7 +124,10 @@ constexpr OptionPath kCloneResult{"check", "mac_clone", "result"};
 
 // The script takes the address over; the journal lets the device's apply scripts give back the one before.
 bool clone_mac(const int* locate, const std::string& mac) {
-    write_option(kCloneResult, "", kScratchStore);
+    // An earlier answer must not be taken for the one to come.
+    Batch answer(kCloneResult.package, kScratchStore);
+    answer.set(kCloneResult.section, kCloneResult.option, "");
+    if (!answer.commit()) return false;
     if (const auto current = live_value(locate, kMac, kNoMac)) {
         add_revert_item("macclone", current->c_str(), nullptr);
     }
