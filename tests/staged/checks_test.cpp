@@ -1,4 +1,9 @@
 // The rules of each group's check, and the entry points around them.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
 #include "staged_test_support.h"
 
 namespace {
@@ -208,6 +213,33 @@ TEST_F(StagedRules, AnswersOfAnEarlierRunDoNotCount) {
     script("wan_whole", "");
     file(kAnswerFile, kAccepted);
     EXPECT_EQ(apply(CWMP_STAGED_WAN), 0);
+}
+
+// holds P5, P6: what stands in the place of the exchange files, as a stranger may have made it, is neither used
+// nor waited for, and a request that cannot be written is none.
+TEST_F(StagedRules, StrangersFilesAreRefused) {
+    script("wan_whole", kAccepted);
+    const auto apply_beside = [&](const char* place, const auto& occupy) {
+        stage(CWMP_STAGED_WAN, {{CWMP_WAN_TYPE, "DHCP"}});
+        EXPECT_EQ(check(CWMP_STAGED_WAN), 1);
+        occupy(place);
+        forget();
+        EXPECT_EQ(apply(CWMP_STAGED_WAN), 0);
+        const bool asked = !commands().empty();
+        std::filesystem::remove_all(place);
+        return asked;
+    };
+    const auto directory = [](const char* place) {
+        std::filesystem::create_directories(std::string(place) + "/x");
+    };
+    EXPECT_FALSE(apply_beside(kRequestFile, directory));
+    EXPECT_FALSE(apply_beside(kAnswerFile, directory));
+    file("/tmp/answer", kAccepted);
+    ASSERT_EQ(mkfifo("/tmp/pipe", 0600), 0);
+    EXPECT_EQ(FROM_LIBRARY(func_obj_result_ok)("/tmp/answer"), 1);
+    EXPECT_EQ(FROM_LIBRARY(func_obj_result_ok)("/tmp/pipe"), 0);
+    ASSERT_EQ(chown("/tmp/answer", 1, 1), 0);
+    EXPECT_EQ(FROM_LIBRARY(func_obj_result_ok)("/tmp/answer"), 0);
 }
 
 TEST_F(StagedRules, UnreadableConfigurationLeavesNothingToRestore) {
