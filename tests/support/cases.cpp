@@ -14,8 +14,9 @@ namespace {
 
 constexpr const char* kDirectory = "/usr/share/router/cases";
 constexpr std::size_t kWidth = 115;
-constexpr const char* kCalls[] = {"get ", "set ",    "stage ", "check ", "apply ", "passes ",
-                                  "add ", "delete ", "list ",  "call ",  "text ",  "starved "};
+constexpr const char* kCalls[] = {"get ",    "set ",         "stage ",  "check ",  "apply ",
+                                  "passes ", "add ",         "delete ", "list ",   "call ",
+                                  "text ",   "transaction ", "do ",     "starved "};
 
 bool is_call(const std::string& line) {
     return std::any_of(std::begin(kCalls), std::end(kCalls),

@@ -164,7 +164,8 @@ class RouterTest : public ::testing::Test {
     void change(const std::string& what, const std::string& value, bool has_value);
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
-    std::string told_function(const std::string& name, const Texts& arguments, bool answers_text);
+    std::string told_transaction(const std::string& rest);
+    std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
     int console_ = -1;

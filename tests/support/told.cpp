@@ -231,7 +231,8 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
 
 // Numbers, 'texts', null, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register, so that one
 // function type serves all.
-std::string RouterTest::told_function(const std::string& name, const Words& arguments, bool answers_text) {
+std::string RouterTest::told_function(const std::string& verb, const std::string& name,
+                                      const Words& arguments) {
     std::vector<std::vector<char>> texts(kMostArguments);
     std::array<long, kMostArguments> numbers{}, given{};
     for (std::size_t i = 0; i < arguments.size(); ++i) {
@@ -255,9 +256,9 @@ std::string RouterTest::told_function(const std::string& name, const Words& argu
     const long result =
         function(given[0], given[1], given[2], given[3], given[4], given[5], given[6], given[7]);
     const auto* text = reinterpret_cast<const char*>(result);
-    Words parts = {!answers_text     ? std::to_string(static_cast<int>(result))
-                   : text == nullptr ? "null"
-                                     : as_value(text)};
+    Words parts;
+    if (verb == "call") parts.push_back(std::to_string(static_cast<int>(result)));
+    if (verb == "text") parts.push_back(text == nullptr ? "null" : as_value(text));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == "?")
             parts.push_back(std::to_string(static_cast<int>(numbers[i])));
@@ -298,12 +299,39 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
     return told;
 }
 
+// Stage, check and apply of several parameters together, reverted at the first refusal as the agent does it.
+std::string RouterTest::told_transaction(const std::string& rest) {
+    unsigned flags = kEarlierFlag;
+    int code = 0;
+    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
+        for (std::string change : rows::split(rest, " ; ")) {
+            const Words place = rows::words(take_until(change, " = "));
+            const std::string value = change == "''" ? "" : rows::unescape(change);
+            Locate locate = locate_of(place.size() > 1 ? place[1] : "0");
+            code = call(handler(place[0].c_str()), op, locate.data(), value.c_str(), &flags);
+            if (code == 0) continue;
+            call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
+            const std::string pass = op == CWMP_OP_STAGE   ? "stage "
+                                     : op == CWMP_OP_CHECK ? "check "
+                                                           : "apply ";
+            const std::string raised = flags_of(flags);
+            return pass + std::to_string(code) + (raised.empty() ? "" : " | " + raised);
+        }
+    }
+    return flags_of(flags);
+}
+
 std::string RouterTest::told(const std::string& row) {
     std::string rest = row;
     starved_ = rest.starts_with("starved ");
     if (starved_) take_until(rest, " ");
     const std::string verb = take_until(rest, " ");
-    if (verb != "call" && verb != "text") return joined_calls(told_handlers(verb, rest));
+    if (verb == "transaction") return effects([&] { return told_transaction(rest); });
+    if (verb != "call" && verb != "text" && verb != "do") return joined_calls(told_handlers(verb, rest));
     const std::string name = take_until(rest, " ");
-    return effects([&] { return told_function(name, rows::words(rest), verb == "text"); });
+    Words told;
+    for (const auto& arguments : rows::split(rest, " ; "))
+        told.push_back(effects([&] { return told_function(verb, name, rows::words(arguments)); }));
+    if (told.empty()) told.push_back(effects([&] { return told_function(verb, name, {}); }));
+    return joined_calls(told);
 }
