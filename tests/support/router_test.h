@@ -79,6 +79,9 @@ class RouterTest : public ::testing::Test {
     // One option, "package.section.option"; a missing section gets its own name as type.
     static void store(const std::string& option, const std::string& value,
                       const std::string& directory = kLive);
+    // Several of one package, written once.
+    using Options = std::vector<std::pair<std::string, std::string>>;
+    static void store(const std::string& directory, const Options& options);
     // One option of the device profile, "section.option".
     static void profile(const std::string& option, const std::string& value);
     // A section, "package.section"; the package is made if need be.
@@ -161,7 +164,7 @@ class RouterTest : public ::testing::Test {
 
   private:
     void drain_console();
-    void change(const std::string& what, const std::string& value, bool has_value);
+    void change(const std::string& what);
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
     std::string told_transaction(const std::string& rest);

@@ -108,6 +108,14 @@ std::string take_until(std::string& text, const std::string& mark) {
     return head;
 }
 
+// Directory and tuple of "wifi.ap.ssid", "tr069/hosts.1.mac", "profile.d/profile.a.b".
+std::pair<std::string, std::string> place_of(const std::string& name) {
+    const auto slash = name.find('/');
+    if (slash == std::string::npos) return {kLive, name};
+    const std::string directory = name.substr(0, slash);
+    return {directory == "profile.d" ? kProfile : "/tmp/" + directory, name.substr(slash + 1)};
+}
+
 }  // namespace
 
 void RouterTest::world(const std::string& line) {
@@ -137,36 +145,36 @@ void RouterTest::world(const std::string& line) {
     } else if (word == "agent") {
         agent_known_ = arguments() != "none";
     } else {
+        std::map<std::string, Options> options;  // by directory and package
         for (std::string item : rows::split(line, " | ")) {
             const bool has_value = item.find('=') != std::string::npos;
-            for (const auto& name : rows::expand(take_until(item, "=")))
-                change(name, rows::unescape(item), has_value);
+            for (const auto& name : rows::expand(take_until(item, "="))) {
+                const auto [directory, tuple] = place_of(name);
+                const auto section = tuple.find('.') + 1, option = tuple.rfind('.') + 1;
+                if (!has_value) change(name);
+                // "mac3" for "hosts.3.mac"
+                else if (item == "@")
+                    options[directory + "/" + tuple.substr(0, section)].emplace_back(
+                        tuple, tuple.substr(option) + tuple.substr(section, option - section - 1));
+                else
+                    options[directory + "/" + tuple.substr(0, section)].emplace_back(tuple,
+                                                                                     rows::unescape(item));
+            }
         }
+        for (const auto& [package, values] : options) store(package.substr(0, package.rfind('/')), values);
     }
 }
 
-// "wifi.ap.ssid" with its value, "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", or "+wifi." for a package.
-void RouterTest::change(const std::string& what, const std::string& value, bool has_value) {
-    const std::size_t start = what[0] == '-' || what[0] == '+' ? 1 : 0;
-    const auto slash = what.find('/');
-    const std::size_t name = slash == std::string::npos ? start : slash + 1;
-    const std::string short_directory = slash == std::string::npos ? "" : what.substr(start, slash - start);
-    const std::string directory = short_directory.empty()          ? kLive
-                                  : short_directory == "profile.d" ? kProfile
-                                                                   : "/tmp/" + short_directory;
-    const std::string tuple = what.substr(name);
-    if (what[0] == '+') {
+// "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", or "+wifi." for a package.
+void RouterTest::change(const std::string& what) {
+    const bool is_marked = what[0] == '-' || what[0] == '+';
+    const auto [directory, tuple] = place_of(what.substr(is_marked ? 1 : 0));
+    if (what[0] == '+')
         package(tuple.substr(0, tuple.size() - 1), "", directory);
-    } else if (what[0] == '-') {
+    else if (what[0] == '-')
         erase(tuple, directory);
-    } else if (has_value) {
-        const auto section = tuple.find('.') + 1, option = tuple.rfind('.') + 1;
-        const bool own = value == "@";  // "mac3" for "hosts.3.mac"
-        store(tuple, own ? tuple.substr(option) + tuple.substr(section, option - section - 1) : value,
-              directory);
-    } else {
+    else
         add_section(tuple.substr(0, tuple.find(':')), tuple.substr(tuple.find(':') + 1), directory);
-    }
 }
 
 std::string RouterTest::effects(const std::function<std::string()>& call) {

@@ -73,24 +73,32 @@ void RouterTest::package(const std::string& name, const std::string& text, const
 }
 
 void RouterTest::store(const std::string& option, const std::string& value, const std::string& directory) {
-    const fs::path package = directory + "/" + option.substr(0, option.find('.'));
-    if (!fs::exists(package)) write_file(package, "");
+    store(directory, {{option, value}});
+}
+
+void RouterTest::store(const std::string& directory, const Options& options) {
+    const std::string name = options[0].first.substr(0, options[0].first.find('.'));
+    if (!fs::exists(directory + "/" + name)) write_file(directory + "/" + name, "");
     const auto context = open_store(directory);
-    std::string tuple = option;
-    const uci_ptr found = look_up(context.get(), tuple);
-    if (found.p == nullptr || found.option == nullptr) throw std::runtime_error("cannot store " + option);
-    uci_ptr pointer = {};
-    pointer.p = found.p;
-    pointer.package = found.package;
-    pointer.section = found.section;
-    pointer.value = found.section;
-    if (found.s == nullptr) uci_set(context.get(), &pointer);
-    pointer.option = found.option;
-    pointer.value = value.c_str();
-    pointer.flags = {};
-    found.p->has_delta = false;  // the commit writes what is loaded and looks for nothing staged
-    if (uci_set(context.get(), &pointer) != UCI_OK || uci_commit(context.get(), &pointer.p, true) != UCI_OK)
-        throw std::runtime_error("cannot store " + option);
+    uci_package* package = nullptr;
+    for (const auto& [option, value] : options) {
+        std::string tuple = option;
+        const uci_ptr found = look_up(context.get(), tuple);
+        if (found.p == nullptr || found.option == nullptr) throw std::runtime_error("cannot store " + option);
+        package = found.p;
+        uci_ptr pointer = {};
+        pointer.p = package;
+        pointer.package = found.package;
+        pointer.section = found.section;
+        pointer.value = found.section;
+        if (found.s == nullptr) uci_set(context.get(), &pointer);
+        pointer.option = found.option;
+        pointer.value = value.c_str();
+        pointer.flags = {};
+        if (uci_set(context.get(), &pointer) != UCI_OK) throw std::runtime_error("cannot store " + option);
+    }
+    package->has_delta = false;  // the commit writes what is loaded and looks for nothing staged
+    if (uci_commit(context.get(), &package, true) != UCI_OK) throw std::runtime_error("cannot store " + name);
 }
 
 void RouterTest::add_section(const std::string& section, const std::string& type,
