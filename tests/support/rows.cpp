@@ -170,7 +170,8 @@ Snapshot snapshot() {
             bool is_package = false;
             for (const char* store : kStores)
                 is_package = is_package || path.starts_with(std::string(store) + "/");
-            if (is_package || !entry->is_regular_file()) continue;
+            // The check script keeps notes of its own.
+            if (is_package || !entry->is_regular_file() || path == "/var/state/check_params") continue;
             const std::string text = text_of(path);
             // libuci leaves an empty file of changes behind.
             if (!text.empty() || !path.starts_with("/tmp/.uci/")) found[path] = text;
