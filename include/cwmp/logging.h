@@ -36,6 +36,12 @@ CWMP_EXPORT int debug_level(int op, va_list args);
  */
 CWMP_EXPORT void log_printf(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
+/*
+ * From here on every event of the library is handed to a function as well, whatever l_dbglvl says: the line that
+ * the console shows, without the process id. It stands until the function returns. NULL, as at load time: to none.
+ */
+CWMP_EXPORT void cwmp_listen(void (*listener)(int level, const char* line));
+
 /* Sends the message, cut to 2047 bytes, to the system log under the ident "cwmp", facility LOG_USER. */
 CWMP_EXPORT void log_syslog(int level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 

@@ -17,6 +17,8 @@ namespace {
 
 constexpr int kSyslogOn = 1;
 
+void (*told)(int level, const char* line) = nullptr;
+
 // A formatted message, cut to what the log takes.
 class Message {
   public:
@@ -57,6 +59,8 @@ void log_syslog(int level, const char* format, ...) {
     closelog();
 }
 
+void cwmp_listen(void (*listener)(int level, const char* line)) { told = listener; }
+
 int debug_level(int /*op*/, va_list args) {
     va_list copy;
     va_copy(copy, args);
@@ -76,13 +80,15 @@ void echo_on_console(const std::string& line) {
 }
 
 void log_event(Caller caller, int level, const char* format, ...) {
-    if (level > l_dbglvl) return;
+    if (level > l_dbglvl && told == nullptr) return;
     va_list args;
     va_start(args, format);
     const Message message(format, args);
     va_end(args);
     char line[kMessageSize];
     std::snprintf(line, sizeof line, "[%s %d] %s", caller.function, caller.line, message.text());
+    if (told != nullptr) told(level, line);
+    if (level > l_dbglvl) return;
     write_console(with_process(line));
     log_syslog(level, "%s", message.text());
 }

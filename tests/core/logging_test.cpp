@@ -138,6 +138,18 @@ TEST_F(Logging, TellsEachEventToBothLogsAsItIs) {
     }
 }
 
+TEST_F(Logging, TellsAListenerEveryEvent) {
+    static std::string heard;
+    level(-1);
+    const auto listen = FROM_LIBRARY(cwmp_listen);
+    listen([](int, const char* line) { heard += line; });
+    set("LANDevice_WLANConfiguration_X_QM_TransmitPower", {1, 1}, "7");
+    listen(nullptr);
+    set("LANDevice_WLANConfiguration_X_QM_TransmitPower", {1, 1}, "8");
+    EXPECT_THAT(heard, testing::EndsWith("]  txpower value is not valid\n"));
+    EXPECT_THAT(console(), testing::IsEmpty());
+}
+
 TEST_F(Logging, KeepsTheReasonOfARefusalAtEveryLevel) {
     level(-1);
     const auto reason = FROM_LIBRARY(cwmp_last_refusal);

@@ -264,8 +264,10 @@ TEST_F(Dm, HandsTheAgentsRecordOn) {
     EXPECT_EQ(sandbox.run("--agent nowhere get Device.Box.Name").err, "dm: nowhere: cannot be read\n");
 }
 
-TEST_F(Dm, HandsTheLogLevelOn) {
+TEST_F(Dm, HandsTheLogLevelOnOrShowsTheMessages) {
     EXPECT_EQ(sandbox.run("get Device.Box.Name --log 6").err, "level 6 syslog 0\nnoise of Box_Name\n");
+    EXPECT_EQ(sandbox.run("get Device.Box.Name --why").err,
+              "level -1 syslog 0\ndm: why: [f 6] a\\tb\nnoise of Box_Name\n");
 }
 
 struct ErrorRow {
@@ -306,6 +308,10 @@ TEST_F(Dm, NamesPathAndFaultOfEachError) {
         {"set Device.Box.=1", 3, "dm: Device.Box.: fault 9005: an object has no value\n"},
         {"set Device.Box.Name=1 Device.Faulty.Absent=1", 4, "the library has no handler Faulty_Absent\n"},
         {"set Device.Box.Name=refuse1", 1, "fault 9007: the value was refused in the apply pass\n"},
+        {"set Device.Box.Name=refuse3", 1, "refused in the check pass: why\n", "AGENT_REASON=why"},
+        {"get Device.Faulty.Broken", 1, "the value cannot be read: why\n", "AGENT_REASON=why"},
+        {"add Device.Box.Rule.", 1, "no instance can be added: why\n",
+         "AGENT_OBJECT_ANSWER=1 AGENT_REASON=why"},
         {"add Device.Box.Rule.", 1, "dm: Device.Box.Rule.: fault 9003: no instance can be added\n",
          "AGENT_OBJECT_ANSWER=1"},
         {"add Device.Box.Rule.", 1, "fault 9005: no instance can be added\n", "AGENT_OBJECT_ANSWER=9005"},

@@ -1,5 +1,8 @@
 #include "agent.h"
 
+#include <cwmp/logging.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -38,20 +41,41 @@ std::string text_of(ValueBuffer& buffer) {
     return buffer.data();
 }
 
+}  // namespace
+
 // Object handlers answer 1 or a TR-069 fault number.
-void require_done(int result, const std::string& path, const char* refusal) {
+void Agent::require_done(int result, const std::string& path, const char* refusal) const {
     if (result == 0) return;
     const bool is_fault = result >= 9000 && result <= 9899;
-    throw Failure{path, is_fault ? result : kInvalidArguments, Exit::Refused, refusal};
+    throw Failure{path, is_fault ? result : kInvalidArguments, Exit::Refused, refusal + reason()};
 }
-
-}  // namespace
 
 void Agent::set_log_level(int level) const {
     const cwmp_handler handler = library_.find("debug_level");
     if (!handler) throw Failure{"debug_level", kNoFault, Exit::Unusable, "not exported by the library"};
     int levels[2] = {level, 0};
     call(handler, CWMP_OP_APPLY, levels, state_);
+}
+
+void Agent::show_messages(int level) const {
+    static int highest;
+    static pid_t process;
+    highest = level;
+    process = getpid();
+    set_log_level(-1);
+    library_.function<decltype(cwmp_listen)>("cwmp_listen")([](int of, const char* line) {
+        // A test that goes on by itself has no terminal.
+        if (of > highest || getpid() != process) return;
+        std::string_view text = line;
+        while (text.ends_with('\n')) text.remove_suffix(1);
+        std::fprintf(stderr, "dm: why: %s\n", printable(text).c_str());
+    });
+}
+
+std::string Agent::reason() const {
+    const auto last = reinterpret_cast<decltype(&cwmp_last_refusal)>(library_.data("cwmp_last_refusal"));
+    const std::string text = last ? last() : "";
+    return text.empty() ? "" : ": " + text;
 }
 
 cwmp_handler Agent::handler_of(const Node& node, const std::string& path) const {
@@ -66,7 +90,7 @@ std::string Agent::get(const Node& parameter, const std::vector<int>& numbers) c
     Locate locate = locate_of(parameter, numbers);
     ValueBuffer value(CWMP_VALUE_SIZE);
     if (call(handler, CWMP_OP_GET, locate.data(), value.data(), state_) != 0) {
-        throw Failure{path, kInternalError, Exit::Refused, "the value cannot be read"};
+        throw Failure{path, kInternalError, Exit::Refused, "the value cannot be read" + reason()};
     }
     return text_of(value);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cwmp/agent_state.h>
+#include <cwmp/last_refusal.h>
 
 #include <map>
 #include <string>
@@ -23,6 +24,9 @@ class Agent {
 
     void set_log_level(int level) const;
 
+    // Shows the library's messages of at most this level on standard error, and not on the console.
+    void show_messages(int level) const;
+
     std::string get(const Node& parameter, const std::vector<int>& numbers) const;
 
     // The handler's own answer to one pass; the transaction judges it.
@@ -44,9 +48,13 @@ class Agent {
     int add(const Node& table, const std::vector<int>& outer, unsigned& flags) const;
     void remove(const Node& table, const std::vector<int>& outer, int number, unsigned& flags) const;
 
+    // Why the last call was refused, ": " before it; empty when the library does not say.
+    std::string reason() const;
+
     cwmp_handler handler_of(const Node& node, const std::string& path) const;
 
   private:
+    void require_done(int result, const std::string& path, const char* refusal) const;
     int counted(const Node& table, const std::vector<int>& outer) const;
     std::vector<int> listed(const Node& table, const std::vector<int>& outer) const;
 

@@ -48,6 +48,9 @@ CommandLine::CommandLine()
     add_file("--agent", options.agent, "The file that describes the agent itself");
     add_file("--log", options.log_level, "The library's log level: 3 error, 6 progress, 7 debug");
 
+    app_.add_flag("--why", options.why,
+                  "Show the library's messages up to --log, or 6, here and not on the console");
+
     add("get", "Read parameters, or all below a path that ends in '.'; '*' stands for each instance", "PATH",
         1);
     add("watch", "Print what changes, until Ctrl-C", "PATH", 1)

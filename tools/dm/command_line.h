@@ -17,6 +17,7 @@ struct Options {
     std::string root;
     std::optional<std::string> agent;
     std::optional<int> log_level;
+    bool why = false;
     Words words;  // the command's arguments
     const Test* test = nullptr;
     TestRequest request;

@@ -18,12 +18,13 @@ Library::Library(const std::string& file) {
 }
 
 cwmp_handler Library::find(const std::string& name) const {
-    return reinterpret_cast<cwmp_handler>(dlsym(handle_.get(), name.c_str()));
+    return reinterpret_cast<cwmp_handler>(data(name));
 }
 
-const void* Library::data(const std::string& name) const { return dlsym(handle_.get(), name.c_str()); }
+void* Library::data(const std::string& name) const { return dlsym(handle_.get(), name.c_str()); }
+
 void* Library::require(const std::string& name) const {
-    if (void* found = dlsym(handle_.get(), name.c_str())) return found;
+    if (void* found = data(name)) return found;
     throw Failure{name, kNoFault, Exit::Unusable, "not exported by the library"};
 }
 

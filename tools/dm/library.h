@@ -15,7 +15,7 @@ class Library {
 
     // nullptr when the library does not export the name.
     cwmp_handler find(const std::string& name) const;
-    const void* data(const std::string& name) const;
+    void* data(const std::string& name) const;
 
     // A function that is no handler. Throws Failure when the library does not export the name.
     template <typename Function>

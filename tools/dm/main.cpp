@@ -23,6 +23,7 @@ namespace cwmp {
 namespace {
 
 constexpr size_t kUsualColumns = 80;
+constexpr int kProgressMessages = 6;
 
 // Of the terminal on standard output, 0 when it is none and no one asks for a width.
 size_t columns_of(int descriptor, bool asked) {
@@ -73,7 +74,11 @@ void run(CommandLine& line, Report& report, FILE* out) {
         const Library library(options.library);
         const auto state = agent_state(options.agent);
         Agent agent(library, state ? &*state : nullptr);
-        if (options.log_level) agent.set_log_level(*options.log_level);
+        if (options.why) {
+            agent.show_messages(options.log_level.value_or(kProgressMessages));
+        } else if (options.log_level) {
+            agent.set_log_level(*options.log_level);
+        }
         Session session{library, model, agent, report};
         run_command(line, session, out);
     });

@@ -71,8 +71,10 @@ void Transaction::run_passes() {
         for (Setting& setting : settings_) {
             if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
             if (!accepts(setting, pass.op)) {
-                throw Failure{setting.target.path, kInvalidValue, Exit::Refused,
-                              std::string("the value was refused in the ") + pass.name + " pass", pass.name};
+                throw Failure{
+                    setting.target.path, kInvalidValue, Exit::Refused,
+                    std::string("the value was refused in the ") + pass.name + " pass" + agent_.reason(),
+                    pass.name};
             }
             setting.passes.emplace_back(pass.name);
         }
