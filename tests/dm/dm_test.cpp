@@ -168,6 +168,11 @@ TEST_F(Dm, PrintsTables) {
          "COLUMNS=43"},
         {"watch Device.Odd. Device.Box.Name --plain", 0, "Device.Odd.Count=2\n",
          "timeout --preserve-status 1.5"},
+        {"complete -- wa", 0, "wait-diagnostics\nwatch\n"},
+        {"complete -- diagnose traceroute --h", 0, "--help\n--hops\n"},
+        {"complete -- get Device.Box.P", 0, "Device.Box.PortNumberOfEntries\nDevice.Box.Port.\n"},
+        {"complete -- --plain set Device.Box.Rule.7", 0, "Device.Box.Rule.70.\n"},
+        {"complete -- set Device.Box.Port.2.S", 0, "Device.Box.Port.2.Speed=\n"},
         {"names Device.Box.Port.{i}.Queue.8.", 0,
          "Device.Box.Port.{i}.Queue.{i}.        -\nDevice.Box.Port.{i}.Queue.{i}.Weight  W  "
          "list(unsignedInt[1:9])\n"},

@@ -69,6 +69,7 @@ CommandLine::CommandLine()
     add("export", "Print the settings of Device. or below PATH, for import", "PATH", 0);
     add("import", "Set what differs from a file in one transaction; '-' is standard input", "FILE", 1);
     add_diagnostics();
+    add("complete", "What a shell may offer", "WORD", 0)->group("");
     app_.footer(kExitCodes);
 }
 
@@ -125,6 +126,31 @@ void CommandLine::require_command(const CLI::App& app, const char* what) const {
                   std::string("no such ") + what + (near ? "; did you mean " + *near + "?" : "")};
 }
 
+Words CommandLine::completions(const Words& words) {
+    const std::string last = words.empty() ? "" : words.back();
+    const CLI::App* chosen = &app_;
+    for (size_t i = 0; i + 1 < words.size(); ++i) {
+        for (const CLI::App* subcommand : chosen->get_subcommands(nullptr)) {
+            if (subcommand->get_name() == words[i]) chosen = subcommand;
+        }
+    }
+    command = chosen->get_name();
+    Words known;
+    for (const CLI::App* subcommand : chosen->get_subcommands(nullptr)) {
+        if (!subcommand->get_group().empty()) known.push_back(subcommand->get_name());
+    }
+    for (const CLI::App* app : {chosen, static_cast<const CLI::App*>(&app_)}) {
+        for (const CLI::Option* option : app->get_options()) {
+            if (last.starts_with('-') && !option->get_positional())
+                known.push_back("--" + option->get_lnames().front());
+        }
+    }
+    std::erase_if(known, [&](const std::string& word) { return !word.starts_with(last); });
+    std::sort(known.begin(), known.end());
+    known.erase(std::unique(known.begin(), known.end()), known.end());
+    return known;
+}
+
 std::optional<int> CommandLine::parse(int argc, char** argv) {
     // A mistake is told as asked for, too.
     if (std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--json"; })) {
@@ -139,7 +165,8 @@ std::optional<int> CommandLine::parse(int argc, char** argv) {
     }
     require_command(app_, "command");
     if (command == "diagnose") require_command(*app_.get_subcommand("diagnose"), "test");
-    const Words extra = app_.remaining(true);
+    Words extra = app_.remaining(true);
+    std::erase(extra, "--");
     if (extra.empty()) return std::nullopt;
     throw Failure{extra.front(), kNoFault, Exit::Malformed, "not understood by " + command};
 }

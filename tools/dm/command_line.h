@@ -33,8 +33,13 @@ class CommandLine {
     // The exit code when there is nothing to run: after help and version. Throws Failure at a mistake.
     std::optional<int> parse(int argc, char** argv);
 
+    // What the last of the words may become: a command, a test or an option; of a path nothing is known here. The
+    // command comes to `command`.
+    Words completions(const Words& words);
+
     Options options;
     std::string command;
+    bool completes = false;  // the command's words, instead of running it
 
   private:
     CLI::App* add(const char* name, const char* description, const char* arguments, size_t at_least);

@@ -6,10 +6,12 @@
 #include <exception>
 #include <functional>
 #include <map>
+#include <set>
 #include <string_view>
 
 #include "agent_state.h"
 #include "command_line.h"
+#include "complete.h"
 #include "exchange.h"
 #include "interrupt.h"
 #include "library.h"
@@ -43,6 +45,16 @@ Words assignments(const Words& words) {
     return all;
 }
 
+void print_lines(const Words& lines, FILE* out) {
+    for (const std::string& line : lines) std::fprintf(out, "%s\n", line.c_str());
+}
+
+bool takes_paths(const std::string& command) {
+    static const std::set<std::string_view> known = {"get", "watch", "set",   "add",
+                                                     "del", "list",  "names", "export"};
+    return known.contains(command);
+}
+
 void run_command(CommandLine& line, Session& session, FILE* out) {
     Options& options = line.options;
     const Words& words = options.words;
@@ -67,9 +79,13 @@ void run_command(CommandLine& line, Session& session, FILE* out) {
 void run(CommandLine& line, Report& report, FILE* out) {
     const Options& options = line.options;
     note_failure(report, [&] {
+        line.completes = line.command == "complete";
+        if (line.completes) print_lines(line.completions(options.words), out);
+        if (line.completes && !takes_paths(line.command)) return;
         if (!options.root.empty()) enter_root(options.root);
         const Model model(options.model);
-        if (line.command == "names") return list_names(model, options.words, options.levels, report);
+        if (line.command == "names" && !line.completes)
+            return list_names(model, options.words, options.levels, report);
         if (line.command == "find") return find_names(model, options.words, report);
         const Library library(options.library);
         const auto state = agent_state(options.agent);
@@ -80,7 +96,11 @@ void run(CommandLine& line, Report& report, FILE* out) {
             agent.set_log_level(*options.log_level);
         }
         Session session{library, model, agent, report};
-        run_command(line, session, out);
+        if (!line.completes) return run_command(line, session, out);
+        for (std::string path : completions(session, options.words.back())) {
+            if (line.command == "set" && !path.ends_with('.')) path += '=';
+            print_lines({path}, out);
+        }
     });
 }
 
@@ -107,7 +127,8 @@ int dm(int argc, char** argv) {
     if (options.test) hide_arguments(argc, argv);
     if (report.errors.empty()) run(line, report, out.get());
     if (line.command == "export" && options.format == Format::Table) options.format = Format::Plain;
-    if (line.command == "watch" && report.errors.empty()) return 0;
+    const bool printed = line.command == "watch" || line.completes;
+    if (printed && report.errors.empty()) return 0;
     return finish(report, options.format, columns, out.get());
 }
 
