@@ -85,6 +85,19 @@ TEST_F(StagedRouter, PppoeAccountComesAndGoesWithTheTransaction) {
     expect_as_before();
 }
 
+TEST_F(StagedRouter, HalfWrittenWanIsMendedAndAnUnsetNameServerIsUnsetAgain) {
+    store("network.wan.wan_type", "static");  // a switch that was cut short
+    package("protocol", "config static 'static'\n\toption pri_dns '192.0.2.53'\n");
+    stage(CWMP_STAGED_WAN, {{CWMP_WAN_TYPE, "DHCP"}, {CWMP_WAN_DNS_SERVERS, "192.0.2.1,192.0.2.2"}});
+    EXPECT_EQ(check(CWMP_STAGED_WAN), 1);
+    EXPECT_EQ(apply(CWMP_STAGED_WAN), 1);
+    EXPECT_EQ(option("network.wan.wan_type"), "dhcp");
+    EXPECT_EQ(option("protocol.static.snd_dns"), "192.0.2.2");
+    revert();
+    EXPECT_EQ(option("protocol.static.pri_dns"), "192.0.2.53");
+    EXPECT_EQ(option("protocol.static.snd_dns"), std::nullopt);
+}
+
 struct Breakage {
     const char* what;
     const char* text;

@@ -1,6 +1,8 @@
 -- UCI package files, read and written in this process: the root records every shell that a command would take.
 local uci = {}
 
+local no_such_file = 2 -- ENOENT
+
 -- The lines of a package as lists of words.
 local function parse(text)
     local lines, line, word = {}, {}, nil
@@ -82,9 +84,10 @@ function uci.open(directory) return setmetatable({directory = directory, package
 
 function Store:package(name)
     if not self.packages[name] then
-        local file = io.open(self.directory .. "/" .. name)
-        self.packages[name] = sections_of(file and file:read("*a") or "")
-        if file then file:close() end
+        local file, why, code = io.open(self.directory .. "/" .. name)
+        local text = file and assert(file:read("*a")) or ""
+        if file then file:close() elseif code ~= no_such_file then error(why) end
+        self.packages[name] = sections_of(text)
     end
     return self.packages[name]
 end
@@ -119,12 +122,17 @@ function Store:set(package, name, option, value)
     if value ~= "" then table.insert(section.entries, {kind = "option", name = option, value = value}) end
 end
 
+-- Every package is written out before the first one takes its place, so that a full disk changes none.
 function Store:commit()
     for name in pairs(self.changed) do
+        local file = assert(io.open(self.directory .. "/" .. name .. ".new", "w"))
+        local written, why = file:write(text_of(self.packages[name]))
+        local closed, why_not = file:close()
+        assert(written, why)
+        assert(closed, why_not)
+    end
+    for name in pairs(self.changed) do
         local path = self.directory .. "/" .. name
-        local file = assert(io.open(path .. ".new", "w"))
-        file:write(text_of(self.packages[name]))
-        file:close()
         assert(os.rename(path .. ".new", path))
     end
     self.changed = {}
