@@ -4,11 +4,11 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
@@ -19,7 +19,6 @@ constexpr const char* kLibrary = "/usr/lib/libcwmp-datamodel.so";
 constexpr const char* kConsole = "/dev/console";
 constexpr const char* kCommands = "/var/log/router/commands";
 constexpr const char* kToolCalls = "/var/log/router/tools";
-constexpr int kMostConsoleBytes = 1 << 20;
 
 bool writes_console(const std::string& command) {
     return command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n");
@@ -32,16 +31,6 @@ std::string event_of(const std::string& line) {
     const auto text = line.find("] ", number);
     if (name == std::string::npos || number == std::string::npos || text == std::string::npos) return line;
     return line.substr(name + 3, number - name - 3) + ": " + line.substr(text + 2);
-}
-
-// A named pipe in place of the console keeps every line: a shell's `> /dev/console` would cut a plain file.
-int open_console() {
-    unlink(kConsole);
-    if (mkfifo(kConsole, 0666) != 0) throw std::runtime_error("no console");
-    const int descriptor = open(kConsole, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) throw std::runtime_error("console cannot be opened");
-    fcntl(descriptor, F_SETPIPE_SZ, kMostConsoleBytes);
-    return descriptor;
 }
 
 int open_descriptors() {
@@ -71,7 +60,7 @@ void empty_router();  // world.cpp
 
 void RouterTest::SetUp() {
     empty_router();
-    console_ = open_console();
+    forget();
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) throw std::runtime_error(dlerror());
     descriptors_ = open_descriptors();
@@ -82,8 +71,6 @@ void RouterTest::TearDown() {
     if (library_ != nullptr) dlclose(library_);
     // Process-wide state has to start anew with the next test.
     EXPECT_EQ(dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library cannot be unloaded";
-    if (console_ >= 0) close(console_);
-    unlink(kConsole);
     for (const auto& [path, text] : replaced_) {
         if (text) {
             file(path, *text);
@@ -113,7 +100,6 @@ RouterTest::Result RouterTest::get(const char* name, Locate locate) {
     result.code = call(handler(name), CWMP_OP_GET, locate.data(), buffer.data());
     result.value = buffer.data();
     result.locate = locate;
-    drain_console();
     return result;
 }
 
@@ -122,7 +108,6 @@ RouterTest::Result RouterTest::set(const char* name, Locate locate, const std::s
     Result result{.value = value, .flags = flags};
     result.code = call(handler(name), op, locate.data(), result.value.data(), &result.flags);
     result.locate = locate;
-    drain_console();
     EXPECT_EQ(result.value, value) << name << " changed the caller's text";
     return result;
 }
@@ -140,7 +125,6 @@ RouterTest::Result RouterTest::add_instance(const char* name, Locate locate) {
     result.code = call(handler(name), CWMP_OP_ADD, locate.data(), buffer.data(), &result.flags);
     result.value = buffer.data();
     result.locate = locate;
-    drain_console();
     return result;
 }
 
@@ -152,7 +136,6 @@ std::optional<std::vector<uint32_t>> RouterTest::list_instances(const char* name
                                                                 uint32_t capacity) {
     std::vector<uint32_t> numbers(capacity);
     const int code = call(handler(name), CWMP_OP_LIST, locate.data(), numbers.data(), &capacity);
-    drain_console();
     if (code != 0) return std::nullopt;
     while (!numbers.empty() && numbers.back() == 0) numbers.pop_back();
     return numbers;
@@ -195,16 +178,7 @@ void RouterTest::level(int level, int syslog) {
     call(handler("debug_level"), CWMP_OP_APPLY, switches, nullptr);
 }
 
-void RouterTest::drain_console() {
-    char piece[4096];
-    for (ssize_t count = 0; (count = read(console_, piece, sizeof piece)) > 0;)
-        console_text_.append(piece, static_cast<std::size_t>(count));
-}
-
-std::string RouterTest::raw_console() {
-    drain_console();
-    return console_text_;
-}
+std::string RouterTest::raw_console() { return text_of(kConsole).value_or(""); }
 
 Texts RouterTest::console() {
     Texts events;
@@ -221,8 +195,7 @@ Texts RouterTest::commands() {
 Texts RouterTest::tool_calls() { return rows::split(text_of(kToolCalls).value_or(""), "\n"); }
 
 void RouterTest::forget() {
-    drain_console();
-    console_text_.clear();
+    std::ofstream(kConsole, std::ios::trunc);
     unlink(kCommands);
     unlink(kToolCalls);
 }

@@ -138,15 +138,15 @@ class RouterTest : public ::testing::Test {
     // The events on the console since the test began or forget() was called, each as
     // "DeviceInfo_UpTime: Failed to get  uptime\n": function name, then the text. Process id and source line
     // are left out.
-    Texts console();
+    static Texts console();
     // The same as the device's console shows them.
-    std::string raw_console();
+    static std::string raw_console();
     // The command texts that a shell was handed, without those that write the console.
     static Texts commands();
     // The device tools' own calls, "fwinfo MODEL".
     static Texts tool_calls();
     // Forgets console, commands and tool calls so far.
-    void forget();
+    static void forget();
 
     // Sets the log threshold and the system-log switch as the agent does.
     void level(int level, int syslog = 0);
@@ -163,7 +163,6 @@ class RouterTest : public ::testing::Test {
     cwmp_handler handler(const char* name) { return &symbol<int(int, va_list)>(name); }
 
   private:
-    void drain_console();
     void change(const std::string& what);
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
@@ -171,9 +170,7 @@ class RouterTest : public ::testing::Test {
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
-    int console_ = -1;
     int descriptors_ = 0;
-    std::string console_text_;
     std::string mute_;           // of "$!": commands and events that told() leaves out
     bool store_events_ = false;  // whether it tells those of the store's own functions
     bool agent_known_ = true;
