@@ -1,7 +1,6 @@
 # Router roots in the build tree: the demo's, and one for every test program.
 set(stage ${PROJECT_BINARY_DIR}/stage)
 set(build_root ${PROJECT_SOURCE_DIR}/router/build-root)
-file(GLOB_RECURSE router_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/router/*)
 file(GLOB model_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/model/*.txt)
 
 set(uci_option "")
@@ -20,15 +19,17 @@ add_custom_command(
     VERBATIM)
 add_custom_target(stage DEPENDS ${stage}.stamp)
 
-# cwmp_router_root(DIRECTORY WORLD [options of build-root]... [DEPENDS targets...]): a rule that makes a root;
-# its output is DIRECTORY.stamp.
+# cwmp_router_root(DIRECTORY WORLD [options of build-root]... [DEPENDS targets...]): a rule that makes a root anew
+# when something that lies in it changed; its output is DIRECTORY.stamp.
 function(cwmp_router_root directory world)
     cmake_parse_arguments(PARSE_ARGV 2 root "" "" DEPENDS)
+    set(worlds ${PROJECT_SOURCE_DIR}/router/worlds)
+    file(GLOB_RECURSE world_files CONFIGURE_DEPENDS ${worlds}/common/* ${worlds}/${world}/*)
     add_custom_command(
         OUTPUT ${directory}.stamp
         COMMAND ${build_root} --world ${world} --stage ${stage} ${uci_option} ${root_UNPARSED_ARGUMENTS} ${directory}
         COMMAND ${CMAKE_COMMAND} -E touch ${directory}.stamp
-        DEPENDS stage ${stage}.stamp ${router_files} ${root_DEPENDS}
+        DEPENDS stage ${stage}.stamp ${build_root} ${world_files} ${root_DEPENDS}
         COMMENT "Building the router root ${directory}"
         VERBATIM)
 endfunction()
