@@ -138,15 +138,15 @@ class RouterTest : public ::testing::Test {
     // The events on the console since the test began or forget() was called, each as
     // "DeviceInfo_UpTime: Failed to get  uptime\n": function name, then the text. Process id and source line
     // are left out.
-    static Texts console();
+    Texts console();
     // The same as the device's console shows them.
-    static std::string raw_console();
+    std::string raw_console();
     // The command texts that a shell was handed, without those that write the console.
     static Texts commands();
     // The device tools' own calls, "fwinfo MODEL".
     static Texts tool_calls();
     // Forgets console, commands and tool calls so far.
-    static void forget();
+    void forget();
 
     // Sets the log threshold and the system-log switch as the agent does.
     void level(int level, int syslog = 0);
@@ -170,6 +170,7 @@ class RouterTest : public ::testing::Test {
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
+    int console_ = -1;
     int descriptors_ = 0;
     std::string mute_;           // of "$!": commands and events that told() leaves out
     bool store_events_ = false;  // whether it tells those of the store's own functions
