@@ -79,9 +79,13 @@ bool Check::fail(const char* message, int level) const {
     return false;
 }
 
+// What a check has not seen must not be applied: a new field takes the marker away.
 int stage(const Object& object, int option, const char* value, Caller caller) {
     begin_staged_transaction();
-    return put(object, Record::staging(object), option, value, false, caller);
+    const auto staging = Record::staging(object);
+    const int taken = put(object, staging, option, value, false, caller);
+    if (taken == kPassed) staging.checked() = 0;
+    return taken;
 }
 
 int stage_revert(const Object& object, int option, const char* value, Caller caller) {

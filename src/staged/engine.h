@@ -20,6 +20,8 @@ class Check {
     void fill_enable() const;
 
     std::string_view text(int option) const { return staging_.text(option); }
+    // As a reader that knows no field's end sees it: a text that fills its field runs on into the next.
+    std::size_t length(int option) const { return staging_.length(option); }
     bool staged(int option) const { return !text(option).empty(); }
     // A text that was not staged comes from the configuration. False when there is none either.
     bool fill(int option) const;

@@ -11,6 +11,11 @@ std::string_view Record::text(int option) const {
     return {start, strnlen(start, field.width)};
 }
 
+std::size_t Record::length(int option) const {
+    const std::uint16_t offset = object_.fields[option].offset;
+    return strnlen(bytes_ + offset, object_.size - offset);
+}
+
 void Record::put_text(int option, std::string_view text) const {
     const Field& field = object_.fields[option];
     char* start = bytes_ + field.offset;

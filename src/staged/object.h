@@ -59,6 +59,8 @@ class Record {
 
     // Never longer than the field, whoever filled the record.
     std::string_view text(int option) const;
+    // Up to the first zero byte, in whichever field that stands.
+    std::size_t length(int option) const;
     void put_text(int option, std::string_view text) const;
 
     // Everything but the marker.

@@ -36,7 +36,7 @@ const Object cwmp::staged::kPppoe = {
 namespace {
 
 constexpr std::size_t kLongestDnsServers = 32;
-constexpr std::size_t kLongestCredential = sizeof(Account::username) - 1;
+constexpr std::size_t kTooLongCredential = 256;
 
 bool passes(const Check& check) {
     if (check.disabling()) return check.pass("!!!  pppoe check pass 1\n\n");
@@ -44,8 +44,8 @@ bool passes(const Check& check) {
     if (check.text(CWMP_PPPOE_DNS_SERVERS).size() > kLongestDnsServers) {
         return check.fail("!!!  pppoe check fail 1\n\n");
     }
-    if (check.text(CWMP_PPPOE_USERNAME).size() > kLongestCredential ||
-        check.text(CWMP_PPPOE_PASSWORD).size() > kLongestCredential) {
+    if (check.length(CWMP_PPPOE_USERNAME) >= kTooLongCredential ||
+        check.length(CWMP_PPPOE_PASSWORD) >= kTooLongCredential) {
         return check.fail("!!! pppoe username or password is too long\n", kError);
     }
     // Unlike the password, the user name is never taken from the configuration: it belongs to the

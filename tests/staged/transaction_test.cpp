@@ -148,6 +148,23 @@ TEST_P(StagedTransaction, AppliesNothingThatWasNotChecked) {
     EXPECT_THAT(commands(), IsEmpty());
 }
 
+TEST_P(StagedTransaction, AFieldStagedAfterTheCheckIsCheckedToo) {
+    stage(group.id, group.staged);
+    EXPECT_EQ(check(group.id), 1);
+    EXPECT_EQ(exec(group.id, CWMP_STAGED_STAGE, 9, "x"), 0);
+    forget();
+    EXPECT_EQ(check(group.id), 1);
+    EXPECT_THAT(commands(), IsEmpty()) << "nothing was taken, so nothing is new";
+    stage(group.id, {group.staged.front()});
+    forget();
+    EXPECT_EQ(apply(group.id), 1);
+    EXPECT_THAT(commands(), IsEmpty()) << "applied unchecked";
+    EXPECT_EQ(check(group.id), 1);
+    EXPECT_THAT(script_calls(), Contains(load_call().front()));
+    EXPECT_EQ(apply(group.id), 1);
+    EXPECT_EQ(flags, group.flag);
+}
+
 TEST_P(StagedTransaction, RejectedApplyIsAFailureAndLeavesTheGroupIdle) {
     script(group.name + "_whole", R"({"error_code":7})");
     stage(group.id, group.staged);

@@ -35,8 +35,9 @@ int staged(int op, va_list args, const StagedField& field, Caller caller) {
     if (!enters_pass(op)) return kDone;
     const auto mode = mode_of(op);
     const SetArguments set(args);
-    if (set.value() == nullptr) return kRefused;
-    if (field.to_stage == nullptr) return execute(field, *mode, set.value(), set.flags());
+    // The engine refuses to stage a value that is not there; check and apply take none.
+    if (field.to_stage == nullptr || set.value() == nullptr)
+        return execute(field, *mode, set.value(), set.flags());
     const auto text = field.to_stage(set.value());
     if (!text) return refuse(caller, kError, "value is not valid\n");
     return execute(field, *mode, text->c_str(), set.flags());

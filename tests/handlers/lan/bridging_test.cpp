@@ -107,7 +107,8 @@ TEST_F(Bridging, TheSwitchGoesThroughItsGroup) {
     answer("check_params vlan_whole", R"({"error_code":1})");
     EXPECT_THAT(set_in_passes("Bridging_Bridge_VLAN_VLANEnable", {1, 1}, "1"), ElementsAre(0, 0, -1));
     EXPECT_EQ(set("Bridging_Bridge_VLAN_VLANEnable", {1, 1}, "1", CWMP_OP_LIST).code, 0);
-    EXPECT_EQ(set_null("Bridging_Bridge_VLAN_VLANEnable"), -1);
+    EXPECT_EQ(set_null("Bridging_Bridge_VLAN_VLANEnable", {}, CWMP_OP_STAGE), -1);
+    EXPECT_EQ(set_null("Bridging_Bridge_VLAN_VLANEnable"), 0) << "an apply takes no value";
 }
 
 }  // namespace

@@ -138,7 +138,7 @@ TEST_F(LanHostConfig, WritesMaskAndServersDirectly) {
     EXPECT_EQ(events_of(LAN "IPInterface_IPInterfaceSubnetMask"), Texts(5, "the format of ip is wrong \n"));
     EXPECT_EQ(option("smartip_sync.settings.mask"), "255.255.255.128");
     for (const char* name : {LAN "Subnetmask", LAN "DNSServers", LAN "IPRouters", LAN "MinAddress"}) {
-        EXPECT_EQ(set_null(name), -1) << name;
+        EXPECT_EQ(set_null(name, {}, CWMP_OP_STAGE), -1) << name;
     }
 }
 

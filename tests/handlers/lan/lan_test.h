@@ -14,8 +14,8 @@ class LanTest : public RouterTest {
         return events;
     }
 
-    int set_null(const char* name, Locate locate = {}) {
+    int set_null(const char* name, Locate locate = {}, int op = CWMP_OP_APPLY) {
         unsigned flags = 0;
-        return call(handler(name), CWMP_OP_APPLY, locate.data(), nullptr, &flags);
+        return call(handler(name), op, locate.data(), nullptr, &flags);
     }
 };
