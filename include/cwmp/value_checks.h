@@ -18,7 +18,8 @@ extern "C" {
 /* 1 for exactly a canonical dotted quad (no leading zeros, no blanks), else 0. */
 CWMP_EXPORT int checkValidIP(const char* text);
 
-/* 1 when the first three octets of two addresses are equal, whatever the netmask, else 0. */
+/* 1 when the first three octets of two addresses are equal, whatever the netmask, else 0. The texts are not
+ * checked: a number that is not there counts as 0. */
 CWMP_EXPORT int check_subnet(const char* a, const char* b);
 
 /* 1 for six colon-separated pairs of hexadecimal digits; 0 for another digit or count; -1 for a text of 16

@@ -32,10 +32,6 @@ bool make_file(const std::string& path, const char* confdir) {
 
 // libuci loads only packages whose file exists. The events carry the name of the exported function at work.
 bool ensure_package_file(const char* confdir, const char* package, const char* function) {
-    if (!is_uci_package(package)) {
-        log_event({function, __LINE__}, kError, "uci_load error!\n");
-        return false;
-    }
     const std::string path = package_file(confdir, package);
     log_event({function, __LINE__}, kError, "file name is :%s\n\n", path.c_str());
     const bool made = !exists(confdir) && make_directory(confdir);

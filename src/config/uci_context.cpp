@@ -15,7 +15,8 @@ namespace cwmp {
 namespace {
 
 void use_private_save_directory(uci_context* context, const char* confdir) {
-    const std::string directory = std::string(confdir) + "/.uci";
+    std::string directory = "/var/state/.uci";
+    for (const char* letter = confdir; *letter != '\0'; ++letter) directory += *letter == '/' ? '-' : *letter;
     // uci_set_savedir would keep the default directory among those that are read: rename that entry first.
     uci_element* element = nullptr;
     uci_foreach_element(&context->delta_path, element) {
@@ -31,10 +32,15 @@ bool is_uci_name(std::string_view name) {
     return !name.empty() && name.find_first_not_of(kAllowed) == std::string_view::npos;
 }
 
-// Section types and packages may have a hyphen, too.
-bool is_uci_type(std::string type) {
-    std::replace(type.begin(), type.end(), '-', '_');
-    return is_uci_name(type);
+bool is_uci_package(std::string name) {
+    std::replace(name.begin(), name.end(), '-', '_');
+    return is_uci_name(name);
+}
+
+// Any printable text, but for what would be quotes or a comment in the file: a type is written bare.
+bool is_uci_type(std::string_view type) {
+    return !type.empty() && type.find_first_of("\"'#;\\") == std::string_view::npos &&
+           std::all_of(type.data(), type.data() + type.size(), [](char c) { return c > ' ' && c <= '~'; });
 }
 
 uci_ptr pointer_to(uci_package* package, const char* section, const char* option, const char* value) {
@@ -82,8 +88,6 @@ class Export {
 
 }  // namespace
 
-bool is_uci_package(const char* name) { return is_uci_type(name); }
-
 bool is_uci_value(const char* value) { return uci_validate_text(value); }
 
 void UciContext::Free::operator()(uci_context* context) const { uci_free_context(context); }
@@ -103,15 +107,16 @@ UciContext::UciContext(const char* confdir, const char* savedir)
 }
 
 bool UciContext::load(const char* package) {
-    return is_trusted_directory(confdir_) && uci_load(context_.get(), package, &package_) == UCI_OK &&
-           package_ != nullptr;
+    return package != nullptr && is_uci_package(package) && is_trusted_directory(confdir_) &&
+           uci_load(context_.get(), package, &package_) == UCI_OK && package_ != nullptr;
 }
 
 bool UciContext::load_to_change(const char* package) {
     if (!lock_ && !lock_.take(confdir_)) return false;
     sweep_temporary_files(confdir_);
     struct stat staged = {};
-    if (is_uci_package(package) && stat(staged_file(context_.get(), package).c_str(), &staged) == 0)
+    if (package != nullptr && is_uci_package(package) &&
+        stat(staged_file(context_.get(), package).c_str(), &staged) == 0)
         staged_ = staged.st_size;
     context_->flags = static_cast<uci_flags>(context_->flags | UCI_FLAG_SAVED_DELTA);
     return load(package);

@@ -22,21 +22,21 @@ inline constexpr const char* kProfileStore = "/etc/profile.d";
 inline constexpr const char* kOpenCopy = "/tmp/cwmp-config";
 inline constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
 
-// Whether libuci takes a name for a package of a configuration directory.
-bool is_uci_package(const char* name);
 // Whether a value can be stored: libuci does not read control characters back.
 bool is_uci_value(const char* value);
 
 class UciContext {
   public:
     // A null directory is the live store. The live store shares libuci's save directory with every other tool
-    // of the device; any other directory keeps its own, so that a change somebody staged in a live package is
-    // never carried into a side copy of the same name.
+    // of the device; any other directory has one to itself, /var/state/.uci-DIRECTORY, so that a change somebody
+    // staged in a live package is never carried into a side copy of the same name. It stands outside of the
+    // directory, which holds packages alone, and where no stranger can make it.
     explicit UciContext(const char* confdir);
     UciContext(const char* confdir, const char* savedir);
 
     explicit operator bool() const { return context_ != nullptr; }
 
+    // A package of the directory: paths, which libuci would take too, are refused.
     bool load(const char* package);
     // To change the package: nobody else of this library changes the directory before commit() has returned or
     // this object has ended.

@@ -20,12 +20,10 @@ struct Quad {
     int octet[4] = {};
 };
 
-std::optional<Quad> parse_quad(const char* text) {
-    Quad quad;
+// How many of the four numbers a text begins with; those that it lacks are 0.
+int scan(const char* text, Quad& quad) {
     auto& o = quad.octet;
-    if (text == nullptr || std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]) != 4)
-        return std::nullopt;
-    return quad;
+    return text == nullptr ? 0 : std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]);
 }
 
 std::string dotted(const int (&octet)[4]) {
@@ -52,19 +50,21 @@ uint32_t host_order(const char* text) {
 }  // namespace
 
 int checkValidIP(const char* text) {
-    const auto quad = parse_quad(text);
-    if (!quad) return 0;
-    for (const int octet : quad->octet) {
+    Quad quad;
+    if (scan(text, quad) != 4) return 0;
+    for (const int octet : quad.octet) {
         if (octet < 0 || octet > 255) return 0;
     }
-    return dotted(quad->octet) == text ? 1 : 0;
+    return dotted(quad.octet) == text ? 1 : 0;
 }
 
 int check_subnet(const char* a, const char* b) {
-    const auto first = parse_quad(a);
-    const auto second = parse_quad(b);
-    if (!first || !second) return 0;
-    return std::memcmp(first->octet, second->octet, 3 * sizeof(int)) == 0 ? 1 : 0;
+    if (a == nullptr || b == nullptr) return 0;
+    Quad first;
+    Quad second;
+    scan(a, first);
+    scan(b, second);
+    return std::memcmp(first.octet, second.octet, 3 * sizeof(int)) == 0 ? 1 : 0;
 }
 
 int CheckValidMacAddr(const char* text) {

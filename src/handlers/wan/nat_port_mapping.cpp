@@ -25,8 +25,7 @@ class Mapping {
         if (number > kMost) {
             refuse(caller, kError, "%s", kTooMany);
         } else {
-            if (number >= 1 && context_ && context_.load(kPackage))
-                section_ = find_mapping(context_, name_);
+            if (number >= 1 && context_ && context_.load(kPackage)) section_ = find_mapping(context_, name_);
             if (section_ == nullptr) refuse(caller, kDebug, "%s", kNoInstance);
         }
         return section_ != nullptr;
@@ -175,7 +174,8 @@ std::string client_address(const Text& stored, const Mapping& /*mapping*/) {
 
 Text client_octet(const Change& change) {
     if (!address(change)) return std::nullopt;
-    if (check_subnet(change.value, lan_address().value_or("").c_str()) != 1) {
+    const Text lan = lan_address();
+    if (!lan || check_subnet(change.value, lan->c_str()) != 1) {
         refuse(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n");
         return std::nullopt;
     }

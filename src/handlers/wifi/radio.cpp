@@ -86,9 +86,9 @@ HANDLER(WiFi_Radio_RegulatoryDomain) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     if (const auto domain = read_option(kMainNetwork / "RegulatoryDomain")) return get.answer(*domain);
-    const auto country = Command("fwinfo COUNTRY").line(kLimit).value_or("");
+    const auto country = Command("fwinfo COUNTRY").line(kLimit);
     // The third letter: indoor.
-    return get.answer(country.empty() ? country : country + "I");
+    return get.answer(country ? *country + "I" : "");
 }
 
 HANDLER(WiFi_Radio_MaxBitRate) {

@@ -167,7 +167,7 @@ TEST_F(PortMapping, InstancesOutsideTheTable) {
                                             {INT_MAX, " nat portmapping rule num exceeds \n\n"},
                                             {0, " Index is error\n"},
                                             {-1, " Index is error\n"},
-                                {9, " Index is error\n"},
+                                            {9, " Index is error\n"},
                                             {64, " Index is error\n"}}) {
             SCOPED_TRACE(handler);
             forget();

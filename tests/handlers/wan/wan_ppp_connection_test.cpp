@@ -159,8 +159,7 @@ TEST_F(WanPppConnection, IptvLink) {
 TEST_F(WanPppConnection, ReadOnly) {
     expect_read_only({PPPC "ConnectionStatus", PPPC "Uptime", PPPC "CurrentMRUSize", PPPC "TransportType",
                       PPPC "ExternalIPAddress", PPPC "DefaultGateway", PPPC "MACAddress",
-                      LINK "X_QM_IPTVDesCription",
-                      PPPC "PortMappingNumberOfEntries"});
+                      LINK "X_QM_IPTVDesCription", PPPC "PortMappingNumberOfEntries"});
 }
 
 TEST_F(WanPppConnection, WhetherTheWanIsADhcpClient) {
