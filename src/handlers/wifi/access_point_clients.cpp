@@ -21,6 +21,8 @@ int client_address(int op, va_list args, const char* option, EmptyTable empty,
     log_event(caller, kEmergency, "locate[0] = %d,locate[1] = %d,locate[2] = %d\n\n", locate[0], locate[1],
               locate[2]);
     if (locate[1] == 0 || locate[2] == 0) return refuse(caller, kError, "locate error\n");
+    const auto* network = network_by_number(locate[1]);
+    if (network == nullptr) return kRefused;
     const int count = host_count();
     if (count == 0 && empty == EmptyTable::is_traced) {
         log_event(caller, kEmergency, "get wifi host macaddress == 0\n\n");
@@ -28,8 +30,6 @@ int client_address(int op, va_list args, const char* option, EmptyTable empty,
     }
     if (count == 0) return get.answer("");
     if (count < locate[2]) return refuse(caller, kEmergency, "index = %d,total = %d\n\n", locate[2], count);
-    const auto* network = network_by_number(locate[1]);
-    if (network == nullptr) return kRefused;
     return answer_client(get, find_client(network->field, count, locate[2]), option);
 }
 

@@ -3,7 +3,6 @@
 #include "handlers/wifi/mesh_feature.h"
 
 #include "core/file.h"
-#include "core/text.h"
 #include "cwmp/uci_access.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/mesh_script.h"
@@ -28,10 +27,11 @@ int main_network_switch(int op, va_list args, const OptionPath& at, unsigned int
     return option(op, args, {.at = at, .accepts = zero_or_one, .apply = apply});
 }
 
-// Whether the unit is bound to a controller.
+// Whether the unit is bound to a controller: the file's first number says so, whatever line it stands in.
 bool is_bound() {
-    constexpr std::size_t kLimit = 63;
-    return decimal_prefix(first_line_of_file("/tmp/is_binded", kLimit).value_or("").c_str()) == 1;
+    const File file(std::fopen("/tmp/is_binded", "re"));
+    int number = 0;
+    return file != nullptr && std::fscanf(file.get(), "%d", &number) == 1 && number == 1;
 }
 
 }  // namespace
