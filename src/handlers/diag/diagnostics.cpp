@@ -1,6 +1,10 @@
 #include "handlers/diag/diagnostics.h"
 
+#include <climits>
+#include <cstdlib>
 #include <cstring>
+
+#include "core/refusal.h"
 
 namespace cwmp {
 
@@ -23,6 +27,18 @@ int test_result(int op, va_list args, const OptionPath& at, const char* missing)
 int test_state(va_list args, const OptionPath& state, const OptionPath& running) {
     const GetArguments get(args);
     return get.answer(read_test(running) == "1" ? kNoTest : read_test(state).value_or(""));
+}
+
+std::optional<int> number_of_setting(const char* value) {
+    const long long number = std::strtoll(value, nullptr, 10);
+    if (number < INT_MIN || number > INT_MAX) return std::nullopt;
+    return static_cast<int>(number);
+}
+
+std::optional<int> result_number(const int* locate, Caller caller) {
+    if (locate[0] >= 1) return locate[0];
+    refuse(caller, kError, "locate error\n");
+    return std::nullopt;
 }
 
 bool is_request(const SetArguments& set) {

@@ -28,11 +28,17 @@ int test_state(va_list args, const OptionPath& state, const OptionPath& running)
 // Whether a SET asks for the test, the only value that a DiagnosticsState takes.
 bool is_request(const SetArguments& set);
 
+// The number that a setting begins with, 0 without one; nothing when 32 bits do not hold it.
+std::optional<int> number_of_setting(const char* value);
+
+// The instance number of a result in locate[0]; nothing, logged under the caller's name, unless it is one.
+std::optional<int> result_number(const int* locate, Caller caller);
+
 // Checks that store the text as the ACS wrote it.
 template <int lowest, int highest>
 std::optional<std::string> numeric_text(const char* value) {
-    const int number = decimal_prefix(value);
-    if (number < lowest || number > highest) return std::nullopt;
+    const auto number = number_of_setting(value);
+    if (!number || *number < lowest || *number > highest) return std::nullopt;
     return value;
 }
 

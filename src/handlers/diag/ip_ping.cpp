@@ -37,7 +37,7 @@ std::optional<std::string> device_of_interface(const char* value) {
 }
 
 std::optional<std::string> timeout_text(const char* value) {
-    if (decimal_prefix(value) == 0) return std::nullopt;
+    if (number_of_setting(value).value_or(0) == 0) return std::nullopt;
     return value;
 }
 

@@ -8,6 +8,7 @@
 #include "cwmp/diagnostics.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
+#include "handlers/diag/process_list.h"
 #include "handlers/diag/scan_log.h"
 #include "platform/profile.h"
 
@@ -49,7 +50,8 @@ std::optional<bool> is_scanning(Caller caller) {
         return std::nullopt;
     }
     bool found = false;
-    while (const auto line = processes.line()) found = found || contains(*line, "scan");
+    while (const auto line = processes.line())
+        found = found || (shows_run_of("iwlist", *line) && contains(*line, "scan"));
     return found;
 }
 
@@ -101,20 +103,33 @@ int start_scan(Caller caller = Caller::here()) {
     return kRefused;
 }
 
-// An option of the network that locate names.
-std::optional<std::string> read_cell(const GetArguments& get, const char* option) {
-    const std::string number = std::to_string(get.locate()[0]);
-    return read_test({kDiagnosticsPackage, number.c_str(), option});
-}
+// A network that was found, as a GET names it.
+class Cell {
+  public:
+    Cell(va_list args, Caller caller) : get_(args), number_(result_number(get_.locate(), caller)) {}
+
+    // False when the path names none.
+    explicit operator bool() const { return number_.has_value(); }
+
+    std::optional<std::string> read(const char* option) const {
+        return read_test({kDiagnosticsPackage, std::to_string(*number_).c_str(), option});
+    }
+    int answer(std::string_view text) const { return get_.answer(text); }
+
+  private:
+    GetArguments get_;
+    std::optional<int> number_;
+};
 
 bool is_24_ghz(const std::string& frequency) { return contains(frequency, "2.4"); }
 
-int frequency_band(int op, va_list args) {
+int frequency_band(int op, va_list args, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
-    const auto frequency = read_cell(get, "Frequency");
-    if (!frequency) return get.answer("");
-    return get.answer(is_24_ghz(*frequency) ? "2.4GHz" : "5GHz");
+    const Cell cell(args, caller);
+    if (!cell) return kRefused;
+    const auto frequency = cell.read("Frequency");
+    if (!frequency) return cell.answer("");
+    return cell.answer(is_24_ghz(*frequency) ? "2.4GHz" : "5GHz");
 }
 
 const char* standards_of(const std::string& frequency, const std::string& mode) {
@@ -164,9 +179,10 @@ int NeighboringWiFi_Diagnostic(const char* command, int first) {
 
 int WiFi_NeighboringWiFi_Param_Get(int op, va_list args, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+    const Cell cell(args, Caller::here());
+    if (!cell) return kRefused;
     const bool is_strength = std::string_view(option) == "SignalStrength";
-    return get.answer(read_cell(get, option).value_or(is_strength ? "-200" : ""));
+    return cell.answer(cell.read(option).value_or(is_strength ? "-200" : ""));
 }
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_DiagnosticsState) {
@@ -184,25 +200,28 @@ HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Radio) { return frequency_band(op,
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Mode) {
     if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
-    const auto mode = read_cell(get, "Mode");
-    if (!mode) return get.answer("");
-    return get.answer(*mode == "Master" ? "Infrastructure" : "ADHoc");
+    const Cell cell(args, Caller::here());
+    if (!cell) return kRefused;
+    const auto mode = cell.read("Mode");
+    if (!mode) return cell.answer("");
+    return cell.answer(*mode == "Master" ? "Infrastructure" : "ADHoc");
 }
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards) {
     if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
-    return get.answer(standards_of(read_cell(get, "Frequency").value_or(""),
-                                   read_cell(get, "OperatingStandards").value_or("")));
+    const Cell cell(args, Caller::here());
+    if (!cell) return kRefused;
+    return cell.answer(
+        standards_of(cell.read("Frequency").value_or(""), cell.read("OperatingStandards").value_or("")));
 }
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
     if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
-    const auto extension = read_cell(get, "ExtensionChannel");
-    if (extension == "MINUS") return get.answer("BelowControlChannel");
-    return get.answer(extension == "PLUS" ? "AboveControlChannel" : "None");
+    const Cell cell(args, Caller::here());
+    if (!cell) return kRefused;
+    const auto extension = cell.read("ExtensionChannel");
+    if (extension == "MINUS") return cell.answer("BelowControlChannel");
+    return cell.answer(extension == "PLUS" ? "AboveControlChannel" : "None");
 }
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SSID) {

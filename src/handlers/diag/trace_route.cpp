@@ -7,6 +7,7 @@
 #include "cwmp/diagnostics.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
+#include "handlers/diag/process_list.h"
 
 using namespace cwmp;
 
@@ -23,25 +24,31 @@ std::optional<std::string> device_of_interface(const char* value) {
 }
 
 // An option of the hop that locate names.
-int hop(int op, va_list args, const char* option) {
+int hop(int op, va_list args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
-    const std::string number = std::to_string(GetArguments(args).locate()[0]);
-    return test_result(op, args, {kPackage, number.c_str(), option});
+    const auto number = result_number(GetArguments(args).locate(), caller);
+    if (!number) return kRefused;
+    return test_result(op, args, {kPackage, std::to_string(*number).c_str(), option});
 }
 
 void set_state(const char* state) { write_test(kTrace / "DiagnosticsState", state); }
 void set_running(bool running) { write_test(kTrace / "last_trace_status", running ? "1" : "0"); }
 
+struct Run {
+    std::string command;
+    std::string host;
+};
+
 // The words come from the ACS; the numbers among them are stored as it wrote them.
-std::string command_line(const std::string& host) {
-    const auto interface = read_test(kTrace / "Interface");
-    const auto timeout = read_test(kTrace / "Timeout");
+Run configured_run() {
     std::string command = "traceroute";
-    if (interface) command += " -i " + shell_word(*interface);
+    if (const auto interface = read_test(kTrace / "Interface")) command += " -i " + shell_word(*interface);
     command += " -q " + shell_word(read_test(kTrace / "NumberOfTries").value_or("3"));
+    const auto timeout = read_test(kTrace / "Timeout");
     command += timeout ? " -w " + std::to_string(decimal_prefix(timeout->c_str()) / 1000) : " -w 5 ";
     command += " -m " + shell_word(read_test(kTrace / "MaxHopCount").value_or("30"));
-    return command + " " + shell_word(host) + " > /tmp/tr069/trace_result 2>&1 &";
+    const std::string host = read_test(kTrace / "Host").value_or("");
+    return {command + " " + shell_word(host) + " > /tmp/tr069/trace_result 2>&1 &", host};
 }
 
 // Whether the process list shows a traceroute to the host; nothing when it cannot be asked for.
@@ -54,8 +61,7 @@ std::optional<bool> is_running(const std::string& host, Caller caller) {
     }
     bool found = false;
     while (const auto line = processes.line(kProcessLine)) {
-        // A host called "traceroute", or "1", is found in the search's own line for ever.
-        if (!contains(*line, "grep traceroute") && contains(*line, host.c_str())) found = true;
+        if (shows_run_of("traceroute", *line) && contains(*line, host.c_str())) found = true;
     }
     return found;
 }
@@ -66,11 +72,11 @@ void wait_for_end(const std::string& host, Caller caller) {
     if (running) set_running(false);
 }
 
-[[noreturn]] void trace(const std::string& command, const std::string& host, Caller caller) {
-    run(command);
+[[noreturn]] void trace(const Run& test, Caller caller) {
+    run(test.command);
     set_running(true);
     set_state(kNoTest);
-    wait_for_end(host, caller);
+    wait_for_end(test.host, caller);
     run("/usr/bin/tr069/get_trace_result");
     const bool no_hops = read_test(kTrace / "RouteHopsNumberOfEntries") == "0";
     set_state(no_hops ? kUnresolved : "Complete");
@@ -81,17 +87,16 @@ void wait_for_end(const std::string& host, Caller caller) {
 
 int libdiagnostics_startTraceRoute() {
     const Caller caller = {__func__, __LINE__};
-    const std::string host = read_test(kTrace / "Host").value_or("");
-    if (host.empty()) {
+    const Run run = configured_run();
+    if (run.host.empty()) {
         set_state(kUnresolved);
         return kDone;
     }
-    const std::string command = command_line(host);
     switch (detach(caller)) {
         case Side::kAgent:
             return kDone;
         case Side::kJob:
-            trace(command, host, caller);
+            trace(run, caller);
         case Side::kFailed:
             break;
     }

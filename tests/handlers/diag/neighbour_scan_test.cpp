@@ -34,6 +34,7 @@ TEST_F(NeighbourScan, ARunEndsSavedAndTellsTheAgent) {
     store("diagnostics_config.1.SSID", "old", kScratch);
     store("diagnostics_config.2.SSID", "old", kScratch);
     store("diagnostics_config.3.SSID", "kept", kScratch);
+    level(6);
     EXPECT_EQ(request().code, 0);
     EXPECT_EQ(wait_for_jobs(), 1);
     EXPECT_THAT(
@@ -147,6 +148,7 @@ TEST_F(NeighbourScan, FailuresToStartAndToWatchAreReported) {
 TEST_F(NeighbourScan, KilledHalfWayItStartsAnew) {
     program("/var/lib/router/answers/ps",
             "touch /tmp/looked\nwhile :; do echo '9 root iwlist ath02 scan'; sleep 0.02; done\n");
+    level(6);
     EXPECT_EQ(request().code, 0);
     pid_t job = 0;
     for (int i = 0; i < 200 && !exists("/tmp/looked"); ++i) usleep(20 * 1000);

@@ -76,6 +76,10 @@ TEST_F(ScanLog, EachLineTellsItsFacts) {
         {"Mode:Ad-Hoc-Demo-Long\n", {{"Mode", "Ad-Hoc-De"}}},
         {"Frequency:2.462 GHz (Channel 11)\n", {{"Frequency", "2.462 GHz (Channel 11)"}, {"Channel", "11"}}},
         {"Frequency:5.745 GHz (Channel 149)\n", {{"Channel", "149"}}},
+        // The channel ends before its first 0.
+        {"Frequency:2.457 GHz (Channel 10)\n", {{"Channel", "1"}}},
+        {"Frequency:5.2 GHz (Channel 40)\n", {{"Channel", "4"}}},
+        {"Frequency:5.52 GHz (Channel 104)\n", {{"Channel", "1"}}},
         {"Frequency:5.18 GHz\n", {{"Frequency", "5.18 GHz"}, {"Channel", std::nullopt}}},
         {"Quality=42/94  Signal level=-53 dBm  Noise level=-95 dBm\n",
          {{"Quality", "42/94  Signal level=-53 dBm  Noise level=-95 dBm"},
@@ -189,9 +193,9 @@ TEST_F(ScanLog, ResultsReadAsTheModelWordsThem) {
                                  {number},
                                  row.answers[static_cast<std::size_t>(number - 1)]}});
             }
-            for (const int number : {0, -1, INT_MAX}) {
-                expect_answers({{(name + "Result_" + row.parameter).c_str(), {number}, row.answers.back()}});
-            }
+            const std::string parameter = name + "Result_" + row.parameter;
+            expect_answers({{parameter.c_str(), {INT_MAX}, row.answers.back()}});
+            for (const int number : {0, -1}) EXPECT_EQ(get(parameter.c_str(), {number}).code, -1);
         }
     }
     const std::vector<std::pair<const char*, const char*>> plain = {

@@ -38,6 +38,9 @@ TEST_F(DiagnosticsSettings, PingKeepsWhatItCanUse) {
         {"IPPingDiagnostics_NumberOfRepetitions", "1", 0, count, "1"},
         {"IPPingDiagnostics_NumberOfRepetitions", "007x", 0, count, "007x"},
         {"IPPingDiagnostics_NumberOfRepetitions", "0", -1, count, "before"},
+        {"IPPingDiagnostics_NumberOfRepetitions", "2147483647", 0, count, "2147483647"},
+        {"IPPingDiagnostics_NumberOfRepetitions", "2147483648", -1, count, "before"},
+        {"IPPingDiagnostics_Timeout", "4294967296", -1, "diagnostics_config.ping.Timeout", "before"},
         {"IPPingDiagnostics_Timeout", "-1", 0, timeout, "-1"},
         {"IPPingDiagnostics_Timeout", "0", -1, timeout, "before"},
         {"IPPingDiagnostics_Timeout", "abc", -1, timeout, "before"},
@@ -117,6 +120,7 @@ TEST_F(DiagnosticsSettings, TraceRouteKeepsWhatItCanUse) {
         {"IP_Diagnostics_TraceRoute_NumberOfTries", "0", 0, section + "NumberOfTries", "0"},
         {"IP_Diagnostics_TraceRoute_NumberOfTries", "-3", 0, section + "NumberOfTries", "-3"},
         {"IP_Diagnostics_TraceRoute_NumberOfTries", "11", -1, section + "NumberOfTries", "before"},
+        {"IP_Diagnostics_TraceRoute_NumberOfTries", "-9999999999", -1, section + "NumberOfTries", "before"},
         {"IP_Diagnostics_TraceRoute_Timeout", "1", 0, section + "Timeout", "1"},
         {"IP_Diagnostics_TraceRoute_Timeout", "0", -1, section + "Timeout", "before", 0, out_of_range},
         {"IP_Diagnostics_TraceRoute_DataBlockSize", "65535", 0, section + "DataBlockSize", "65535"},
@@ -165,8 +169,6 @@ TEST_F(DiagnosticsSettings, TraceRouteAnswersItsDefaultsAndHops) {
         {"IP_Diagnostics_TraceRoute_RouteHops_HostAddress", {2}, "b"},
         {"IP_Diagnostics_TraceRoute_RouteHops_RTTimes", {2}, "1,2"},
         {"IP_Diagnostics_TraceRoute_RouteHops_RTTimes", {1}, ""},
-        {"IP_Diagnostics_TraceRoute_RouteHops_Host", {0}, ""},
-        {"IP_Diagnostics_TraceRoute_RouteHops_Host", {-1}, ""},
         {"IP_Diagnostics_TraceRoute_RouteHops_Host", {INT_MAX}, ""},
     };
     expect_answers(results);

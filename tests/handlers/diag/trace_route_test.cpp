@@ -114,6 +114,9 @@ TEST_F(TraceRoute, ARunGoesFromNoneToCompleteAndTellsTheAgent) {
     program("/var/lib/router/answers/ps",
             "while [ ! -e /tmp/tr069/trace_result ]; do sleep 0.02; done\n"
             "echo '7 root traceroute 198.51.100.1'\necho '8 root grep traceroute 192.0.2.1'\n"
+            "echo '  10 root  1234 S    timeout 30 dm diagnose traceroute 192.0.2.1'\n"
+            "echo '  11 root  1.2m SW<  router/enter --live / dm diagnose traceroute 192.0.2.1'\n"
+            "echo '  12 root  1234 S    sh -c ps | grep traceroute 192.0.2.1'\n"
             "[ -e /tmp/looked ] || echo '9 root traceroute -q 3 192.0.2.1'\n"
             "uci -c /tmp/tr069 get trace_route.traceroute.last_trace_status >>/tmp/looked\n"
             "uci -c /tmp/tr069 get trace_route.traceroute.DiagnosticsState >>/tmp/looked\n");
@@ -121,6 +124,7 @@ TEST_F(TraceRoute, ARunGoesFromNoneToCompleteAndTellsTheAgent) {
             "uci -c /tmp/tr069 get trace_route.traceroute.last_trace_status >>/tmp/looked\n"
             "uci -c /tmp/tr069 set trace_route.traceroute.RouteHopsNumberOfEntries=3\n"
             "uci -c /tmp/tr069 commit trace_route\n");
+    level(6);
     run();
     EXPECT_THAT(commands_of_job(),
                 ElementsAre("traceroute -q 3 -w 5  -m 30 192.0.2.1 > /tmp/tr069/trace_result 2>&1 &",
@@ -131,7 +135,7 @@ TEST_F(TraceRoute, ARunGoesFromNoneToCompleteAndTellsTheAgent) {
     EXPECT_EQ(traced("last_trace_status"), "0");
     EXPECT_THAT(messages(), ElementsAre(4207U));
     Texts events = console();
-    std::erase_if(events, [](const std::string& text) { return text.starts_with("uciRaw"); });
+    std::erase_if(events, [](const auto& text) { return text.find("child pid") == std::string::npos; });
     ASSERT_EQ(events.size(), 2U);
     int ids[6] = {};
     ASSERT_EQ(std::sscanf(events[0].c_str(),
@@ -165,8 +169,25 @@ TEST_F(TraceRoute, WithoutAHostNothingRuns) {
     EXPECT_EQ(start(), 0);
     EXPECT_EQ(traced("DiagnosticsState"), "Error_CannotResolveHostName");
     EXPECT_THAT(commands(), IsEmpty());
+    EXPECT_EQ(get("IP_Diagnostics_TraceRoute_RouteHops_Host", {0}).code, -1);
+    EXPECT_EQ(get("IP_Diagnostics_TraceRoute_RouteHops_RTTimes", {-1}).code, -1);
+    EXPECT_EQ(console().back(), "IP_Diagnostics_TraceRoute_RouteHops_RTTimes: locate error\n");
     EXPECT_THAT(messages(), IsEmpty());
     EXPECT_EQ(wait_for_jobs(), 0);
+}
+
+TEST_F(TraceRoute, WaitsForEveryWayToShowATrace) {
+    setting("Host", "h");
+    for (const char* line : {"  9 root  1234 S    /usr/bin/traceroute -q 3 h", "9 0:00 traceroute h",
+                             "  9 root  2.1m SW<  {traceroute} /bin/sh /usr/bin/traceroute h",
+                             "  9 root  1234 R    sh -c traceroute -q 3 h > /tmp/tr069/trace_result"}) {
+        SCOPED_TRACE(line);
+        program("/var/lib/router/answers/ps",
+                std::string("[ -e /tmp/looked ] || echo '") + line + "'\ntouch /tmp/looked\n");
+        run();
+        EXPECT_THAT(commands_of_job(), Contains("sleep 1"));
+        std::filesystem::remove("/tmp/looked");
+    }
 }
 
 TEST_F(TraceRoute, AHostNamedLikeTheSearchEnds) {

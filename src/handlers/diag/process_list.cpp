@@ -1,0 +1,33 @@
+#include "handlers/diag/process_list.h"
+
+#include "core/text.h"
+
+namespace cwmp {
+namespace {
+
+// A column between the user's name and the command: size, time or state, in the words of any ps.
+bool is_column(std::string_view word) {
+    return word.find_first_not_of("0123456789.:?kmgRSDTtZXIWPKN<Ls+l") == std::string_view::npos;
+}
+
+// "/bin/sh", and "{sh}" for a script.
+bool is_named(std::string_view word, std::string_view name) {
+    if (word.starts_with('{') && word.ends_with('}')) word = word.substr(1, word.size() - 2);
+    return word.substr(word.rfind('/') + 1) == name;
+}
+
+}  // namespace
+
+bool shows_run_of(std::string_view tool, std::string_view line) {
+    constexpr int kFixedColumns = 2;  // process and user
+    std::size_t position = 0;
+    std::string_view word = next_word(line, position);
+    for (int column = 0; !word.empty() && !is_named(word, tool); ++column) {
+        if (column >= kFixedColumns && !is_column(word)) break;
+        word = next_word(line, position);
+    }
+    if (is_named(word, "sh") && next_word(line, position) == "-c") word = next_word(line, position);
+    return is_named(word, tool);
+}
+
+}  // namespace cwmp
