@@ -6,6 +6,7 @@
 #include "config/store.h"
 #include "core/command.h"
 #include "core/log.h"
+#include "core/shell.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "platform/ethernet_ports.h"
@@ -105,8 +106,8 @@ int concatCmd(char* command, int index, const char* word) {
         // A switch port has no network interface of its own: the query names one that never exists.
         std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "ifconfig eth%d | grep HWaddr | awk '{print $5}'", -1);
     } else {
-        std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "eth_link_status_get %s %s %d", word, name->c_str(),
-                      port);
+        std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "eth_link_status_get %s %s %d", word,
+                      cwmp::shell_word(*name).c_str(), port);
     }
     return 0;
 }

@@ -4,6 +4,7 @@
 
 #include "core/command.h"
 #include "core/refusal.h"
+#include "core/shell.h"
 #include "core/text.h"
 #include "cwmp/handler.h"
 #include "cwmp/platform.h"
@@ -28,7 +29,7 @@ std::string channel_command(const std::string& interface) {
     char command[255];
     std::snprintf(command, sizeof command,
                   "iwlist %s channel | grep Channel| grep -v Current | awk '{print $2}' | tr '\n' ' ' ",
-                  interface.c_str());
+                  shell_word(interface).c_str());
     return command;
 }
 

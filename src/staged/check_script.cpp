@@ -11,6 +11,7 @@
 
 #include "core/command.h"
 #include "core/descriptor.h"
+#include "core/shell.h"
 
 namespace {
 
@@ -103,7 +104,7 @@ int func_obj_result_ok(const char* file) {
 
 int initialize_revert_data(const char* name) {
     if (name == nullptr) return 0;
-    if (!run_script((std::string(kLoadVerb) + ' ' + name).c_str(), Caller::here())) return -1;
+    if (!run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), Caller::here())) return -1;
     const Json answer = read_json(kAnswerFile);
     if (answer == nullptr) return -1;
     const Object* object = object_of_revert_name(name);

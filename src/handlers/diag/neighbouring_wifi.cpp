@@ -5,6 +5,7 @@
 #include "config/batch.h"
 #include "core/command.h"
 #include "core/refusal.h"
+#include "core/shell.h"
 #include "cwmp/diagnostics.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
@@ -38,8 +39,8 @@ std::string scan_command() {
     const auto name24 = profile_option("backhaul_2_4G");
     const auto name5 = profile_option("backhaul_5G");
     const bool named = name24 && name5;
-    return "iwlist " + (named ? *name24 : "ath02") + " scan > " + kLog24 + " 2>&1 && iwlist " +
-           (named ? *name5 : "ath12") + " scan > " + kLog5 + " 2>&1 & ";
+    return "iwlist " + (named ? shell_word(*name24) : "ath02") + " scan > " + kLog24 + " 2>&1 && iwlist " +
+           (named ? shell_word(*name5) : "ath12") + " scan > " + kLog5 + " 2>&1 & ";
 }
 
 // Whether the process list shows a scan; nothing when it cannot be asked for.

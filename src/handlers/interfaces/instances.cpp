@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/refusal.h"
 #include "cwmp/interface_stack.h"
 #include "cwmp/platform.h"
 #include "handlers/blocks/numbered.h"
@@ -49,7 +50,7 @@ const Instance* require_instance(Object object, const int* locate, Caller caller
         return nullptr;
     }
     if (below && locate[1] != 1) {
-        log_event(caller, kError, "locate error\n");
+        refuse(caller, kError, "locate error\n");
         return nullptr;
     }
     return found;

@@ -1,6 +1,7 @@
 #include "handlers/interfaces/values.h"
 
 #include "core/command.h"
+#include "core/shell.h"
 #include "core/text.h"
 #include "cwmp/interface_stack.h"
 #include "cwmp/platform.h"
@@ -12,7 +13,7 @@ namespace {
 
 // The first line of a command about a device or a network interface; missing without one.
 std::string line_of(const char* tool, const char* name, const char* filter, const char* missing) {
-    auto line = Command(std::string(tool) + name + filter).line();
+    auto line = Command(tool + shell_word(name) + filter).line();
     return line && !line->empty() ? *std::move(line) : missing;
 }
 

@@ -5,6 +5,7 @@
 #include "config/store.h"
 #include "core/check_script.h"
 #include "core/refusal.h"
+#include "core/shell.h"
 #include "cwmp/revert_journal.h"
 #include "cwmp/uci_access.h"
 #include "cwmp/value_checks.h"
@@ -131,7 +132,7 @@ bool clone_mac(const int* locate, const std::string& mac) {
     if (const auto current = live_value(locate, kMac, kNoMac)) {
         add_revert_item("macclone", current->c_str(), nullptr);
     }
-    run(std::string(kCheckScript) + " macclone " + mac);
+    run(std::string(kCheckScript) + " macclone " + shell_word(mac));
     save_to_cwmp_config();
     return read_option(kCloneResult, kScratchStore) == "1";
 }

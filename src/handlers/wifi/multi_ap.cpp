@@ -123,7 +123,7 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto radio = mesh_radio(args);
     if (!radio) return kRefused;
-    const std::string interface = current_interface(radio->radio->main);
+    const std::string interface = interface_word(radio->radio->main);
     const auto command =
         interface_info->cpeType == kBcm
             ? " wl -i " + interface + " status | grep 'Primary channel' | awk '{ print $3}'"

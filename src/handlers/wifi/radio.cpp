@@ -96,7 +96,7 @@ HANDLER(WiFi_Radio_MaxBitRate) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
-    std::string interface = current_interface(radio->main);
+    std::string interface = interface_word(radio->main);
     if (interface.size() < kColumns) interface.insert(0, kColumns - interface.size(), ' ');
     const auto command =
         "iwconfig " + interface + " | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'";

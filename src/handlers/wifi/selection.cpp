@@ -1,5 +1,7 @@
 #include "handlers/wifi/selection.h"
 
+#include "core/shell.h"
+
 namespace cwmp {
 
 constexpr Radio kRadio2G = {.section = "radio_2g",
@@ -59,5 +61,7 @@ const char* current_interface(InterfaceField field) {
     initialize_interface_info(interface_info);
     return interface_info->*field;
 }
+
+std::string interface_word(InterfaceField field) { return shell_word(current_interface(field)); }
 
 }  // namespace cwmp

@@ -59,6 +59,8 @@ enum PlatformKind : int { kQcas = 0, kBcm = 1, kMtk = 2 };
 // The profile's current name of a wireless interface, valid until the next call. Brings the platform record
 // up to date.
 const char* current_interface(InterfaceField field);
+// The same as a word of a command.
+std::string interface_word(InterfaceField field);
 
 inline constexpr Section kMainNetwork{"wifi", "ap"};
 inline constexpr Section kGuestNetwork{"wifi", "guest"};

@@ -90,8 +90,8 @@ HANDLER(LANDevice_WLANConfiguration_Channel) {
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
-        const auto command = std::string("iwlist ") + current_interface(radio->main) +
-                             " channel | grep Current | awk -F '=' '{print $2}'";
+        const auto command =
+            "iwlist " + interface_word(radio->main) + " channel | grep Current | awk -F '=' '{print $2}'";
         auto channel = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"});
         if (channel && channel->empty()) {
             channel = read_reported(radio->at("channel"), "Failed to get  ChannelInConfig\n");
@@ -127,7 +127,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     const auto* radio = radio_by_number(get.locate()[1]);
     if (radio == nullptr) return kRefused;
     const bool is_2g = radio == &kRadio2G;
-    const std::string interface = current_interface(radio->main);
+    const std::string interface = interface_word(radio->main);
     if (interface_info->cpeType != kQcas) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
     const std::string command =
         "iwlist " + interface +
@@ -186,8 +186,8 @@ HANDLER(LANDevice_WLANConfiguration_Status) {
     const GetArguments get(args);
     const auto* radio = get.locate()[1] == 0 ? nullptr : radio_by_pair(get.locate());
     if (radio == nullptr) return kRefused;
-    const auto command = std::string("ifconfig ") + current_interface(radio->main) +
-                         " | sed '1d' | grep UP | awk '{print $1}'";
+    const auto command =
+        "ifconfig " + interface_word(radio->main) + " | sed '1d' | grep UP | awk '{print $1}'";
     const auto line =
         first_line({command.c_str(), kLongLine, "Failed to get  status of WLANConfiguration \n"});
     return line ? get.answer(*line == "UP" ? "Up" : "Disabled") : kRefused;
