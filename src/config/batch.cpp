@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <string_view>
 
 #include "core/log.h"
 
@@ -50,6 +51,13 @@ bool ensure_package_file(const char* confdir, const char* package, const char* f
     return true;
 }
 
+// What a log shows of a value: the STUN password appears in none.
+const char* shown(std::string_view package, std::string_view section, std::string_view option,
+                  const char* value) {
+    const bool is_secret = package == "cwmp" && section == "tr111" && option == "STUNPassword";
+    return is_secret ? "***" : value;
+}
+
 constexpr const char* kSet = "uciRawSetValueByPath";
 constexpr const char* kAdd = "uciRawAddSectionBypath";
 constexpr const char* kDelete = "uciRawDelSectionBypath";
@@ -91,7 +99,8 @@ int Batch::refuse_change() {
 int Batch::set(const char* section, const char* option, const char* value) {
     const bool complete = section != nullptr && option != nullptr && value != nullptr;
     if (!is_usable(kSet, complete, "uci set By path Invalid parameter.\n\n")) return refuse_change();
-    log_event({kSet, __LINE__}, kError, "uci set By path %s.%s.%s=%s.\n\n", package_, section, option, value);
+    log_event({kSet, __LINE__}, kError, "uci set By path %s.%s.%s=%s.\n\n", package_, section, option,
+              shown(package_, section, option, value));
     if (confdir_ == nullptr) {
         log_event({kSet, __LINE__}, kError, "Do not set the path.\n\n");
     } else if (!ensure_package_file(confdir_, package_, kSet)) {
@@ -107,7 +116,7 @@ int Batch::set(const char* section, const char* option, const char* value) {
     }
     if (const int result = context_.set_option(section, option, value); result != 0) {
         log_event({kSet, __LINE__}, kError, "fail to set ptr %s.%s.%s=%s (ret:%d)\n\n", package_, section,
-                  option, value, result);
+                  option, shown(package_, section, option, value), result);
         return refuse_change();
     }
     return 0;

@@ -13,6 +13,7 @@
 #include <memory>
 
 #include "config/uci_context.h"
+#include "core/bulk_read.h"
 
 namespace cwmp {
 namespace {
@@ -47,6 +48,7 @@ bool is_trusted_directory(const char* directory) {
 
 bool StoreLock::take(const char* directory) {
     constexpr int kPatience = 10'000;
+    end_bulk_read();
     Descriptor opened(open(directory, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened && lock_within(opened.get(), kPatience)) directory_ = std::move(opened);
     return static_cast<bool>(directory_);

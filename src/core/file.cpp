@@ -33,6 +33,12 @@ std::optional<std::string> Lines::next(std::size_t limit) {
     return line;
 }
 
+bool Lines::read_all(std::size_t most) {
+    while (text_.size() <= most && read_more()) {
+    }
+    return text_.size() <= most;
+}
+
 void Lines::reset(int descriptor) {
     if (descriptor_ >= 0) close(descriptor_);
     descriptor_ = descriptor;

@@ -24,12 +24,18 @@ class Lines {
     // The next line without its newline. A longer line comes in pieces of at most limit bytes.
     std::optional<std::string> next(std::size_t limit);
     void reset(int descriptor = -1);
+    // Lines of a text that is known already.
+    void put(std::string text) { text_ = std::move(text); }
+    // Reads on to the end, of at most so many bytes; false when there are more.
+    bool read_all(std::size_t most);
+    // What was read and not handed out.
+    const std::string& rest() const { return text_; }
 
   private:
     bool read_more();
 
     int descriptor_;
-    std::string text_;  // read and not handed out
+    std::string text_;
 };
 
 // At most limit bytes of a file's first line; nothing when it cannot be opened or is empty.

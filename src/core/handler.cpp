@@ -1,5 +1,6 @@
 #include "core/handler.h"
 
+#include "core/bulk_read.h"
 #include "core/refusal.h"
 
 namespace cwmp {
@@ -22,6 +23,7 @@ int GetArguments::answer(std::string_view text) const {
 }
 
 SetArguments::SetArguments(va_list args) {
+    end_bulk_read();
     forget_refusal();
     va_list copy;
     va_copy(copy, args);

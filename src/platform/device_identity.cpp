@@ -15,7 +15,7 @@ constexpr int kMacSize = 20;
 
 int util_exec(const char* command, char* buffer, int size) {
     if (command == nullptr || buffer == nullptr || size < 1) return -1;
-    cwmp::Command pipe(command);
+    cwmp::Command pipe(command, cwmp::Command::Foreign{});
     if (!pipe) return -1;
     const auto line = pipe.line(static_cast<std::size_t>(size) - 1);
     if (!line) {

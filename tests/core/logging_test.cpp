@@ -167,6 +167,20 @@ TEST_F(Logging, KeepsTheReasonOfARefusalAtEveryLevel) {
     EXPECT_STREQ(reason(), "!!! lan check fail 1");
 }
 
+TEST_F(Logging, TheStunPasswordIsInNoLog) {
+    const SystemLog log;
+    level(7, 1);
+    store("cwmp.tr111.STUNPassword", "before");
+    Texts all;
+    for (const char* value : {"hidden", "hidden\n"}) {
+        EXPECT_EQ(set("ManagementServer_STUNPassword", {}, value).code, 0);
+        for (const auto& entry : log.entries()) all.push_back(entry);  // its queue is short
+    }
+    all.push_back(raw_console());
+    EXPECT_THAT(all, Contains(HasSubstr("uci set By path cwmp.tr111.STUNPassword=***.")));
+    EXPECT_THAT(all, Not(Contains(HasSubstr("hidden"))));
+}
+
 TEST_F(Logging, DebugLevelSetsAndPrintsBothSwitchesWhateverTheOperation) {
     int32_t switches[] = {7, 1};
     for (const int op : {0, 1, 2, 99}) {

@@ -46,6 +46,7 @@ CommandLine::CommandLine()
     add_file("--model", options.model, "The directory of the model files")->capture_default_str();
     add_file("--root", options.root, "Enter this router root first; other paths are inside it");
     add_file("--agent", options.agent, "The file that describes the agent itself");
+    app_.add_flag("--live", options.live, "Read each parameter anew where several come from one command");
     add_file("--log", options.log_level, "The library's log level: 3 error, 6 progress, 7 debug");
 
     app_.add_flag("--why", options.why,

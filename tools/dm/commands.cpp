@@ -1,5 +1,7 @@
 #include "commands.h"
 
+#include <optional>
+
 #include "failure.h"
 #include "path.h"
 #include "transaction.h"
@@ -83,6 +85,8 @@ void remove(Session& session, const Instance& instance) {
 }  // namespace
 
 void get_values(Session& session, const Words& paths) {
+    std::optional<BulkRead> bulk;
+    if (!session.live) bulk.emplace(session.library);
     for (const std::string& path : paths) {
         note_failure(session.report, [&] {
             const Target target = find_targets(session.model, path);

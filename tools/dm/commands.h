@@ -16,6 +16,7 @@ struct Session {
     Agent& agent;
     Report& report;
     bool (*wanted)(const Node&) = nullptr;  // a walk leaves the other parameters out
+    bool live = false;                      // every parameter is read anew, also of several
 };
 
 using Words = std::vector<std::string>;

@@ -32,6 +32,23 @@ class Library {
     std::unique_ptr<void, Close> handle_;
 };
 
+// While one lives, a command that several parameters are read from runs once.
+class BulkRead {
+  public:
+    explicit BulkRead(const Library& library) : library_(library) { tell("cwmp_bulk_read_begin"); }
+    ~BulkRead() { tell("cwmp_bulk_read_end"); }
+    BulkRead(const BulkRead&) = delete;
+    BulkRead& operator=(const BulkRead&) = delete;
+
+  private:
+    // A library that has no bulk reads reads one by one.
+    void tell(const char* name) const {
+        if (const cwmp_handler found = library_.find(name)) reinterpret_cast<void (*)()>(found)();
+    }
+
+    const Library& library_;
+};
+
 // Opens the argument list that a handler reads, as the agent's dispatcher does.
 int call(cwmp_handler handler, int op, ...);
 

@@ -96,6 +96,7 @@ void run(CommandLine& line, Report& report, FILE* out) {
             agent.set_log_level(*options.log_level);
         }
         Session session{library, model, agent, report};
+        session.live = options.live;
         if (!line.completes) return run_command(line, session, out);
         for (std::string path : completions(session, options.words.back())) {
             if (line.command == "set" && !path.ends_with('.')) path += '=';

@@ -82,7 +82,7 @@ HANDLER(XMPP_Connection_LastChangeDate) {
     constexpr std::size_t kLongest = 63;
     if (op != CWMP_OP_GET) return kRefused;
     // The client puts a blank between date and time; the file itself is mended.
-    run("sed -i 's/ /T/g' /tmp/xmpp/LastChangeTime");
+    refresh("sed -i 's/ /T/g' /tmp/xmpp/LastChangeTime");
     const auto date = first_line_of_file("/tmp/xmpp/LastChangeTime", kLongest);
     return GetArguments(args).answer(date.value_or("1997-07-01T00:00:00"));
 }

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "core/bulk_read.h"
 #include "core/command.h"
 #include "core/refusal.h"
 #include "cwmp/message_channel.h"
@@ -71,6 +72,7 @@ bool forked_again(pid_t between) {
 }  // namespace
 
 Side detach(Caller caller) {
+    end_bulk_read();
     // What the agent has printed and not written must not be written twice.
     std::fflush(stdout);
     const pid_t between = fork();

@@ -99,7 +99,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
 
 int GetPPPoE_internet_info(int op, va_list args, const char* field) {
     if (op != CWMP_OP_GET) return kRefused;
-    run(std::string(kCheckScript) + " pppoe_infoUpdate ");
+    refresh(std::string(kCheckScript) + " pppoe_infoUpdate ");
     const auto known = read_option(Section{"check", "pppoe"} / field, kScratchStore);
     return GetArguments(args).answer(known.value_or(""));
 }

@@ -53,7 +53,7 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     if (!device) return kRefused;
     if (op != CWMP_OP_GET) return set_wps(SetArguments(args), *device);
     // Makes the script bring the table up to date.
-    run_mesh_action("wps_status");
+    refresh(std::string(kCheckScript) + " wps_status");
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";
     return GetArguments(args).answer(busy ? "1" : "0");
 }

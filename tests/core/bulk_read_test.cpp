@@ -1,0 +1,100 @@
+#include "cwmp/bulk_read.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "cwmp/diagnostics.h"
+#include "cwmp/platform.h"
+#include "cwmp/staged_objects.h"
+#include "cwmp/uci_access.h"
+#include "router_test.h"
+
+namespace {
+
+class BulkRead : public RouterTest {
+  protected:
+    void begin() { FROM_LIBRARY(cwmp_bulk_read_begin)(); }
+    void end() { FROM_LIBRARY(cwmp_bulk_read_end)(); }
+    // Changes the model's name and tells which one is read.
+    std::string model_now(const std::string& name) {
+        answer("fwinfo MODEL", name);
+        return get("DeviceInfo_ModelName").value;
+    }
+};
+
+TEST_F(BulkRead, ACommandRunsOnceBetweenBeginAndEnd) {
+    EXPECT_EQ(model_now("A\n"), "A");
+    begin();
+    EXPECT_EQ(model_now("B\n"), "B");
+    forget();
+    EXPECT_EQ(model_now("C\n"), "B");
+    EXPECT_EQ(get("DeviceInfo_Description").value, "B");
+    EXPECT_THAT(commands(), IsEmpty());
+    begin();
+    EXPECT_EQ(model_now("D\n"), "D") << "the agent forgot the end";
+    end();
+    EXPECT_EQ(model_now("E\n"), "E");
+    end();
+
+    begin();
+    EXPECT_EQ(model_now(""), "") << "a command that fails once";
+    EXPECT_EQ(model_now("F\n"), "");
+    end();
+    EXPECT_EQ(model_now("G\n"), "G");
+}
+
+TEST_F(BulkRead, ScriptsThatRefreshAFileRunOnceAndOthersCommandsEachTime) {
+    package("meshinfo", "config device 'row1'\n\toption wps_status 'idle'\n", kScratch);
+    for (const bool bulk : {true, false}) {
+        SCOPED_TRACE(bulk);
+        if (bulk) begin();
+        forget();
+        char buffer[8];
+        for (int i = 0; i < 2; ++i) {
+            get("X_QM_MeshFeature_Host_WPS_Enable", {1});
+            get("WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress", {1});
+            FROM_LIBRARY(util_exec)("true", buffer, sizeof buffer);
+        }
+        EXPECT_EQ(std::ranges::count(commands(), "true"), 2);
+        EXPECT_EQ(commands().size(), bulk ? 4U : 6U);
+        end();
+    }
+}
+
+TEST_F(BulkRead, AChangeEndsIt) {
+    const std::vector<std::function<void()>> changes = {
+        [&] { set("DeviceInfo_ProvisioningCode", {}, "x"); },
+        [&] {
+            set("IP_Interface_IPv4Address_IPAddress", {1, 1}, "192.168.1.1", CWMP_OP_STAGE);
+        },
+        [&] { set("XMPP_Connection_Password", {1}, "x", CWMP_OP_CHECK); },
+        [&] { add_instance("NAT_PortMapping"); },
+        [&] { delete_instance("NAT_PortMapping", {}, "1"); },
+        [&] { set("func_obj_revert", {}, ""); },
+        [&] { FROM_LIBRARY(lan_check)
+              (); },
+        [&] { FROM_LIBRARY(uciRawSetValue)
+              ("custom", "DeviceInfo", "ProvisioningCode", "y"); },
+        [&] { FROM_LIBRARY(uciRevert)
+              ("custom"); },
+        [&] { set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, "Requested"); },
+    };
+    package("nat", "");
+    package("custom", "");
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        begin();
+        EXPECT_EQ(model_now("before\n"), "before");
+        changes[i]();
+        EXPECT_EQ(model_now("after\n"), "after") << i;
+    }
+}
+
+TEST_F(BulkRead, WhatDoesNotFitRunsAgain) {
+    const std::string line(99, 'x');
+    begin();
+    EXPECT_EQ(model_now(line + "\n" + std::string(CWMP_BULK_READ_LIMIT, 'y')), line);
+    EXPECT_EQ(model_now("other\n"), "other");
+    EXPECT_EQ(model_now("another\n"), "other");
+}
+
+}  // namespace
