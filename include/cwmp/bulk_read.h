@@ -12,7 +12,8 @@ extern "C" {
  * Between begin and end every command text that a GET reads runs once: its output, empty or not and whatever its
  * exit status, is kept, and every handler that needs the same text reads it again. So is a helper script that
  * only brings a file up to date: it runs once. Values that come from the same command are of the same moment.
- * A package of the store that was read is kept, too. Outside a bulk read every GET is live.
+ * The store is read anew for every parameter, and so is what util_exec runs for a caller of its own. Outside a bulk
+ * read every GET is live.
  *
  * Any change ends the bulk read at once, and the next GET is live: a SET in any pass, an add, a delete, a revert, a
  * diagnostics job, and every exported call that stages, checks, applies, writes the store or runs a script. So do

@@ -24,6 +24,7 @@ struct BulkRead {
 };
 
 std::unique_ptr<BulkRead> bulk_read;
+bool goes_on = false;
 
 time_t seconds() {
     timespec now{};
@@ -34,11 +35,16 @@ time_t seconds() {
 }  // namespace
 
 bool in_bulk_read() {
-    if (bulk_read != nullptr && seconds() - bulk_read->begun > kLongest) end_bulk_read();
+    if (bulk_read != nullptr && seconds() - bulk_read->begun > kLongest) bulk_read.reset();
     return bulk_read != nullptr;
 }
 
-void end_bulk_read() { bulk_read.reset(); }
+void end_bulk_read() {
+    if (!goes_on) bulk_read.reset();
+}
+
+KeepBulkRead::KeepBulkRead() { goes_on = true; }
+KeepBulkRead::~KeepBulkRead() { goes_on = false; }
 
 const std::string* kept_output(const char* command) {
     if (!in_bulk_read()) return nullptr;

@@ -10,6 +10,15 @@ bool in_bulk_read();
 // To be called before anything that may change what commands say.
 void end_bulk_read();
 
+// A GET's own write, of what no command tells, does not end it.
+class KeepBulkRead {
+  public:
+    KeepBulkRead();
+    ~KeepBulkRead();
+    KeepBulkRead(const KeepBulkRead&) = delete;
+    KeepBulkRead& operator=(const KeepBulkRead&) = delete;
+};
+
 // What a command said; null when it has not run in this bulk read.
 const std::string* kept_output(const char* command);
 void keep_output(const char* command, std::string output);

@@ -11,24 +11,32 @@ namespace {
 // MAC texts longer than this are cut; the serial number's buffer is asked to hold as much.
 constexpr int kMacSize = 20;
 
-}  // namespace
-
-int util_exec(const char* command, char* buffer, int size) {
-    if (command == nullptr || buffer == nullptr || size < 1) return -1;
-    cwmp::Command pipe(command, cwmp::Command::Foreign{});
+int first_line(cwmp::Command&& pipe, const char* command, char* buffer, int size) {
     if (!pipe) return -1;
     const auto line = pipe.line(static_cast<std::size_t>(size) - 1);
     if (!line) {
-        LOG_ERROR("fgets error for %s\n\n", command);
+        cwmp::log_event({"util_exec", __LINE__}, cwmp::kError, "fgets error for %s\n\n", command);
         return -1;
     }
     buffer[line->copy(buffer, static_cast<std::size_t>(size) - 1)] = '\0';
     return static_cast<int>(line->size());
 }
 
-int get_mac(char* buffer, int size) { return util_exec("fwinfo MAC", buffer, size); }
+int firmware_line(const char* command, char* buffer, int size) {
+    if (buffer == nullptr || size < 1) return -1;
+    return first_line(cwmp::Command(command), command, buffer, size);
+}
 
-int get_cloud_sn(char* buffer, int size) { return util_exec("fwinfo DEV_SN", buffer, size); }
+}  // namespace
+
+int util_exec(const char* command, char* buffer, int size) {
+    if (command == nullptr || buffer == nullptr || size < 1) return -1;
+    return first_line({command, cwmp::Command::Foreign{}}, command, buffer, size);
+}
+
+int get_mac(char* buffer, int size) { return firmware_line("fwinfo MAC", buffer, size); }
+
+int get_cloud_sn(char* buffer, int size) { return firmware_line("fwinfo DEV_SN", buffer, size); }
 
 int get_sn_from_mac(char* buffer, int size) {
     char mac[kMacSize] = "";

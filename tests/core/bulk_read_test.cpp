@@ -5,6 +5,7 @@
 
 #include "cwmp/diagnostics.h"
 #include "cwmp/platform.h"
+#include "cwmp/revert_journal.h"
 #include "cwmp/staged_objects.h"
 #include "cwmp/uci_access.h"
 #include "router_test.h"
@@ -71,13 +72,19 @@ TEST_F(BulkRead, AChangeEndsIt) {
         [&] { add_instance("NAT_PortMapping"); },
         [&] { delete_instance("NAT_PortMapping", {}, "1"); },
         [&] { set("func_obj_revert", {}, ""); },
-        [&] { FROM_LIBRARY(lan_check)
-              (); },
-        [&] { FROM_LIBRARY(uciRawSetValue)
-              ("custom", "DeviceInfo", "ProvisioningCode", "y"); },
-        [&] { FROM_LIBRARY(uciRevert)
-              ("custom"); },
-        [&] { set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, "Requested"); },
+        [&] {
+            FROM_LIBRARY(lan_check)
+            ();
+        },
+        [&] {
+            FROM_LIBRARY(uciRawSetValue)
+            ("custom", "DeviceInfo", "ProvisioningCode", "y");
+        },
+        [&] {
+            FROM_LIBRARY(uciRevert)
+            ("custom");
+        },
+        [&] { FROM_LIBRARY(libdiagnostics_startTraceRoute)(); },
     };
     package("nat", "");
     package("custom", "");

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "config/store.h"
+#include "core/bulk_read.h"
 #include "core/handler.h"
 #include "core/refusal.h"
 #include "core/text.h"
@@ -214,6 +215,7 @@ HANDLER(NAT_PortMapping_Description) {
 HANDLER(NAT_PortMappingNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
     const std::string count = std::to_string(__getInstanceMax(kPackage, kType));
+    const KeepBulkRead ours;
     write_option({kPackage, "nat", "PortMappingNumberOfEntries"}, count);
     return GetArguments(args).answer(count);
 }
