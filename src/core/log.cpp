@@ -74,6 +74,11 @@ int debug_level(int /*op*/, va_list args) {
 
 namespace cwmp {
 
+const char* Caller::function() const {
+    const char* exported = name == nullptr ? exported_name(hash) : name;
+    return exported == nullptr ? "?" : exported;
+}
+
 // The console is the last resort: when even its shell fails, nobody is left to be told.
 void echo_on_console(const std::string& line) {
     run_shell(("echo \"" + line + "\" > /dev/console \r\n").c_str());
@@ -86,7 +91,7 @@ void log_event(Caller caller, int level, const char* format, ...) {
     const Message message(format, args);
     va_end(args);
     char line[kMessageSize];
-    std::snprintf(line, sizeof line, "[%s %d] %s", caller.function, caller.line, message.text());
+    std::snprintf(line, sizeof line, "[%s %d] %s", caller.function(), caller.line, message.text());
     if (told != nullptr) told(level, line);
     if (level > l_dbglvl) return;
     write_console(with_process(line));

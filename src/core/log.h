@@ -2,6 +2,8 @@
 // text for the system log.
 #pragma once
 
+#include "core/exported_names.h"
+
 namespace cwmp {
 
 inline constexpr int kEmergency = 0;
@@ -15,13 +17,18 @@ inline constexpr int kMessageSize = 2048;
 
 // Where an event is reported from. As a defaulted last parameter of a building block it names the handler
 // that called the block.
+//
+// A handler, whose name begins with a capital, is known by the hash of its name.
 struct Caller {
-    const char* function;
+    const char* name;
     int line;
+    std::uint32_t hash = 0;  // where there is no name
 
     static constexpr Caller here(const char* function = __builtin_FUNCTION(), int line = __builtin_LINE()) {
-        return {function, line};
+        const bool is_handler = *function >= 'A' && *function <= 'Z';
+        return is_handler ? Caller{nullptr, line, hash_of_name(function)} : Caller{function, line};
     }
+    const char* function() const;
 };
 
 // The console shows the message, and the system log gets it, as it is: whatever it holds, nothing of it is
@@ -30,5 +37,5 @@ void log_event(Caller caller, int level, const char* format, ...) __attribute__(
 
 }  // namespace cwmp
 
-#define LOG(level, ...) ::cwmp::log_event({__func__, __LINE__}, level, __VA_ARGS__)
+#define LOG(level, ...) ::cwmp::log_event(::cwmp::Caller::here(), level, __VA_ARGS__)
 #define LOG_ERROR(...) LOG(::cwmp::kError, __VA_ARGS__)

@@ -16,4 +16,4 @@ void forget_refusal();
 
 }  // namespace cwmp
 
-#define REFUSE(...) ::cwmp::refuse({__func__, __LINE__}, ::cwmp::kError, __VA_ARGS__)
+#define REFUSE(...) ::cwmp::refuse(::cwmp::Caller::here(), ::cwmp::kError, __VA_ARGS__)

@@ -24,7 +24,7 @@ std::optional<std::string> device_of_interface(const char* value) {
 }
 
 // An option of the hop that locate names.
-int hop(int op, va_list args, const char* option, Caller caller = Caller::here()) {
+int hop(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto number = result_number(GetArguments(args).locate(), caller);
     if (!number) return kRefused;

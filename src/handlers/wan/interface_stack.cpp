@@ -16,7 +16,8 @@ bool is_shown(const cwmp_interface_stack_row& row) { return row.shown != 0; }
 
 // The layer of the number-th shown row, empty beyond the last. The flags are as the count's last GET left
 // them.
-int layer(int op, va_list args, const char* cwmp_interface_stack_row::*path, Caller caller = Caller::here()) {
+int layer(int op, Arguments args, const char* cwmp_interface_stack_row::*path,
+          Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int number = get.locate()[0];
@@ -27,7 +28,7 @@ int layer(int op, va_list args, const char* cwmp_interface_stack_row::*path, Cal
         return shown == number && is_shown(candidate);
     });
     const bool found = row != std::end(intfStacks);
-    std::printf("%s showNum=%d, i=%d\n", caller.function, shown, static_cast<int>(row - intfStacks));
+    std::printf("%s showNum=%d, i=%d\n", caller.function(), shown, static_cast<int>(row - intfStacks));
     return get.answer(found && row->*path != nullptr ? row->*path : "");
 }
 
