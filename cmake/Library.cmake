@@ -34,17 +34,24 @@ if(NOT CWMP_SANITIZE)
     set_target_properties(cwmp-datamodel PROPERTIES INTERPROCEDURAL_OPTIMIZATION ON)
     target_compile_options(cwmp-datamodel PRIVATE $<$<BOOL:${CWMP_HAS_OZ}>:-Oz>)
     if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64")
-        # Everything lies within the reach of one instruction.
+        # Everything lies within the reach of one instruction. Constant structures are built from instructions rather
+        # than copied from a template, whose pointers take a relocation each.
         target_compile_options(cwmp-datamodel PRIVATE -mcmodel=tiny)
+        check_cxx_compiler_flag(--param=sra-max-scalarization-size-Osize=64 CWMP_HAS_SRA_SIZE)
+        if(CWMP_HAS_SRA_SIZE)
+            target_compile_options(cwmp-datamodel PRIVATE --param=sra-max-scalarization-size-Osize=64)
+        endif()
     endif()
+    check_cxx_compiler_flag(-flto-partition=one CWMP_HAS_PARTITIONS)
     target_link_options(cwmp-datamodel PRIVATE
         $<$<BOOL:${CWMP_HAS_OZ}>:-Oz>
+        $<$<BOOL:${CWMP_HAS_PARTITIONS}>:-flto-partition=one>
         $<$<AND:$<BOOL:${CWMP_PACK_RELOCATIONS}>,$<BOOL:${CWMP_LINKER_PACKS}>>:-Wl,-z,pack-relative-relocs>)
 endif()
 target_link_options(cwmp-datamodel PRIVATE
     -static-libstdc++ -static-libgcc
     -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map
-    -Wl,--gc-sections -Wl,--as-needed -Wl,-Bsymbolic-functions -Wl,--hash-style=gnu -Wl,-O1
+    -Wl,--gc-sections -Wl,--as-needed -Wl,-Bsymbolic-functions -Wl,--hash-style=gnu
     -Wl,-z,relro,-z,now -Wl,-z,noexecstack -Wl,-z,noseparate-code
     $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-Wl,-z,defs>)
 
