@@ -5,7 +5,7 @@
 
 namespace cwmp {
 
-GetArguments::GetArguments(va_list args) {
+GetArguments::GetArguments(Arguments args) {
     forget_refusal();
     va_list copy;
     va_copy(copy, args);
@@ -22,7 +22,10 @@ int GetArguments::answer(std::string_view text) const {
     return kDone;
 }
 
-SetArguments::SetArguments(va_list args) {
+int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
+int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
+
+SetArguments::SetArguments(Arguments args) {
     end_bulk_read();
     forget_refusal();
     va_list copy;
@@ -33,7 +36,7 @@ SetArguments::SetArguments(va_list args) {
     va_end(copy);
 }
 
-int constant(int op, va_list args, const char* text) {
+int constant(int op, Arguments args, const char* text) {
     return op == CWMP_OP_GET ? GetArguments(args).answer(text) : kRefused;
 }
 

@@ -1,6 +1,7 @@
 // What every parameter handler is made of: the exported shape, its arguments, and the simplest answer.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "cwmp/apply_flags.h"
@@ -8,9 +9,19 @@
 #include "cwmp/handler.h"
 
 // Defines or declares a parameter handler. The parameters are named op and args; a forward passes both on.
-#define HANDLER(name) extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] va_list args)
+#define HANDLER(name) \
+    extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] cwmp::Arguments args)
 
 namespace cwmp {
+
+// A handler's variable-argument list. On 64-bit Arm it is a structure that arrives by its address, so that a
+// reference is the same call; taken by value it would be copied by each function that hands it on.
+#if defined(__aarch64__)
+using Arguments = va_list&;
+#else
+using Arguments = va_list;
+#endif
+using Handler = int (*)(int op, Arguments args);
 
 inline constexpr int kDone = 0;
 inline constexpr int kRefused = -1;
@@ -18,12 +29,15 @@ inline constexpr int kRefused = -1;
 // The arguments are taken from a copy of the list: a handler may read them and still forward the list.
 class GetArguments {
   public:
-    explicit GetArguments(va_list args);
+    explicit GetArguments(Arguments args);
 
     int* locate() const { return locate_; }
     // The answer so far: where another handler was asked with the same list, what it has written.
     std::string_view answered() const { return value_ != nullptr ? value_ : ""; }
     int answer(std::string_view text) const;
+    // Each made a view in one place, not at every call.
+    int answer(const char* text) const;
+    int answer(const std::string& text) const;
 
   private:
     int* locate_ = nullptr;
@@ -32,7 +46,7 @@ class GetArguments {
 
 class SetArguments {
   public:
-    explicit SetArguments(va_list args);
+    explicit SetArguments(Arguments args);
 
     int* locate() const { return locate_; }
     // Null when the agent passed none.
@@ -49,6 +63,6 @@ class SetArguments {
 };
 
 // A read-only parameter with a fixed value.
-int constant(int op, va_list args, const char* text);
+int constant(int op, Arguments args, const char* text);
 
 }  // namespace cwmp

@@ -18,6 +18,6 @@ struct CommandLine {
 std::optional<std::string> first_line(const CommandLine& source, Caller caller = Caller::here());
 
 // GET answers the line.
-int command_line(int op, va_list args, const CommandLine& source, Caller caller = Caller::here());
+int command_line(int op, Arguments args, const CommandLine& source, Caller caller = Caller::here());
 
 }  // namespace cwmp

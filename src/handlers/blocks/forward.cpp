@@ -4,14 +4,14 @@
 
 namespace cwmp {
 
-int forward_get(va_list args, cwmp_handler handler, int first, int second) {
+int forward_get(Arguments args, Handler handler, int first, int second) {
     int* locate = GetArguments(args).locate();
     locate[0] = first;
     locate[1] = second;
     return handler(CWMP_OP_GET, args);
 }
 
-int reword(va_list args, int code, std::string (*words)(std::string_view answer)) {
+int reword(Arguments args, int code, std::string (*words)(std::string_view answer)) {
     if (code != kDone) return code;
     const GetArguments get(args);
     return get.answer(words(get.answered()));

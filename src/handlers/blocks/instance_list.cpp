@@ -4,7 +4,7 @@
 
 namespace cwmp {
 
-std::optional<uint32_t> answer_instances(va_list args, const std::vector<int32_t>& numbers) {
+std::optional<uint32_t> answer_instances(Arguments args, const std::vector<int32_t>& numbers) {
     va_list copy;
     va_copy(copy, args);
     [[maybe_unused]] const int* locate = va_arg(copy, int*);

@@ -15,7 +15,7 @@ std::optional<int> require_number(int number, int last, Caller caller) {
     return std::nullopt;
 }
 
-int numbered(int op, va_list args, int last, std::string (*text)(int number), Caller caller) {
+int numbered(int op, Arguments args, int last, std::string (*text)(int number), Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const auto number = require_number(get.locate()[0], last, caller);

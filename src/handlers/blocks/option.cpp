@@ -17,7 +17,7 @@ bool write(const Option& parameter, const std::string& text) {
                                                          : write_option(parameter.at, text, parameter.store);
 }
 
-int get_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+int get_option(Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     const GetArguments get(args);
     if (parameter.secret) return get.answer("");
     const auto stored = read_option(parameter.at, parameter.store);
@@ -25,7 +25,7 @@ int get_option(va_list args, const Option& parameter, const OptionEvents& events
     return get.answer(stored ? stored->c_str() : parameter.missing);
 }
 
-int set_option(va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+int set_option(Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
@@ -39,14 +39,14 @@ int set_option(va_list args, const Option& parameter, const OptionEvents& events
 
 }  // namespace
 
-int option(int op, va_list args, const Option& parameter) { return option(op, args, parameter, {}); }
+int option(int op, Arguments args, const Option& parameter) { return option(op, args, parameter, {}); }
 
-int option(int op, va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+int option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     return op == CWMP_OP_GET ? get_option(args, parameter, events, caller)
                              : set_option(args, parameter, events, caller);
 }
 
-int read_only_option(int op, va_list args, const Option& parameter) {
+int read_only_option(int op, Arguments args, const Option& parameter) {
     return op == CWMP_OP_GET ? get_option(args, parameter, {}, Caller::here()) : kRefused;
 }
 

@@ -26,10 +26,10 @@ struct OptionEvents {
 };
 
 // GET answers the stored text; SET stores the new one.
-int option(int op, va_list args, const Option& parameter);
-int option(int op, va_list args, const Option& parameter, const OptionEvents& events,
+int option(int op, Arguments args, const Option& parameter);
+int option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
            Caller caller = Caller::here());
 // GET alone.
-int read_only_option(int op, va_list args, const Option& parameter);
+int read_only_option(int op, Arguments args, const Option& parameter);
 
 }  // namespace cwmp

@@ -31,7 +31,7 @@ bool enters_pass(int op) {
     return mode_of(op).has_value();
 }
 
-int staged(int op, va_list args, const StagedField& field, Caller caller) {
+int staged(int op, Arguments args, const StagedField& field, Caller caller) {
     if (!enters_pass(op)) return kDone;
     const auto mode = mode_of(op);
     const SetArguments set(args);

@@ -91,7 +91,7 @@ HANDLER(DeviceInfo_UpTime) {
 namespace {
 
 // The number on the last line of /proc/meminfo that holds a key. Both handlers report a failure as MemFree's.
-int memory_status(int op, va_list args, const char* key, Caller caller = Caller::here()) {
+int memory_status(int op, Arguments args, const char* key, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     Command pipe("cat /proc/meminfo");
     if (!pipe) return refuse(caller, kError, "Failed to open MemFree info\n");

@@ -24,7 +24,7 @@ constexpr Section kLocalStun = {"cwmp_local", "tr111"};
 constexpr const char* kXmppConnection = "Device.XMPP.Connection.1.";
 
 // The agent's record follows the usual arguments; null when the agent has none to show.
-const cwmp_agent_state* agent_state(int op, va_list args) {
+const cwmp_agent_state* agent_state(int op, Arguments args) {
     va_list copy;
     va_copy(copy, args);
     va_arg(copy, int*);
@@ -47,7 +47,8 @@ void log_value(Caller caller, const char* event, const char* value) {
 }
 
 // A setting whose new value is logged, in clear, before anything is done with it.
-int server_setting(int op, va_list args, const char* event, Option setting, Caller caller = Caller::here()) {
+int server_setting(int op, Arguments args, const char* event, Option setting,
+                   Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) {
         const char* value = SetArguments(args).value();
         if (value == nullptr) return kRefused;
@@ -58,7 +59,7 @@ int server_setting(int op, va_list args, const char* event, Option setting, Call
     return option(op, args, setting);
 }
 
-int stun_setting(int op, va_list args, const char* name, const char* missing, bool secret = false) {
+int stun_setting(int op, Arguments args, const char* name, const char* missing, bool secret = false) {
     return option(op, args,
                   {.at = kStun / name,
                    .missing = missing,
@@ -171,7 +172,7 @@ std::int64_t stored_bound(const char* name) {
     return decimal(read_option(kStun / name).value_or("0").c_str());
 }
 
-std::int64_t new_bound(va_list args) {
+std::int64_t new_bound(Arguments args) {
     const char* value = SetArguments(args).value();
     return value != nullptr ? decimal(value) : 0;
 }

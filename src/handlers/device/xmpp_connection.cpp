@@ -12,7 +12,7 @@ namespace {
 constexpr Section kConnection = {"cwmp", "xmpp_conn"};
 constexpr Section kServer = {"cwmp", "xmpp_srv"};
 
-int setting(int op, va_list args, const OptionPath& at, const char* missing, Check accepts,
+int setting(int op, Arguments args, const OptionPath& at, const char* missing, Check accepts,
             bool secret = false) {
     return option(
         op, args,
@@ -20,7 +20,7 @@ int setting(int op, va_list args, const OptionPath& at, const char* missing, Che
 }
 
 // What the agent's XMPP client wrote last.
-int client_status(int op, va_list args, const char* file, const char* missing) {
+int client_status(int op, Arguments args, const char* file, const char* missing) {
     constexpr std::size_t kLongest = 19;
     if (op != CWMP_OP_GET) return kRefused;
     return GetArguments(args).answer(first_line_of_file(file, kLongest).value_or(missing));

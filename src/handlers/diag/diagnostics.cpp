@@ -14,17 +14,17 @@ bool write_test(const OptionPath& at, const std::string& value) {
     return write_option(at, value, kScratchStore);
 }
 
-int test_option(int op, va_list args, const Option& parameter, const OptionEvents& events, Caller caller) {
+int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     Option stored = parameter;
     stored.store = kScratchStore;
     return option(op, args, stored, events, caller);
 }
 
-int test_result(int op, va_list args, const OptionPath& at, const char* missing) {
+int test_result(int op, Arguments args, const OptionPath& at, const char* missing) {
     return read_only_option(op, args, {.at = at, .store = kScratchStore, .missing = missing});
 }
 
-int test_state(va_list args, const OptionPath& state, const OptionPath& running) {
+int test_state(Arguments args, const OptionPath& state, const OptionPath& running) {
     const GetArguments get(args);
     return get.answer(read_test(running) == "1" ? kNoTest : read_test(state).value_or(""));
 }

@@ -18,12 +18,12 @@ std::optional<std::string> read_test(const OptionPath& at);
 bool write_test(const OptionPath& at, const std::string& value);
 
 // A setting or a result of a test, and what its failures log.
-int test_option(int op, va_list args, const Option& parameter, const OptionEvents& events = {},
+int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events = {},
                 Caller caller = Caller::here());
-int test_result(int op, va_list args, const OptionPath& at, const char* missing = "");
+int test_result(int op, Arguments args, const OptionPath& at, const char* missing = "");
 
 // GET of a DiagnosticsState: while running holds "1" a test is under way, which reads as none.
-int test_state(va_list args, const OptionPath& state, const OptionPath& running);
+int test_state(Arguments args, const OptionPath& state, const OptionPath& running);
 
 // Whether a SET asks for the test, the only value that a DiagnosticsState takes.
 bool is_request(const SetArguments& set);

@@ -107,7 +107,7 @@ int start_scan(Caller caller = Caller::here()) {
 // A network that was found, as a GET names it.
 class Cell {
   public:
-    Cell(va_list args, Caller caller) : get_(args), number_(result_number(get_.locate(), caller)) {}
+    Cell(Arguments args, Caller caller) : get_(args), number_(result_number(get_.locate(), caller)) {}
 
     // False when the path names none.
     explicit operator bool() const { return number_.has_value(); }
@@ -124,7 +124,7 @@ class Cell {
 
 bool is_24_ghz(const std::string& frequency) { return contains(frequency, "2.4"); }
 
-int frequency_band(int op, va_list args, Caller caller = Caller::here()) {
+int frequency_band(int op, Arguments args, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const Cell cell(args, caller);
     if (!cell) return kRefused;

@@ -14,36 +14,36 @@ constexpr Section kDownload{kDiagnosticsPackage, "download"};
 constexpr Section kUpload{kDiagnosticsPackage, "upload"};
 constexpr std::size_t kLongestUrl = 256;
 
-int request(int op, va_list args, const Section& test, unsigned int apply) {
+int request(int op, Arguments args, const Section& test, unsigned int apply) {
     if (op == CWMP_OP_GET) return test_result(op, args, test / "state", kNoTest);
     if (!is_request(SetArguments(args))) return kRefused;
     return test_option(op, args, {.at = test / "state", .apply = apply});
 }
 
 // A setting: a new one makes the result of an earlier test void.
-int setting(int op, va_list args, const Section& test, const Option& parameter) {
+int setting(int op, Arguments args, const Section& test, const Option& parameter) {
     const int result = test_option(op, args, parameter);
     if (op == CWMP_OP_GET || result != kDone) return result;
     return write_test(test / "state", kNoTest) ? kDone : kRefused;
 }
 
-int url(int op, va_list args, const Section& test) {
+int url(int op, Arguments args, const Section& test) {
     return setting(op, args, test, {.at = test / "url", .accepts = at_most<kLongestUrl>});
 }
 
-int dscp(int op, va_list args, const Section& test) {
+int dscp(int op, Arguments args, const Section& test) {
     return setting(op, args, test, {.at = test / "dscp", .missing = "0", .accepts = number<0, 63>});
 }
 
-int ethernet_priority(int op, va_list args, const Section& test) {
+int ethernet_priority(int op, Arguments args, const Section& test) {
     return setting(op, args, test, {.at = test / "eth_prio", .missing = "0", .accepts = number<0, 7>});
 }
 
-int duration(int op, va_list args, const Section& test) {
+int duration(int op, Arguments args, const Section& test) {
     return setting(op, args, test, {.at = test / "test_dura", .missing = "0", .accepts = number<0, 999>});
 }
 
-int connections(int op, va_list args, const Section& test) {
+int connections(int op, Arguments args, const Section& test) {
     if (op != CWMP_OP_GET) {
         const auto most = read_test(test / "max_conn");
         const SetArguments set(args);
@@ -67,7 +67,7 @@ std::string wan_device() {
     return "";
 }
 
-int interface(int op, va_list args, const Section& test) {
+int interface(int op, Arguments args, const Section& test) {
     if (op == CWMP_OP_GET) return test_result(op, args, test / "interface", "br-wan");
     const SetArguments set(args);
     std::string device = set.value() != nullptr ? set.value() : "";

@@ -14,7 +14,7 @@ constexpr const char* kNever = "1970-01-01T00:00:00.000Z";
 
 bool is_known(int op) { return op == CWMP_OP_GET || op == CWMP_OP_APPLY; }
 
-int setting(int op, va_list args, const Option& parameter) {
+int setting(int op, Arguments args, const Option& parameter) {
     return is_known(op) ? test_option(op, args, parameter) : kRefused;
 }
 
@@ -25,7 +25,8 @@ std::optional<std::string> switch_digit(const char* value) {
     return std::nullopt;
 }
 
-int set_switch(va_list args, const char* option, unsigned int apply_when_on, Caller caller = Caller::here()) {
+int set_switch(Arguments args, const char* option, unsigned int apply_when_on,
+               Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto digit = switch_digit(set.value());

@@ -22,7 +22,7 @@ bool write_account(const Account& account, const std::string& text) {
                                      write_option(kConnectionSync / account.option, text));
 }
 
-int get_account(va_list args, const Account& account, Caller caller) {
+int get_account(Arguments args, const Account& account, Caller caller) {
     const GetArguments get(args);
     if (account.secret) return get.answer("");
     if (require_instance(account.object, get.locate(), caller) == nullptr) return kRefused;
@@ -31,7 +31,7 @@ int get_account(va_list args, const Account& account, Caller caller) {
 
 }  // namespace
 
-int account(int op, va_list args, const Account& account, Caller caller) {
+int account(int op, Arguments args, const Account& account, Caller caller) {
     if (op == CWMP_OP_GET) return get_account(args, account, caller);
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;

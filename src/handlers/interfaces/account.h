@@ -17,6 +17,6 @@ struct Account {
 
 // GET answers what is kept for the type, whatever the WAN. A SET keeps the value for the type and, where the
 // connection in force is of that type, changes it too; PPPoE's always.
-int account(int op, va_list args, const Account& account, Caller caller = Caller::here());
+int account(int op, Arguments args, const Account& account, Caller caller = Caller::here());
 
 }  // namespace cwmp::interfaces

@@ -53,7 +53,7 @@ std::optional<std::string> type_of_wan(const char* value) {
 // put another connection in its place.
 bool has_switch(int client) { return client == kInternet && interfaces::has_plain_wan(); }
 
-int set_enable(int op, va_list args, Caller caller = Caller::here()) {
+int set_enable(int op, Arguments args, Caller caller = Caller::here()) {
     if (!enters_pass(op)) return kDone;
     const auto client = require_number(SetArguments(args).locate()[0], kClients, caller);
     if (!client) return kRefused;
@@ -62,7 +62,7 @@ int set_enable(int op, va_list args, Caller caller = Caller::here()) {
 }
 
 // What the client has learned, told by the WAN connection of the same number.
-int lease(int op, va_list args, cwmp_handler connection, Caller caller = Caller::here()) {
+int lease(int op, Arguments args, Handler connection, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const auto client = require_number(get.locate()[0], kClients, caller);

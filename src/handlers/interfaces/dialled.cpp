@@ -4,7 +4,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus);
 
 namespace cwmp::interfaces {
 
-int known_to_connection(int op, va_list args, Object object, cwmp_handler connection, const char* absent,
+int known_to_connection(int op, Arguments args, Object object, Handler connection, const char* absent,
                         Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
@@ -14,7 +14,7 @@ int known_to_connection(int op, va_list args, Object object, cwmp_handler connec
     return connection(op, args);
 }
 
-int connection_status(int op, va_list args, Object object, Caller caller) {
+int connection_status(int op, Arguments args, Object object, Caller caller) {
     return known_to_connection(op, args, object,
                                WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus,
                                "Unconfigured", caller);

@@ -38,10 +38,9 @@ std::string_view entry(std::string_view list, int number) {
 }
 
 // Answers the server that the connection in force uses; empty for none.
-int answer_learned(va_list args, const std::string& type, int server) {
-    const cwmp_handler connection = type == "pppoe"
-                                        ? WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers
-                                        : WANDevice_WANConnectionDevice_WANIPConnection_DNSServers;
+int answer_learned(Arguments args, const std::string& type, int server) {
+    const Handler connection = type == "pppoe" ? WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers
+                                               : WANDevice_WANConnectionDevice_WANIPConnection_DNSServers;
     const bool known = forward_get(args, connection, 1, 1) == kDone;
     const GetArguments get(args);
     return get.answer(known ? without_blanks(entry(get.answered(), server)) : "");
@@ -64,7 +63,7 @@ std::optional<std::string> server_to_store(const char* value) {
     return value;
 }
 
-int set_fixed(va_list args, Caller caller = Caller::here()) {
+int set_fixed(Arguments args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto server = require_number(set.locate()[0], kServers, caller);

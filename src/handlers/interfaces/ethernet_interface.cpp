@@ -12,7 +12,7 @@ namespace {
 std::string port_is_upstream(int port) { return is_wan_port(port_name(port)) ? "1" : "0"; }
 std::string port_mac(int port) { return mac_of(port_name(port)); }
 
-int port_counter(int op, va_list args, const char* word, Caller caller = Caller::here()) {
+int port_counter(int op, Arguments args, const char* word, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto port = require_number(GetArguments(args).locate()[0], kPorts, caller);
     return port ? device_counter(args, port_name(*port).c_str(), word) : kRefused;

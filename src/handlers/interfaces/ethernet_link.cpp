@@ -20,7 +20,7 @@ HANDLER(Ethernet_Link_MACAddress) { return value(op, args, Object::EthernetLink,
 namespace {
 
 // GET of the VLAN that the instance stands for; the unused ones answer "0".
-int vlan(va_list args, cwmp_handler internet, cwmp_handler iptv, Caller caller = Caller::here()) {
+int vlan(Arguments args, Handler internet, Handler iptv, Caller caller = Caller::here()) {
     const GetArguments get(args);
     const Instance* instance = require_instance(Object::VlanTermination, get.locate(), caller);
     if (instance == nullptr) return kRefused;

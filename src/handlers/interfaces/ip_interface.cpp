@@ -37,13 +37,13 @@ std::string address_status(const Instance& instance) { return is_present(instanc
 
 // Who knows an address or a mask, by the kind of interface.
 struct Source {
-    cwmp_handler lan;
-    cwmp_handler wan;
-    cwmp_handler pppoe;  // null: asked for like a tunnel's
+    Handler lan;
+    Handler wan;
+    Handler pppoe;  // null: asked for like a tunnel's
     Text tunnel;
 };
 
-int known_to(va_list args, const Source& source, Caller caller = Caller::here()) {
+int known_to(Arguments args, const Source& source, Caller caller = Caller::here()) {
     const GetArguments get(args);
     const Instance* instance = require_instance(Object::IpAddress, get.locate(), caller);
     if (instance == nullptr) return kRefused;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kLanPorts = 2;
 
-int lan_port(int op, va_list args, cwmp_handler handler, Caller caller = Caller::here()) {
+int lan_port(int op, Arguments args, Handler handler, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const int* locate = GetArguments(args).locate();
     if (!require_number(locate[0], 1, caller)) return kRefused;

@@ -17,13 +17,13 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers);
 namespace {
 
 // As the PPP connection of the WAN answers; a SET goes to the field of the group.
-int ppp_field(int op, va_list args, cwmp_handler connection, const StagedField& field,
+int ppp_field(int op, Arguments args, Handler connection, const StagedField& field,
               Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return staged_instance(op, args, Object::Ppp, {{1, field}}, caller);
     return known_to_connection(op, args, Object::Ppp, connection, nullptr, caller);
 }
 
-int ipcp_address(int op, va_list args, cwmp_handler connection, Caller caller = Caller::here()) {
+int ipcp_address(int op, Arguments args, Handler connection, Caller caller = Caller::here()) {
     return reword(args, known_to_connection(op, args, Object::Ppp, connection, "", caller), without_blanks);
 }
 

@@ -33,7 +33,7 @@ std::string digits_or_zero(const std::string& line) {
 
 }  // namespace
 
-int value(int op, va_list args, Object object, Text text, Caller caller) {
+int value(int op, Arguments args, Object object, Text text, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const Instance* instance = require_instance(object, get.locate(), caller);
@@ -85,7 +85,7 @@ std::string last_change(const Instance& instance) {
         interface_status(instance.interface, " status | grep uptime | awk -F ':' '{print $2}' "));
 }
 
-int device_counter(va_list args, const char* device, const char* word) {
+int device_counter(Arguments args, const char* device, const char* word) {
     int* locate = GetArguments(args).locate();
     locate[0] = 1;
     locate[1] = 0;
@@ -93,14 +93,14 @@ int device_counter(va_list args, const char* device, const char* word) {
     return get_TotalBytesAndPackets_by_name(CWMP_OP_GET, args, names, word);
 }
 
-int counter(int op, va_list args, Object object, const char* word, Caller caller) {
+int counter(int op, Arguments args, Object object, const char* word, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const Instance* instance = require_instance(object, GetArguments(args).locate(), caller);
     if (instance == nullptr) return kRefused;
     return device_counter(args, is_present(*instance) ? instance->device : "", word);
 }
 
-int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
+int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller) {
     if (!enters_pass(op)) return kDone;
     const Instance* instance = require_instance(object, SetArguments(args).locate(), caller);

@@ -13,7 +13,7 @@ namespace cwmp::interfaces {
 using Text = std::string (*)(const Instance& instance);
 
 // A read-only parameter: one of the texts below.
-int value(int op, va_list args, Object object, Text text, Caller caller = Caller::here());
+int value(int op, Arguments args, Object object, Text text, Caller caller = Caller::here());
 
 std::string present(const Instance& instance);  // "1" or "0"
 std::string status(const Instance& instance);   // "Up", "Down" or "NotPresent"
@@ -32,9 +32,9 @@ std::string last_change(const Instance& instance);  // seconds
 std::string mac_of(const std::string& device);
 
 // A read-only parameter: a kernel counter of the instance's device.
-int counter(int op, va_list args, Object object, const char* word, Caller caller = Caller::here());
+int counter(int op, Arguments args, Object object, const char* word, Caller caller = Caller::here());
 // The same of a device; an empty name reads "0". locate is rewritten.
-int device_counter(va_list args, const char* device, const char* word);
+int device_counter(Arguments args, const char* device, const char* word);
 
 // SET of the instances that are a field of a group; the others refuse it, and so does an address of an
 // interface that is absent.
@@ -42,7 +42,7 @@ struct InstanceField {
     int number = 0;
     StagedField field = {};
 };
-int staged_instance(int op, va_list args, Object object, std::initializer_list<InstanceField> fields,
+int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller = Caller::here());
 
 }  // namespace cwmp::interfaces

@@ -13,7 +13,7 @@ constexpr Section kCustom{"iptv", "Custom"};
 constexpr int kPorts = 6;
 
 // A fixed value that takes a SET without effect.
-int tolerant_constant(int op, va_list args, const char* text) {
+int tolerant_constant(int op, Arguments args, const char* text) {
     return op == CWMP_OP_GET ? constant(op, args, text) : kDone;
 }
 

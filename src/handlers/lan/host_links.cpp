@@ -56,7 +56,7 @@ std::string connection_type(int host) {
     return host_option(host, "iftype") == "Ethernet" ? "Ethernet" : "";
 }
 
-int host_link(int op, va_list args, std::string (*link)(int host), Caller caller = Caller::here()) {
+int host_link(int op, Arguments args, std::string (*link)(int host), Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int host = get.locate()[0];

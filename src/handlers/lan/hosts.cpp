@@ -77,8 +77,8 @@ HANDLER(Hosts_Host_PhysAddress) { return LANDevice_Hosts_Host_MACAddress(op, arg
 namespace {
 
 // The interface handlers take the first number of the path as the host's, whatever follows it.
-int interface_of_host(int op, va_list args, const char* field, const char* (*name)(const std::string& stored),
-                      Caller caller = Caller::here()) {
+int interface_of_host(int op, Arguments args, const char* field,
+                      const char* (*name)(const std::string& stored), Caller caller = Caller::here()) {
     const GetArguments get(args);
     int* locate = get.locate();
     locate[1] = locate[0];

@@ -20,14 +20,14 @@ constexpr Section kDhcpServer{"dhcp_server_sync", "settings"};
 constexpr const char* kNoServer = "0.0.0.0";
 
 // Answers from the store, where an unreadable option is a failure; a SET goes to the option's group.
-int grouped_option(int op, va_list args, const OptionPath& at, const char* unreadable,
+int grouped_option(int op, Arguments args, const OptionPath& at, const char* unreadable,
                    const StagedField& field, Caller caller = Caller::here()) {
     return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller)
                              : staged(op, args, field, caller);
 }
 
 // The same without SET.
-int required_option(int op, va_list args, const OptionPath& at, const char* unreadable,
+int required_option(int op, Arguments args, const OptionPath& at, const char* unreadable,
                     Caller caller = Caller::here()) {
     return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller) : kRefused;
 }

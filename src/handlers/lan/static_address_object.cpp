@@ -32,7 +32,7 @@ bool create(MirroredBatch& batch, const std::string& name, Caller caller) {
     return batch.commit(caller);
 }
 
-int add(va_list args, Caller caller) {
+int add(Arguments args, Caller caller) {
     MirroredBatch batch(kReservations);
     batch.hold();
     const auto numbers = ReservationNumbers::read(caller);
@@ -60,7 +60,7 @@ bool erase(MirroredBatch& batch, const char* name, const SetArguments& set, Call
     return true;
 }
 
-int remove(va_list args, Caller caller) {
+int remove(Arguments args, Caller caller) {
     constexpr const char* kUndeleted = "failed to del obj\n";
     const SetArguments set(args);
     MirroredBatch batch(kReservations);
@@ -75,7 +75,7 @@ int remove(va_list args, Caller caller) {
     return erase(batch, std::to_string(number).c_str(), set, caller) ? kDone : fail(caller, kUndeleted);
 }
 
-int list(va_list args, Caller caller) {
+int list(Arguments args, Caller caller) {
     const auto numbers = ReservationNumbers::read(caller);
     if (!numbers) return kFailed;
     std::vector<int32_t> used;

@@ -46,7 +46,7 @@ std::optional<int> require_connection(const int* locate, Caller caller) {
     return std::nullopt;
 }
 
-int connection_status(int op, va_list args, const char* command, const char* cannot_start, Caller caller) {
+int connection_status(int op, Arguments args, const char* command, const char* cannot_start, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line({command, kStateLimit, cannot_start}, caller);
     return line ? GetArguments(args).answer(word_of(*line)) : kRefused;

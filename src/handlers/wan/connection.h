@@ -16,7 +16,7 @@ int connection_of(const int* locate);
 std::optional<int> require_connection(const int* locate, Caller caller = Caller::here());
 
 // A read-only parameter: the state that ubus reports, in TR-098's words.
-int connection_status(int op, va_list args, const char* command, const char* cannot_start,
+int connection_status(int op, Arguments args, const char* command, const char* cannot_start,
                       Caller caller = Caller::here());
 
 // The two exported name-server calls, which these stand behind.

@@ -8,7 +8,7 @@ namespace {
 
 constexpr Section kInfo{"iptv_v2", "info"};
 
-int iptv_field(int op, va_list args, const Option& parameter, int option) {
+int iptv_field(int op, Arguments args, const Option& parameter, int option) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
     return staged(op, args, {CWMP_STAGED_IPTV, option});
 }

@@ -59,7 +59,7 @@ bool is_lan_host(const char* text, Caller caller) {
            libutil_netChkSameSubnet(text, nullptr, address->c_str(), mask->c_str()) == 1;
 }
 
-int set_dmz_address(va_list args, Caller caller = Caller::here()) {
+int set_dmz_address(Arguments args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr || !is_lan_host(set.value(), caller)) return kRefused;
     if (!write_option(kDmz / "ipaddr", set.value()))
@@ -70,7 +70,7 @@ int set_dmz_address(va_list args, Caller caller = Caller::here()) {
     return kDone;
 }
 
-int set_dmz_enable(va_list args, Caller caller = Caller::here()) {
+int set_dmz_enable(Arguments args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const bool on = std::string_view(set.value()) == "1";

@@ -58,7 +58,7 @@ struct Field {
     Text (*accepts)(const Change& change) = nullptr;
 };
 
-int get_field(va_list args, const Field& field, Caller caller) {
+int get_field(Arguments args, const Field& field, Caller caller) {
     const GetArguments get(args);
     Mapping mapping;
     if (!mapping.open(get.locate(), caller)) return kRefused;
@@ -66,7 +66,7 @@ int get_field(va_list args, const Field& field, Caller caller) {
     return get.answer(field.shown != nullptr ? field.shown(stored, mapping) : stored.value_or(""));
 }
 
-int set_field(va_list args, const Field& field, Caller caller) {
+int set_field(Arguments args, const Field& field, Caller caller) {
     const SetArguments set(args);
     Mapping mapping;
     if (set.value() == nullptr || !mapping.open(set.locate(), caller)) return kRefused;
@@ -78,11 +78,11 @@ int set_field(va_list args, const Field& field, Caller caller) {
     return kDone;
 }
 
-int mapping_field(int op, va_list args, const Field& field, Caller caller = Caller::here()) {
+int mapping_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
     return op == CWMP_OP_GET ? get_field(args, field, caller) : set_field(args, field, caller);
 }
 
-int read_only_field(int op, va_list args, const Field& field, Caller caller = Caller::here()) {
+int read_only_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
     return op == CWMP_OP_GET ? get_field(args, field, caller) : kRefused;
 }
 

@@ -64,7 +64,7 @@ int fail(Caller caller, int level, const char* event) {
     return kFailed;
 }
 
-int add(va_list args, Caller caller) {
+int add(Arguments args, Caller caller) {
     const GetArguments out(args);
     const SetArguments set(args);
     if (set.locate() == nullptr || set.locate()[0] != 0) {
@@ -85,7 +85,7 @@ int add(va_list args, Caller caller) {
     return kDone;
 }
 
-int remove(va_list args, Caller caller) {
+int remove(Arguments args, Caller caller) {
     const SetArguments set(args);
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
     if (number > kMost) return fail(caller, kError, kTooMany);
@@ -101,7 +101,7 @@ int remove(va_list args, Caller caller) {
 }
 
 // A section without a usable number cannot be reached by one.
-int list(va_list args) {
+int list(Arguments args) {
     auto numbers = instance_numbers(kPackage, kType, kNumberOption);
     std::erase_if(numbers, [](int32_t number) { return number < 1 || number > kMost; });
     return answer_instances(args, numbers) ? kDone : kFailed;

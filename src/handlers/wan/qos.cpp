@@ -15,7 +15,7 @@ bool write_and_mark(const OptionPath& at, const char* text) {
 }
 
 // Read in units of 1024 but written as it comes: agents rely on both.
-int bandwidth(int op, va_list args, const OptionPath& at) {
+int bandwidth(int op, Arguments args, const OptionPath& at) {
     const auto stored = read_option(at);
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);

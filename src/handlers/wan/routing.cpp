@@ -19,7 +19,7 @@ const cwmp_route& route_of(const int* locate) {
 }
 
 template <std::size_t size>
-int route_field(int op, va_list args, char (cwmp_route::*field)[size]) {
+int route_field(int op, Arguments args, char (cwmp_route::*field)[size]) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     return get.answer(route_of(get.locate()).*field);

@@ -6,7 +6,7 @@ using namespace cwmp;
 
 namespace {
 
-int wan_counter(int op, va_list args, const char* counter) {
+int wan_counter(int op, Arguments args, const char* counter) {
     static constexpr const char* kBridges[3] = {"br-wan", "br-mg", ""};
     return get_TotalBytesAndPackets_by_name(op, args, kBridges, counter);
 }

@@ -139,7 +139,7 @@ bool clone_mac(const int* locate, const std::string& mac) {
 
 // Checked on every pass; the address changes on the last one only, so that the journal never takes the new
 // address for the one before.
-int set_mac(int op, va_list args, Caller caller = Caller::here()) {
+int set_mac(int op, Arguments args, Caller caller = Caller::here()) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     if (CheckValidMacAddr(set.value()) != 1) return refuse(caller, kError, "the format of MAC is wrong \n");

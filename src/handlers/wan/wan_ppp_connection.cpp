@@ -17,7 +17,7 @@ constexpr OptionPath kWanType{"network_sync", "wan", "wan_type"};
 constexpr Section kAccount{"network", "internet"};
 
 // The account stands in three places, which always change together.
-int account(int op, va_list args, const Option& parameter) {
+int account(int op, Arguments args, const Option& parameter) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
@@ -116,7 +116,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_MACAddress) {
 
 namespace {
 
-int ppp_counter(int op, va_list args, const char* counter) {
+int ppp_counter(int op, Arguments args, const char* counter) {
     static constexpr const char* kInterfaces[3] = {"pppoe-internet", "br-mg", ""};
     return get_TotalBytesAndPackets_by_name(op, args, kInterfaces, counter);
 }

@@ -12,7 +12,7 @@ namespace {
 enum class EmptyTable { answers_empty, is_traced };
 
 // An address of a client of any of the four networks.
-int client_address(int op, va_list args, const char* option, EmptyTable empty,
+int client_address(int op, Arguments args, const char* option, EmptyTable empty,
                    Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);

@@ -38,7 +38,7 @@ int answer_client(const GetArguments& get, std::optional<int> client, const char
     return get.answer(client ? read_row(kHosts, *client, option).value_or("") : "");
 }
 
-int client_option(int op, va_list args, const NetworkPair& networks, const char* option, Caller caller) {
+int client_option(int op, Arguments args, const NetworkPair& networks, const char* option, Caller caller) {
     if (op != CWMP_OP_GET || option == nullptr) return kRefused;
     const GetArguments get(args);
     int* locate = get.locate();
@@ -55,7 +55,7 @@ int client_option(int op, va_list args, const NetworkPair& networks, const char*
     return get.answer(read_row(kHosts, *client, option).value_or(is_state ? "0" : ""));
 }
 
-int client_count(int op, va_list args, const NetworkPair& networks) {
+int client_count(int op, Arguments args, const NetworkPair& networks) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int* locate = get.locate();

@@ -29,11 +29,11 @@ inline constexpr NetworkPair kGuestPair{&cwmp_interface_info::guest_2_4G, &cwmp_
 int answer_client(const GetArguments& get, std::optional<int> client, const char* option);
 
 // GET of one option of a client. locate holds network and client, and becomes {1, network, client}.
-int client_option(int op, va_list args, const NetworkPair& networks, const char* option,
+int client_option(int op, Arguments args, const NetworkPair& networks, const char* option,
                   Caller caller = Caller::here());
 
 // GET of the number of clients on the network of the pair that locate[1], or locate[0] alone, selects.
-int client_count(int op, va_list args, const NetworkPair& networks);
+int client_count(int op, Arguments args, const NetworkPair& networks);
 
 // Instance numbers of a shorter path, moved to where the deeper one has them.
 void deepen(int* locate);

@@ -22,7 +22,7 @@ std::optional<bool> switch_value(const SetArguments& set) {
     return value == "1";
 }
 
-int main_network_switch(int op, va_list args, const OptionPath& at, unsigned int apply) {
+int main_network_switch(int op, Arguments args, const OptionPath& at, unsigned int apply) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(at) == "1" ? "1" : "0");
     return option(op, args, {.at = at, .accepts = zero_or_one, .apply = apply});
 }

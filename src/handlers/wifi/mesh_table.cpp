@@ -5,14 +5,14 @@
 
 namespace cwmp {
 
-std::optional<int> mesh_device(va_list args, Caller caller) {
+std::optional<int> mesh_device(Arguments args, Caller caller) {
     const int number = GetArguments(args).locate()[0];
     if (number >= 1) return number;
     refuse(caller, kError, "locate error\n");
     return std::nullopt;
 }
 
-int row_option(int op, va_list args, const RowOption& parameter, Caller caller) {
+int row_option(int op, Arguments args, const RowOption& parameter, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto row = mesh_device(args, caller);
     if (!row) return kRefused;
@@ -20,7 +20,7 @@ int row_option(int op, va_list args, const RowOption& parameter, Caller caller) 
         read_row(parameter.package, *row, parameter.option).value_or(parameter.missing));
 }
 
-int row_total(int op, va_list args, const char* package, const char* option) {
+int row_total(int op, Arguments args, const char* package, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
     const OptionPath at{package, "info", option};
     return GetArguments(args).answer(read_option(at, kScratchStore).value_or("0"));

@@ -10,7 +10,7 @@ namespace cwmp {
 inline constexpr const char* kMeshDevices = "meshinfo";
 
 // The device that the first instance number means; nothing, logged under the caller's name, when it is none.
-std::optional<int> mesh_device(va_list args, Caller caller = Caller::here());
+std::optional<int> mesh_device(Arguments args, Caller caller = Caller::here());
 
 // A read-only option of a numbered row, such as a device or a satellite.
 struct RowOption {
@@ -18,9 +18,9 @@ struct RowOption {
     const char* option = nullptr;
     const char* missing = "";
 };
-int row_option(int op, va_list args, const RowOption& parameter, Caller caller = Caller::here());
+int row_option(int op, Arguments args, const RowOption& parameter, Caller caller = Caller::here());
 
 // A read-only number of rows, as the table tells it.
-int row_total(int op, va_list args, const char* package, const char* option);
+int row_total(int op, Arguments args, const char* package, const char* option);
 
 }  // namespace cwmp

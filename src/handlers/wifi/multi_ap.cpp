@@ -24,7 +24,7 @@ struct MeshRadio {
 };
 
 // By the first two instance numbers; nothing, logged, when they mean none.
-std::optional<MeshRadio> mesh_radio(va_list args, Caller caller = Caller::here()) {
+std::optional<MeshRadio> mesh_radio(Arguments args, Caller caller = Caller::here()) {
     const auto* locate = locate_of(args);
     const MeshRadio found{locate[0], radio_by_number(locate[1])};
     if (found.device >= 1 && found.radio != nullptr) return found;
@@ -43,7 +43,7 @@ const char* radio_count(int device) {
     return wireless ? "2" : "0";
 }
 
-int bssid(int op, va_list args, Caller caller = Caller::here()) {
+int bssid(int op, Arguments args, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto radio = mesh_radio(args, caller);
     if (!radio) return kRefused;
@@ -59,7 +59,7 @@ std::vector<int> clients_of(const MeshRadio& radio) {
                      {{"LinkDeviceId", *id}, {"connection_type", radio.client_band()}});
 }
 
-int client_option(int op, va_list args, const char* option, Caller caller = Caller::here()) {
+int client_option(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto radio = mesh_radio(args, caller);
     if (!radio) return kRefused;

@@ -35,7 +35,7 @@ void store(const NetworkSwitch& target, const Bands& bands) {
     write_option(target.network / kRadio5G.band_option, flag(bands.on_5g));
 }
 
-int set_switch(va_list args, const NetworkSwitch& target, Caller caller) {
+int set_switch(Arguments args, const NetworkSwitch& target, Caller caller) {
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;
     const auto enable = read_option(target.network / "enable");
@@ -59,19 +59,19 @@ std::optional<bool> is_on(Section network, const char* band_option) {
     return *enable != "0" && read_option(network / band_option) != "0";
 }
 
-int network_switch(int op, va_list args, const NetworkSwitch& target, Caller caller) {
+int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
     if (op != CWMP_OP_GET) return set_switch(args, target, caller);
     const auto on = is_on(target.network, target.band_option);
     return on ? GetArguments(args).answer(flag(*on)) : kRefused;
 }
 
-int band_status(int op, va_list args, Section network, const char* band_option) {
+int band_status(int op, Arguments args, Section network, const char* band_option) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto on = is_on(network, band_option);
     return on ? GetArguments(args).answer(*on ? "Up" : "Down") : kRefused;
 }
 
-int network_status(int op, va_list args) {
+int network_status(int op, Arguments args) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return kRefused;

@@ -16,14 +16,14 @@ struct NetworkSwitch {
     const char* unreadable;  // logged by a SET when the section cannot be read
 };
 
-int network_switch(int op, va_list args, const NetworkSwitch& target, Caller caller = Caller::here());
+int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller = Caller::here());
 
 // Nothing when the section cannot be read. A band that is not mentioned is on.
 std::optional<bool> is_on(Section network, const char* band_option);
 
 // A read-only "Up" or "Down" of a band of a network, or of the network that the first instance number
 // selects.
-int band_status(int op, va_list args, Section network, const char* band_option);
-int network_status(int op, va_list args);
+int band_status(int op, Arguments args, Section network, const char* band_option);
+int network_status(int op, Arguments args);
 
 }  // namespace cwmp

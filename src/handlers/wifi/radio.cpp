@@ -22,7 +22,7 @@ const char* text_for(const Radio* radio, const ByRadio& texts) {
     return radio == &kRadio2G ? texts.on_2g : texts.on_5g;
 }
 
-int radio_constant(int op, va_list args, const ByRadio& texts) {
+int radio_constant(int op, Arguments args, const ByRadio& texts) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* radio = radio_by_pair(locate_of(args));
     return radio == nullptr ? kRefused : constant(op, args, text_for(radio, texts));
@@ -129,7 +129,7 @@ std::optional<std::string> on_when_one(const char* value) {
     return std::strcmp(value, "1") == 0 ? "on" : "off";
 }
 
-int tuning_value(int op, va_list args, const char* name, const char* not_stored,
+int tuning_value(int op, Arguments args, const char* name, const char* not_stored,
                  Caller caller = Caller::here()) {
     if (op == CWMP_OP_GET) {
         return GetArguments(args).answer(

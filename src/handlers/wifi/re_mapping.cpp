@@ -14,7 +14,7 @@ constexpr const char* kRateColumn = "4";
 constexpr const char* kRssiColumn = "6";
 
 // A figure of the satellite's link to a radio of this router, which lists its stations.
-int link_figure(int op, va_list args, const Radio& radio, const char* column,
+int link_figure(int op, Arguments args, const Radio& radio, const char* column,
                 Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto satellite = mesh_device(args, caller);

@@ -41,7 +41,7 @@ struct Network {
 };
 
 // The instance numbers, whatever the operation.
-inline const int* locate_of(va_list args) { return GetArguments(args).locate(); }
+inline const int* locate_of(Arguments args) { return GetArguments(args).locate(); }
 
 // By the first two instance numbers: (1,1) and (1,0) are 2.4 GHz, (1,2) and (2,0) are 5 GHz; null for others.
 const Radio* radio_by_pair(const int* locate);

@@ -13,17 +13,17 @@ std::optional<std::string> read_reported(const OptionPath& at, const char* failu
     return text;
 }
 
-int accepted_constant(int op, va_list args, const char* text) {
+int accepted_constant(int op, Arguments args, const char* text) {
     if (op != CWMP_OP_GET) return SetArguments(args).value() == nullptr ? kRefused : kDone;
     return text == nullptr ? kDone : GetArguments(args).answer(text);
 }
 
-int refused_constant(int op, va_list args, const char* text, const char* refusal, Caller caller) {
+int refused_constant(int op, Arguments args, const char* text, const char* refusal, Caller caller) {
     if (op != CWMP_OP_GET) return refuse(caller, kError, "%s", refusal);
     return constant(op, args, text);
 }
 
-int radio_counter(int op, va_list args, const char* counter) {
+int radio_counter(int op, Arguments args, const char* counter) {
     const char* const radios[] = {"wifi0", "wifi1", ""};
     return get_TotalBytesAndPackets_by_name(op, args, radios, counter);
 }

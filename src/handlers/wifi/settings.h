@@ -13,14 +13,14 @@ std::optional<std::string> read_reported(const OptionPath& at, const char* failu
                                          Caller caller = Caller::here());
 
 // A fixed value; a SET is accepted and has no effect. A null text leaves the answer as it is.
-int accepted_constant(int op, va_list args, const char* text);
+int accepted_constant(int op, Arguments args, const char* text);
 
 // A fixed value of a feature that the device lacks; a SET is refused and logged.
-int refused_constant(int op, va_list args, const char* text, const char* refusal,
+int refused_constant(int op, Arguments args, const char* text, const char* refusal,
                      Caller caller = Caller::here());
 
 // A kernel counter of a radio's main network.
-int radio_counter(int op, va_list args, const char* counter);
+int radio_counter(int op, Arguments args, const char* counter);
 
 // Checks of what a SET takes (blocks/accepts.h): a pass phrase of 8 to 64 bytes; a beacon type, stored as the
 // network's encryption.

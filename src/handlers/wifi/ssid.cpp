@@ -16,7 +16,7 @@ HANDLER(WiFi_SSID_X_QM_MultiSSID_SSID) { return LANDevice_WLANConfiguration_Mult
 namespace {
 
 // A number that is no network's has no name, and takes any.
-int no_network_name(int op, va_list args) {
+int no_network_name(int op, Arguments args) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer("");
     const SetArguments set(args);
     if (set.value() == nullptr) return kRefused;

@@ -56,7 +56,7 @@ void revert_staged_channel(const Radio& radio) {
     uciRevert((std::string("wifi.") + radio.section + ".channel").c_str());
 }
 
-bool is_supported_channel(int op, va_list args, std::string channel, int* locate, const Radio& radio) {
+bool is_supported_channel(int op, Arguments args, std::string channel, int* locate, const Radio& radio) {
     if (!all_digits(channel)) return false;
     const int answer = GetChannelPoll(op, args, channel.data(), locate, radio.band);
     return answer != 0 && answer != -1;
