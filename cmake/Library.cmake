@@ -54,6 +54,3 @@ target_link_options(cwmp-datamodel PRIVATE
     -Wl,--gc-sections -Wl,--as-needed -Wl,-Bsymbolic-functions -Wl,--hash-style=gnu
     -Wl,-z,relro,-z,now -Wl,-z,noexecstack -Wl,-z,noseparate-code
     $<$<NOT:$<BOOL:${CWMP_SANITIZE}>>:-Wl,-z,defs>)
-
-install(TARGETS cwmp-datamodel LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/cwmp DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
