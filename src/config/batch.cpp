@@ -18,11 +18,6 @@ std::string package_file(const char* confdir, const char* package) {
 
 bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
-bool make_directory(const char* path) {
-    constexpr mode_t kMode = 0775;
-    return mkdir(path, kMode) == 0 && chmod(path, kMode) == 0;
-}
-
 // The side copies repeat the agent's passwords.
 bool make_file(const std::string& path, const char* confdir) {
     const bool secret = std::strcmp(confdir, kOpenCopy) == 0 || std::strcmp(confdir, kProtectedCopy) == 0;
@@ -35,7 +30,7 @@ bool make_file(const std::string& path, const char* confdir) {
 bool ensure_package_file(const char* confdir, const char* package, const char* function) {
     const std::string path = package_file(confdir, package);
     log_event({function, __LINE__}, kError, "file name is :%s\n\n", path.c_str());
-    const bool made = !exists(confdir) && make_directory(confdir);
+    const bool made = !exists(confdir) && make_store_directory(confdir);
     if (!exists(confdir) || !is_trusted_directory(confdir)) {
         log_event({function, __LINE__}, kError, "path %s is not exsit,make falied\n", confdir);
         return false;
@@ -67,7 +62,7 @@ constexpr const char* kDelete = "uciRawDelSectionBypath";
 Batch::Batch(const char* package, const char* confdir)
     : package_(package), confdir_(confdir), context_(confdir) {}
 
-bool Batch::hold() {
+bool Batch::load() {
     return context_ && package_ != nullptr && (context_.is_loaded() || context_.load_to_change(package_));
 }
 
@@ -87,7 +82,7 @@ bool Batch::is_usable(const char* function, bool complete, const char* misuse) {
 }
 
 bool Batch::open(const char* function) {
-    if (!hold()) log_event({function, __LINE__}, kError, "uci_load error!\n");
+    if (!load()) log_event({function, __LINE__}, kError, "uci_load error!\n");
     return context_.is_loaded();
 }
 

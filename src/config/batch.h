@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "config/transaction.h"
 #include "config/uci_context.h"
 
 namespace cwmp {
@@ -23,7 +24,7 @@ class Batch {
 
     // Makes sure, before anything is chosen by what the package holds, that nobody changes it meanwhile. Logs
     // nothing; false when the package cannot be loaded.
-    bool hold();
+    bool load();
     std::optional<std::string> value(const char* section, const char* option) const;
 
     // A missing section is created with its own name as type; an empty value deletes the option.
@@ -51,7 +52,9 @@ class MirroredBatch {
   public:
     explicit MirroredBatch(const char* package);
 
-    bool hold() { return live_.hold(); }
+    // To be asked before an instance is chosen: nobody changes the package any more, and no transaction of another
+    // process runs. Logs nothing; false when one runs for too long.
+    [[nodiscard]] bool hold();
     std::optional<std::string> value(const char* section, const char* option) const {
         return live_.value(section, option);
     }
@@ -70,17 +73,18 @@ class MirroredBatch {
     int change(const char* function, const char* section, const char* what, Change change);
 
     const char* package_;
+    transaction::Turn turn_;
     Batch live_;
     std::optional<Batch> open_copy_;
     std::optional<Batch> protected_copy_;
 };
 
-// Ends an exported call of one change. A refused commit is logged and not reported: the call's result is that of
-// the change.
+// Ends an exported call of one change. A refused commit is logged, but reported within a transaction only: else the
+// call's result is that of the change.
 template <typename AnyBatch>
 int finish(AnyBatch& batch, int result, Caller caller = Caller::here()) {
-    [[maybe_unused]] const bool stored = batch.commit(caller);
-    return result;
+    const bool stored = batch.commit(caller);
+    return stored || !transaction::is_running() ? result : -1;
 }
 
 }  // namespace cwmp

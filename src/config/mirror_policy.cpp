@@ -27,6 +27,12 @@ std::string protected_entry(const std::string& line) {
 
 MirroredBatch::MirroredBatch(const char* package) : package_(package), live_(package, nullptr) {}
 
+bool MirroredBatch::hold() {
+    if (!turn_.take()) return false;
+    live_.load();
+    return true;
+}
+
 Batch* MirroredBatch::copy_for(const char* function, const char* section, const char* what) {
     if (is_support_isp_reset() == 0) return nullptr;
     log_event({function, __LINE__}, kError, "save set to backup field\n\n");

@@ -46,6 +46,11 @@ bool is_trusted_directory(const char* directory) {
     return true;
 }
 
+bool make_store_directory(const char* directory) {
+    constexpr mode_t kMode = 0775;
+    return mkdir(directory, kMode) == 0 && chmod(directory, kMode) == 0;
+}
+
 bool StoreLock::take(const char* directory) {
     constexpr int kPatience = 10'000;
     end_bulk_read();

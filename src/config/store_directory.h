@@ -11,6 +11,8 @@ namespace cwmp {
 // Whether a directory may be used: the scratch store and the side copies lie in /tmp, where anybody can make a
 // name, so they must be real directories of our own user's.
 bool is_trusted_directory(const char* directory);
+// False when it cannot be made, or is there already.
+bool make_store_directory(const char* directory);
 
 // The right to change the packages of a directory, against every other writer that asks for it: other calls of
 // this library, in this process or another. Held until the end of the object. Taken on the directory itself,

@@ -11,6 +11,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "config/uci_export.h"
+
 namespace cwmp {
 namespace {
 
@@ -53,38 +55,15 @@ uci_ptr pointer_to(uci_package* package, const char* section, const char* option
     return pointer;
 }
 
+// A transaction covers the live store and what repeats it.
+bool is_noted(const char* confdir) {
+    return std::strcmp(confdir, kLiveStore) == 0 || std::strcmp(confdir, kOpenCopy) == 0 ||
+           std::strcmp(confdir, kProtectedCopy) == 0;
+}
+
 std::string staged_file(const uci_context* context, const char* package) {
     return std::string(context->savedir) + '/' + package;
 }
-
-// A package as its file's text.
-class Export {
-  public:
-    Export(uci_context* context, uci_package* package) {
-        std::FILE* stream = open_memstream(&text_, &size_);
-        if (stream == nullptr) return;
-        // Without this buffer libuci would write what it cannot escape as it is.
-        if (context->buf == nullptr && (context->buf = static_cast<char*>(std::malloc(kBuffer))) != nullptr)
-            context->bufsz = kBuffer;
-        const bool exported = context->buf != nullptr &&
-                              uci_export(context, stream, package, false) == UCI_OK &&
-                              std::ferror(stream) == 0;
-        whole_ = std::fclose(stream) == 0 && exported;
-    }
-    ~Export() { std::free(text_); }
-    Export(const Export&) = delete;
-    Export& operator=(const Export&) = delete;
-
-    explicit operator bool() const { return whole_; }
-    std::string_view text() const { return {text_, size_}; }
-
-  private:
-    static constexpr int kBuffer = 64;
-
-    char* text_ = nullptr;
-    std::size_t size_ = 0;
-    bool whole_ = false;
-};
 
 }  // namespace
 
@@ -118,6 +97,7 @@ bool UciContext::load_to_change(const char* package) {
     if (package != nullptr && is_uci_package(package) &&
         stat(staged_file(context_.get(), package).c_str(), &staged) == 0)
         staged_ = staged.st_size;
+    noting_ = transaction::is_running() && is_noted(confdir_);
     context_->flags = static_cast<uci_flags>(context_->flags | UCI_FLAG_SAVED_DELTA);
     return load(package);
 }
@@ -154,17 +134,20 @@ int UciContext::set_option(const char* section, const char* option, const char* 
     }
     // A value that libuci cannot read back would be set, and lost when it is committed.
     if (existing == nullptr || !is_uci_name(option) || !is_uci_value(value)) return UCI_ERR_INVAL;
+    if (noting_) note_option(section, option);
     uci_ptr pointer = pointer_to(package_, section, option, value);
     return uci_set(context_.get(), &pointer);
 }
 
 int UciContext::set_section(const char* section, const char* type) {
     if (!is_uci_name(section) || !is_uci_type(type)) return UCI_ERR_INVAL;
+    if (noting_) note_section(section);
     uci_ptr pointer = pointer_to(package_, section, nullptr, type);
     return uci_set(context_.get(), &pointer);
 }
 
 int UciContext::delete_section(const char* section) {
+    if (noting_) note_deletion(section);
     uci_ptr pointer = pointer_to(package_, section, nullptr, nullptr);
     return uci_delete(context_.get(), &pointer);
 }
@@ -172,17 +155,27 @@ int UciContext::delete_section(const char* section) {
 // libuci's own commit looks at no result of its writing, and stores nothing any more once a cut line is staged.
 bool UciContext::commit(Caller caller) {
     const bool changed = package_ != nullptr && (!uci_list_empty(&package_->delta) || staged_ > 0);
-    const bool stored = !changed || store_text(caller);
-    if (changed && stored && staged_ > 0) forget_staged(caller);
+    bool stored = true;
+    if (changed) {
+        const Export text(context_.get(), package_);
+        stored = text && store_text(text.text(), caller);
+    }
     lock_ = {};
     return stored;
 }
 
-bool UciContext::store_text(Caller caller) {
-    const Export text(context_.get(), package_);
-    if (text && replace_package_file(confdir_, package_->e.name, text.text())) return true;
-    log_event(caller, kError, "package %s cannot be stored, it stays as it was\n\n", package_->e.name);
-    return false;
+bool UciContext::store_text(std::string_view text, Caller caller) {
+    const char* name = package_->e.name;
+    if (!notes_.empty() && !transaction::keep_changes(confdir_, name, notes_)) {
+        log_event(caller, kError, "a change of package %s cannot be noted, it is refused\n\n", name);
+        return false;
+    }
+    if (!replace_package_file(confdir_, name, text)) {
+        log_event(caller, kError, "package %s cannot be stored, it stays as it was\n\n", name);
+        return false;
+    }
+    if (staged_ > 0) forget_staged(caller);
+    return true;
 }
 
 // What another tool has staged since the package was loaded stays.

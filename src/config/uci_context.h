@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "config/store_directory.h"
+#include "config/transaction.h"
 #include "core/log.h"
 
 struct uci_context;
@@ -59,7 +60,13 @@ class UciContext {
     int delete_section(const char* section);
     // Stores what was changed, and with it what other tools have staged: the package file is the old text or the
     // whole new one. False, logged, when it is the old one. May be called once.
+    // Within a transaction it notes first what was there, and is false when it cannot.
     bool commit(Caller caller = Caller::here());
+    // Brings back what a note of this package tells of. What another program has deleted meanwhile stays deleted.
+    // False for a note that cannot be followed.
+    bool restore(char kind, transaction::NoteReader note);
+    // Stores the package as this text, if it holds the same; otherwise as commit does.
+    bool commit_as(const std::string& text, Caller caller = Caller::here());
     // Discards what the save directory holds of a package, section or option, named with dots. Loads by
     // itself. Nothing when there is no such package, else libuci's result code.
     std::optional<int> revert(std::string tuple);
@@ -68,13 +75,20 @@ class UciContext {
     struct Free {
         void operator()(uci_context* context) const;
     };
-    bool store_text(Caller caller);
+    void note_section(const char* name);
+    void note_option(const char* section, const char* option);
+    void note_deletion(const char* section);
+    bool restore_section(transaction::NoteReader& note);
+    bool restore_option(transaction::NoteReader& note);
+    bool store_text(std::string_view text, Caller caller);
     void forget_staged(Caller caller);
 
     const char* confdir_ = kLiveStore;
     StoreLock lock_;  // given back when the package is no longer in memory
     std::unique_ptr<uci_context, Free> context_;
     uci_package* package_ = nullptr;
+    bool noting_ = false;
+    std::string notes_;
     off_t staged_ = 0;  // bytes of changes that other tools had staged when the package was loaded
 };
 

@@ -81,15 +81,31 @@ const Object* object_of_revert_name(const std::string& name) {
     return nullptr;
 }
 
-void load(const Object& object, json_object* answer) {
+// False when the answer holds nothing of the group.
+bool load(const Object& object, json_object* answer) {
     Record::revert(object).clear();
+    bool loaded = false;
     for (int option = 0; option < object.count; ++option) {
         json_object* value = nullptr;
         json_object_object_get_ex(answer, object.fields[option].key, &value);
-        if (json_object_is_type(value, json_type_string)) {
-            object.pre_revert(option, json_object_get_string(value));
-        }
+        if (!json_object_is_type(value, json_type_string)) continue;
+        object.pre_revert(option, json_object_get_string(value));
+        loaded = true;
     }
+    return loaded;
+}
+
+enum class Loading { unreadable, nothing, loaded };
+
+Loading load_by_name(const std::string& name, Caller caller) {
+    if (!run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), caller))
+        return Loading::unreadable;
+    const Json answer = read_json(kAnswerFile);
+    if (answer == nullptr) return Loading::unreadable;
+    const Object* object = object_of_revert_name(name);
+    const bool loaded = object != nullptr && load(*object, answer.get());
+    unlink(kAnswerFile);
+    return loaded ? Loading::loaded : Loading::nothing;
 }
 
 }  // namespace
@@ -104,13 +120,7 @@ int func_obj_result_ok(const char* file) {
 
 int initialize_revert_data(const char* name) {
     if (name == nullptr) return 0;
-    if (!run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), Caller::here())) return -1;
-    const Json answer = read_json(kAnswerFile);
-    if (answer == nullptr) return -1;
-    const Object* object = object_of_revert_name(name);
-    if (object != nullptr) load(*object, answer.get());
-    unlink(kAnswerFile);
-    return 0;
+    return load_by_name(name, Caller::here()) == Loading::unreadable ? -1 : 0;
 }
 
 namespace cwmp::staged {
@@ -129,9 +139,10 @@ Verdict ask_script(const Object& object, const char* action, Caller caller) {
 }
 
 bool load_revert_record(const Object& object) {
-    if (initialize_revert_data((std::string(object.name) + kRevertSuffix).c_str()) == 0) return true;
+    const auto loading =
+        load_by_name(std::string(object.name) + kRevertSuffix, {"initialize_revert_data", __LINE__});
     unlink(kAnswerFile);
-    return false;
+    return loading == Loading::loaded;
 }
 
 }  // namespace cwmp::staged

@@ -119,6 +119,7 @@ int apply(const Object& object, unsigned int* flags, Caller caller) {
         log_event(caller, kProgress, "!!!  %s set ever exec, return \n\n", object.name);
         return kPassed;
     }
+    if (!note_in_force(object)) return reject(object, Verdict::rejected, caller);
     if (object.before_apply != nullptr) object.before_apply(caller);
     const Verdict verdict = ask_script(object, "whole", caller);
     if (verdict != Verdict::accepted) return reject(object, verdict, caller);

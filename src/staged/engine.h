@@ -46,5 +46,10 @@ int stage(const Object& object, int option, const char* value, Caller caller = C
 int stage_revert(const Object& object, int option, const char* value, Caller caller = Caller::here());
 int check(const Object& object, bool (*passes)(const Check&), Caller caller = Caller::here());
 int apply(const Object& object, unsigned int* flags, Caller caller = Caller::here());
+// Notes what is in force of a group that is about to be applied. False when it must not be applied, because the
+// transaction that runs could not undo it.
+bool note_in_force(const Object& object);
+// Applies every group that is checked and leaves all records idle. False when the script refused one.
+bool apply_all(unsigned int* flags);
 
 }  // namespace cwmp::staged

@@ -1,7 +1,7 @@
 // The entry points over all six groups.
 #include "core/handler.h"
 #include "cwmp/uci_access.h"
-#include "staged/object.h"
+#include "staged/engine.h"
 
 using namespace cwmp;
 using namespace cwmp::staged;
@@ -42,13 +42,25 @@ void func_obj_restore() {
     }
 }
 
-int func_obj_revert(int /*op*/, va_list args) {
-    const SetArguments set(args);
-    func_obj_restore();
-    for (const cwmp_staged_object& operations : func_obj_table) operations.set(set.flags());
+bool cwmp::staged::apply_all(unsigned int* flags) {
+    bool accepted = true;
+    for (const cwmp_staged_object& operations : func_obj_table)
+        accepted = operations.set(flags) != 0 && accepted;
     for (const Object* object : kObjects) {
         Record::revert(*object).clear();
         Record::staging(*object).clear();
     }
+    return accepted;
+}
+
+int func_obj_revert(int /*op*/, va_list args) {
+    const SetArguments set(args);
+    for (const Object* object : kObjects) {
+        // Without values to go back to, what was refused must not be applied now.
+        const auto staging = Record::staging(*object);
+        if (object->restorable && Record::revert(*object).checked() != 1) staging.clear();
+    }
+    func_obj_restore();
+    apply_all(set.flags());
     return 0;
 }

@@ -245,14 +245,20 @@ TEST_F(StagedRules, StrangersFilesAreRefused) {
 }
 
 TEST_F(StagedRules, UnreadableConfigurationLeavesNothingToRestore) {
-    in_force("vlan", "nonsense");
-    stage(CWMP_STAGED_VLAN, {{CWMP_VLAN_ENABLE, "1"}, {CWMP_VLAN_VLAN_ID, "7"}});
-    EXPECT_EQ(check(CWMP_STAGED_VLAN), 1);
-    expect_no_exchange_files();
-    EXPECT_EQ(apply(CWMP_STAGED_VLAN), 1);
-    forget();
-    revert();
-    EXPECT_THAT(commands(), IsEmpty());
+    for (const char* told : {"nonsense", "{}", "[]", R"({"error_code":1})", R"({"vlan_enable":true})"}) {
+        for (const bool applied : {false, true}) {
+            SCOPED_TRACE(told);
+            in_force("vlan", told);
+            stage(CWMP_STAGED_VLAN, {{CWMP_VLAN_ENABLE, "1"}, {CWMP_VLAN_VLAN_ID, "7"}});
+            EXPECT_EQ(check(CWMP_STAGED_VLAN), 1);
+            expect_no_exchange_files();
+            EXPECT_EQ(applied ? apply(CWMP_STAGED_VLAN) : 1, 1);
+            forget();
+            revert();
+            EXPECT_THAT(commands(), IsEmpty());
+            EXPECT_TRUE(all_idle());
+        }
+    }
 }
 
 TEST_F(StagedRules, CommandsStandAsTheShellGetsThem) {

@@ -30,7 +30,8 @@ int set_option(Arguments args, const Option& parameter, const OptionEvents& even
     if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
     if (!text) return fail(caller, events.refused);
-    if (!write(parameter, *text) && !parameter.write_failure_is_done) {
+    const bool overlooked = parameter.write_failure_is_done && !transaction::is_running();
+    if (!write(parameter, *text) && !overlooked) {
         return fail(caller, events.unwritten);
     }
     set.raise(parameter.apply);

@@ -34,7 +34,7 @@ bool create(MirroredBatch& batch, const std::string& name, Caller caller) {
 
 int add(Arguments args, Caller caller) {
     MirroredBatch batch(kReservations);
-    batch.hold();
+    if (!batch.hold()) return fail(caller, "failed to add obj\n");
     const auto numbers = ReservationNumbers::read(caller);
     if (!numbers) return fail(caller, "failed to get instance mask\n");
     int number = 1;
@@ -64,7 +64,7 @@ int remove(Arguments args, Caller caller) {
     constexpr const char* kUndeleted = "failed to del obj\n";
     const SetArguments set(args);
     MirroredBatch batch(kReservations);
-    batch.hold();
+    if (!batch.hold()) return fail(caller, kUndeleted);
     const auto numbers = ReservationNumbers::read(caller);
     if (!numbers) return fail(caller, kUndeleted);
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());

@@ -72,7 +72,7 @@ int add(Arguments args, Caller caller) {
         return kInvalidName;
     }
     MirroredBatch batch(kPackage);
-    batch.hold();
+    if (!batch.hold()) return fail(caller, kError, kUnwritten);
     const int number = free_number();
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = std::to_string(number);
@@ -91,7 +91,7 @@ int remove(Arguments args, Caller caller) {
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = std::to_string(number);
     MirroredBatch batch(kPackage);
-    batch.hold();
+    if (!batch.hold()) return fail(caller, kError, kUnwritten);
     if (number < 1 || !exists(name)) return fail(caller, kDebug, kNoInstance);
     if (batch.delete_section(name.c_str(), kType) != 0) return fail(caller, kDebug, "Del section error\n\n");
     change_count(batch, -1);

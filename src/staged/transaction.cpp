@@ -1,0 +1,92 @@
+// Transactions as an agent asks for them: the groups first, then what the store has noted.
+#include "cwmp/transaction.h"
+
+#include "config/transaction.h"
+#include "core/text.h"
+#include "staged/engine.h"
+#include "staged/transaction.h"
+
+using namespace cwmp;
+using namespace cwmp::staged;
+
+namespace {
+
+void forget_groups() {
+    for (const Object* object : kObjects) {
+        Record::revert(*object).clear();
+        Record::staging(*object).clear();
+    }
+}
+
+// Stages what a note says was in force. False when it says that nobody knew.
+bool stage_noted(const Object& object, transaction::NoteReader note) {
+    if (note.ends()) return false;
+    const auto staging = Record::staging(object);
+    for (int option = 0; option < object.count; ++option) {
+        const std::string text = note.next();
+        if (object.fields[option].width == 0) {
+            staging.enable() = decimal_prefix(text.c_str());
+        } else {
+            staging.put_text(option, text);
+        }
+    }
+    staging.checked() = 1;
+    return true;
+}
+
+// A group that was applied twice gets back what it had before the first time.
+bool undo_groups(const std::string& notes, unsigned int* flags) {
+    forget_groups();
+    bool known = true;
+    for (const Object* object : kObjects) {
+        const std::string begins = std::string("\nG\t") + object->name + '\t';
+        const std::size_t at = notes.find(begins);
+        if (at == std::string::npos) continue;
+        const std::size_t start = at + begins.size();
+        const auto fields = std::string_view(notes).substr(start, notes.find('\n', start) - start);
+        known = stage_noted(*object, transaction::NoteReader(fields)) && known;
+    }
+    return apply_all(flags) && known;
+}
+
+bool undo(unsigned int* flags) {
+    const auto notes = transaction::notes();
+    const bool groups_undone = undo_groups(notes, flags);
+    const bool options_undone = transaction::undo(notes);
+    transaction::end();
+    return groups_undone && options_undone;
+}
+
+}  // namespace
+
+bool cwmp::staged::note_in_force(const Object& object) {
+    if (!transaction::is_running()) return true;
+    transaction::NoteWriter note('G');
+    note << object.name;
+    const auto revert = Record::revert(object);
+    for (int option = 0; revert.checked() == 1 && option < object.count; ++option) {
+        const bool is_switch = object.fields[option].width == 0;
+        note << (is_switch ? std::to_string(revert.enable()) : std::string(revert.text(option)));
+    }
+    if (revert.checked() != 1) note << "";
+    return transaction::keep(note.line());
+}
+
+int cwmp_transaction_begin(int wait_ms) {
+    if (!transaction::begin(wait_ms)) return -1;
+    forget_groups();
+    return 0;
+}
+
+int cwmp_transaction_end(int keep, unsigned int* applyFlags) {
+    if (!transaction::is_running()) return -1;
+    if (keep == 0) return undo(applyFlags) ? 0 : -1;
+    transaction::end();
+    forget_groups();
+    return 0;
+}
+
+int cwmp_transaction_recover(unsigned int* applyFlags) {
+    if (!transaction::take_over()) return 0;
+    return undo(applyFlags) ? 1 : -1;
+}
