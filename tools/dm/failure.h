@@ -7,8 +7,10 @@ namespace cwmp {
 // TR-069 fault codes a CPE answers with; None marks failures outside the protocol.
 enum Fault : int {
     kNoFault = 0,
+    kMethodNotSupported = 9000,
     kInternalError = 9002,
     kInvalidArguments = 9003,
+    kResourcesExceeded = 9004,
     kInvalidName = 9005,
     kInvalidType = 9006,
     kInvalidValue = 9007,

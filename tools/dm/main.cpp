@@ -16,6 +16,7 @@
 #include "interrupt.h"
 #include "library.h"
 #include "router_root.h"
+#include "rpcd.h"
 #include "standard_output.h"
 #include "text.h"
 #include "watch.h"
@@ -139,6 +140,9 @@ int dm(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     try {
+        if (cwmp::is_rpcd_plugin(argv[0])) {
+            return cwmp::answer_rpcd(argc, argv, cwmp::take_standard_output().get());
+        }
         return cwmp::dm(argc, argv);
     } catch (const cwmp::Failure& failure) {
         std::fprintf(stderr, "dm: %s: %s\n", failure.subject.c_str(), failure.message.c_str());

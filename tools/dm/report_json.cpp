@@ -1,40 +1,12 @@
-#include <json-c/json.h>
-
-#include <memory>
-
+#include "json.h"
 #include "report.h"
 #include "services.h"
-#include "text.h"
 
 namespace cwmp {
 
 namespace {
 
-struct Release {
-    void operator()(json_object* object) const { json_object_put(object); }
-};
-using Json = std::unique_ptr<json_object, Release>;
-
-Json text(const std::string& value) {
-    const std::string utf8 = as_utf8(value);
-    return Json(json_object_new_string_len(utf8.data(), static_cast<int>(utf8.size())));
-}
-
-Json number(int64_t value) { return Json(json_object_new_int64(value)); }
-
-// A container takes its members over.
-void put(Json& object, const char* key, Json member) {
-    json_object_object_add(object.get(), key, member.release());
-}
-
-Json object() { return Json(json_object_new_object()); }
-
-template <typename Items, typename Convert>
-Json array(const Items& items, Convert convert) {
-    Json result(json_object_new_array());
-    for (const auto& item : items) json_object_array_add(result.get(), convert(item).release());
-    return result;
-}
+using namespace json;
 
 Json parameter_json(const Report::Parameter& parameter) {
     Json result = object();
@@ -44,8 +16,6 @@ Json parameter_json(const Report::Parameter& parameter) {
     if (!parameter.passes.empty()) put(result, "passes", array(parameter.passes, text));
     return result;
 }
-
-Json flag(bool value) { return Json(json_object_new_boolean(value)); }
 
 Json type_json(const Type& type) {
     Json result = object();
@@ -117,11 +87,6 @@ Json error_json(const Failure& error) {
     return result;
 }
 
-void print(const Json& json, int style, FILE* out) {
-    std::fprintf(out, "%s\n",
-                 json_object_to_json_string_ext(json.get(), style | JSON_C_TO_STRING_NOSLASHESCAPE));
-}
-
 }  // namespace
 
 void print_change_json(const std::string& time, const std::string& path, const std::string* before,
@@ -141,8 +106,8 @@ void print_json(const Report& report, FILE* out) {
     if (report.instances) put(result, "instances", array(*report.instances, text));
     if (report.secrets) put(result, "secrets", array(*report.secrets, text));
     if (!report.groups.empty()) put(result, "groups", array(report.groups, group_json));
-    if (report.diagnostics_complete) put(result, "diagnosticsComplete", Json(json_object_new_boolean(true)));
-    if (report.reverted) put(result, "reverted", Json(json_object_new_boolean(*report.reverted)));
+    if (report.diagnostics_complete) put(result, "diagnosticsComplete", flag(true));
+    if (report.reverted) put(result, "reverted", flag(*report.reverted));
     if (report.apply_flags) {
         put(result, "applyFlags", number(*report.apply_flags));
         put(result, "services", array(services_of(*report.apply_flags), text));
