@@ -32,16 +32,18 @@ std::optional<std::string> read_value(const OptionPath& at, const char* confdir)
 
 }  // namespace
 
-std::optional<std::string> read_option(const OptionPath& at, const char* confdir) {
-    return read_value(at, confdir);
+std::optional<std::string> read_option(const char* package, const char* section, const char* option,
+                                       const char* confdir) {
+    return read_value({package, section, option}, confdir);
 }
 
-bool write_option(const OptionPath& at, const std::string& value) {
-    return uciRawSetValue(at.package, at.section, at.option, value.c_str()) == 0;
+bool write_option(const char* package, const char* section, const char* option, const std::string& value) {
+    return uciRawSetValue(package, section, option, value.c_str()) == 0;
 }
 
-bool write_option(const OptionPath& at, const std::string& value, const char* confdir) {
-    return uciRawSetValueByPath(at.package, at.section, at.option, value.c_str(), confdir) == 0;
+bool write_option(const char* package, const char* section, const char* option, const std::string& value,
+                  const char* confdir) {
+    return uciRawSetValueByPath(package, section, option, value.c_str(), confdir) == 0;
 }
 
 }  // namespace cwmp

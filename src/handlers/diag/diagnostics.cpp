@@ -8,20 +8,16 @@
 
 namespace cwmp {
 
-std::optional<std::string> read_test(const OptionPath& at) { return read_option(at, kScratchStore); }
-
-bool write_test(const OptionPath& at, const std::string& value) {
-    return write_option(at, value, kScratchStore);
-}
-
 int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     Option stored = parameter;
     stored.store = kScratchStore;
     return option(op, args, stored, events, caller);
 }
 
-int test_result(int op, Arguments args, const OptionPath& at, const char* missing) {
-    return read_only_option(op, args, {.at = at, .store = kScratchStore, .missing = missing});
+int test_result(int op, Arguments args, const char* package, const char* section, const char* option,
+                const char* missing) {
+    return read_only_option(op, args,
+                            {.at = {package, section, option}, .store = kScratchStore, .missing = missing});
 }
 
 int test_state(Arguments args, const OptionPath& state, const OptionPath& running) {

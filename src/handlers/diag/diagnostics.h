@@ -14,13 +14,21 @@ inline constexpr const char* kRequested = "Requested";
 inline constexpr const char* kNoTest = "None";
 
 // Parameters and results live in scratch packages: they reach flash when a finished test is saved.
-std::optional<std::string> read_test(const OptionPath& at);
-bool write_test(const OptionPath& at, const std::string& value);
+CWMP_INLINE std::optional<std::string> read_test(const OptionPath& at) {
+    return read_option(at, kScratchStore);
+}
+CWMP_INLINE bool write_test(const OptionPath& at, const std::string& value) {
+    return write_option(at, value, kScratchStore);
+}
 
 // A setting or a result of a test, and what its failures log.
 int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events = {},
                 Caller caller = Caller::here());
-int test_result(int op, Arguments args, const OptionPath& at, const char* missing = "");
+int test_result(int op, Arguments args, const char* package, const char* section, const char* option,
+                const char* missing);
+CWMP_INLINE int test_result(int op, Arguments args, const OptionPath& at, const char* missing = "") {
+    return test_result(op, args, at.package, at.section, at.option, missing);
+}
 
 // GET of a DiagnosticsState: while running holds "1" a test is under way, which reads as none.
 int test_state(Arguments args, const OptionPath& state, const OptionPath& running);
