@@ -21,19 +21,23 @@ const char* setting(const char* name, const char* otherwise) {
 
 void (*told)(int, const char*) = nullptr;
 
+void note(const std::string& line) {
+    FILE* calls = std::fopen(setting("AGENT_CALLS", "/dev/null"), "a");
+    if (!calls) return;
+    std::fprintf(calls, "%s\n", line.c_str());
+    std::fclose(calls);
+}
+
 void record(const char* name, int op, int* locate, const char* text) {
     std::printf("noise of %s\n", name);
     if (told) told(7, "[f 7] debug\n");
     if (told) told(6, "[f 6] a\tb\n\n");
-    FILE* calls = std::fopen(setting("AGENT_CALLS", "/dev/null"), "a");
-    if (!calls) return;
-    std::fprintf(calls, "%s %d [", name, op);
+    std::string line = std::string(name) + ' ' + std::to_string(op) + " [";
     for (int i = 0; i < CWMP_LOCATE_SIZE; ++i) {
-        std::fprintf(calls, "%d", locate[i]);
+        line += std::to_string(locate[i]);
         locate[i] = 99;
     }
-    std::fprintf(calls, "]%s%s\n", *text ? " " : "", text);
-    std::fclose(calls);
+    note(line + ']' + (*text ? " " : "") + text);
 }
 
 const char* next_number() {
@@ -136,10 +140,21 @@ GROUPED(Lan_Address, lan_obj_data, address)
 GROUPED(Lan_Mask, lan_obj_data, mask)
 GROUPED(Pool_Start, dhcp_obj_data, start_address)
 
-EXPORT int func_obj_revert(int op, va_list args) {
-    return parameter("func_obj_revert", op, args, nullptr, 0x40);
+EXPORT void cwmp_bulk_read_begin(void) { note("bulk"); }
+EXPORT void cwmp_bulk_read_end(void) { note("bulk end"); }
+EXPORT int cwmp_transaction_begin(int) {
+    note("begin");
+    return std::atoi(setting("AGENT_BEGIN", "0"));
 }
-
+EXPORT int cwmp_transaction_end(int keep, unsigned* flags) {
+    note(keep ? "keep" : "undo");
+    if (!keep) *flags |= 0x40;
+    return std::atoi(setting("AGENT_END", "0"));
+}
+EXPORT int cwmp_transaction_recover(unsigned* flags) {
+    *flags |= 0x40;
+    return std::atoi(setting("AGENT_END", "1"));
+}
 EXPORT void cwmp_listen(void (*listener)(int level, const char* line)) { told = listener; }
 EXPORT const char* cwmp_last_refusal(void) { return setting("AGENT_REASON", ""); }
 

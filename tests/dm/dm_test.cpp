@@ -72,52 +72,51 @@ struct CallsRow {
 TEST_F(Dm, CallsHandlersWithFreshInstanceNumbersInTheAgentsOrder) {
     const CallsRow rows[] = {
         {"get Device.Box.Port.2.",
-         "Box_PortNumberOfEntries 0 [00000000]\n"
-         "Box_Port_Speed 0 [20000000]\n"
-         "Queue_Weight 0 [12000000]\n"
-         "Queue_Weight 0 [22000000]\n"
-         "Box_Port_Map 6 [00000000]\n"
-         "Box_Port_Map_Name 0 [20000000]\n"
-         "Box_Port_Map_Name 0 [30000000]\n"
-         "Box_Port_Map_Name 0 [700000000]\n"},
+         "bulk\nBox_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [20000000]\n"
+         "Queue_Weight 0 [12000000]\nQueue_Weight 0 [22000000]\nBox_Port_Map 6 [00000000]\n"
+         "Box_Port_Map_Name 0 [20000000]\nBox_Port_Map_Name 0 [30000000]\n"
+         "Box_Port_Map_Name 0 [700000000]\nbulk end\n"},
         {"set Device.Box.Late=1 Device.Box.Name=a=b Device.Box.Port.1.Queue.2.Weight=",
-         "Box_PortNumberOfEntries 0 [00000000]\n"
-         "Box_Name 2 [00000000] a=b\nQueue_Weight 2 [21000000]\n"
-         "Box_Name 3 [00000000] a=b\nQueue_Weight 3 [21000000]\n"
-         "Box_Late 1 [00000000] 1\nBox_Name 1 [00000000] a=b\nQueue_Weight 1 [21000000]\n"},
+         "Box_PortNumberOfEntries 0 [00000000]\nbegin\nBox_Name 2 [00000000] a=b\n"
+         "Queue_Weight 2 [21000000]\nBox_Name 3 [00000000] a=b\nQueue_Weight 3 [21000000]\n"
+         "Box_Late 1 [00000000] 1\nBox_Name 1 [00000000] a=b\nQueue_Weight 1 [21000000]\nkeep\n"},
         {"set Device.Box.Name=x Device.Box.Port.1.Speed=refuse2",
-         "Box_PortNumberOfEntries 0 [00000000]\n"
-         "Box_Name 2 [00000000] x\nBox_Port_Speed 2 [10000000] refuse2\nfunc_obj_revert 1 [00000000]\n"},
+         "Box_PortNumberOfEntries 0 [00000000]\nbegin\nBox_Name 2 [00000000] x\n"
+         "Box_Port_Speed 2 [10000000] refuse2\nundo\n"},
         {"set Device.Box.Name=refuse3 Device.Box.Late=1",
-         "Box_Name 2 [00000000] refuse3\nBox_Name 3 [00000000] refuse3\nfunc_obj_revert 1 [00000000]\n"},
+         "begin\nBox_Name 2 [00000000] refuse3\nBox_Name 3 [00000000] refuse3\nundo\n"},
         {"set Device.Box.Late=refuse1 Device.Box.Name=x",
-         "Box_Name 2 [00000000] x\nBox_Name 3 [00000000] x\n"
-         "Box_Late 1 [00000000] refuse1\nfunc_obj_revert 1 [00000000]\n"},
-        {"add Device.Box.Rule.", "Box_Rule 4 [00000000]\n"},
-        {"del Device.Box.Rule.70.", "Box_Rule 6 [00000000]\nBox_Rule 5 [00000000] 70\n"},
-        {"add Device.Box.Port.2.Map.", "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Map 4 [00000000]\n"},
+         "begin\nBox_Name 2 [00000000] x\nBox_Name 3 [00000000] x\nBox_Late 1 [00000000] refuse1\n"
+         "undo\n"},
+        {"add Device.Box.Rule.", "begin\nBox_Rule 4 [00000000]\nkeep\n"},
+        {"del Device.Box.Rule.70.", "Box_Rule 6 [00000000]\nbegin\nBox_Rule 5 [00000000] 70\nkeep\n"},
+        {"add Device.Box.Port.2.Map.",
+         "Box_PortNumberOfEntries 0 [00000000]\nbegin\nBox_Port_Map 4 [00000000]\nkeep\n"},
         {"list Device.Box.Rule.", "Box_Rule 6 [00000000]\n"},
         {"get Device.Box.Port.2.Speed Device.Box.Port.1.Speed",
-         "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [20000000]\nBox_Port_Speed 0 [10000000]\n"},
+         "bulk\nBox_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [20000000]\n"
+         "Box_Port_Speed 0 [10000000]\nbulk end\n"},
         {"get Device.Box.Port.*.Speed Device.Box.Rule.*.",
-         "Box_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [10000000]\nBox_Port_Speed 0 [20000000]\n"
-         "Box_Rule 6 [00000000]\n"
-         "Box_Rule_Name 0 [20000000]\nBox_Rule_Name 0 [30000000]\nBox_Rule_Name 0 [700000000]\n"},
+         "bulk\nBox_PortNumberOfEntries 0 [00000000]\nBox_Port_Speed 0 [10000000]\n"
+         "Box_Port_Speed 0 [20000000]\nBox_Rule 6 [00000000]\nBox_Rule_Name 0 [20000000]\n"
+         "Box_Rule_Name 0 [30000000]\nBox_Rule_Name 0 [700000000]\nbulk end\n"},
         {"del Device.Box.Rule.70. Device.Box.Rule.2.",
-         "Box_Rule 6 [00000000]\nBox_Rule 5 [00000000] 70\nBox_Rule 5 [00000000] 2\n"},
+         "Box_Rule 6 [00000000]\nbegin\nBox_Rule 5 [00000000] 70\nBox_Rule 5 [00000000] 2\nkeep\n"},
         {"del Device.Box.Rule.70. Device.Box.Rule.4.", "Box_Rule 6 [00000000]\n"},
         {"add Device.Box.Rule. Name=refuse3",
-         "Box_Rule 4 [00000000]\nBox_Rule 6 [00000000]\n"
-         "Box_Rule_Name 2 [700000000] refuse3\nBox_Rule_Name 3 [700000000] refuse3\n"
-         "func_obj_revert 1 [00000000]\nBox_Rule 5 [00000000] 70\n",
+         "begin\nBox_Rule 4 [00000000]\nBox_Rule 6 [00000000]\nBox_Rule_Name 2 [700000000] refuse3\n"
+         "Box_Rule_Name 3 [700000000] refuse3\nundo\n",
          "AGENT_ADDED=70"},
+        {"get --live Device.Box.Name", "Box_Name 0 [00000000]\n"},
+        {"set --dry-run Device.Box.Name=x Device.Box.Late=1",
+         "begin\nBox_Name 2 [00000000] x\nBox_Name 3 [00000000] x\nundo\n"},
         {"add Device.Box.Rule. Name=x Colour=red", ""},
         {"set Device.Box.Port.1.Speed=z - <values",
-         "Box_PortNumberOfEntries 0 [00000000]\n"
-         "Box_Port_Speed 2 [10000000] z\nBox_Name 2 [00000000] box\n"
-         "Box_Port_Speed 3 [10000000] z\nBox_Name 3 [00000000] box\n"
-         "Box_Port_Speed 1 [10000000] z\nBox_Name 1 [00000000] box\nBox_Late 1 [00000000] a\\b\n"},
-        {"import values", "Box_Name 0 [00000000]\nBox_Late 0 [00000000]\nBox_Late 1 [00000000] a\\b\n"},
+         "Box_PortNumberOfEntries 0 [00000000]\nbegin\nBox_Port_Speed 2 [10000000] z\n"
+         "Box_Name 2 [00000000] box\nBox_Port_Speed 3 [10000000] z\nBox_Name 3 [00000000] box\n"
+         "Box_Port_Speed 1 [10000000] z\nBox_Name 1 [00000000] box\nBox_Late 1 [00000000] a\\b\nkeep\n"},
+        {"import values",
+         "Box_Name 0 [00000000]\nBox_Late 0 [00000000]\nbegin\nBox_Late 1 [00000000] a\\b\nkeep\n"},
         {"names", ""},
     };
     sandbox.write("values", "# as exported\n\nDevice.Box.Name=box\r\nDevice.Box.Late=a\\\\b\n");
@@ -144,6 +143,12 @@ TEST_F(Dm, PrintsTables) {
         {"set Device.Box.Late=refuse1", 1,
          "the transaction was reverted: Device.Box.Late: the value was refused in the apply pass\n"
          "apply flags 0x0040: IPTV\n"},
+        {"set Device.Box.Late=refuse1", 1,
+         "not everything could be undone: Device.Box.Late: the value was refused in the apply pass\n"
+         "apply flags 0x0040: IPTV\n",
+         "AGENT_END=-1"},
+        {"recover", 0, "a change that was cut off is undone\napply flags 0x0040: IPTV\n"},
+        {"recover", 0, "no change was cut off\napply flags 0x0040: IPTV\n", "AGENT_END=0"},
         {"add Device.Box.Rule.", 0, "Device.Box.Rule.4.\napply flags 0x0080: NAT\n"},
         {"del Device.Box.Rule.3.", 0, "Device.Box.Rule.3.\napply flags 0x0080: NAT\n"},
         {"list Device.Box.Rule.", 0, "Device.Box.Rule.2.\nDevice.Box.Rule.3.\nDevice.Box.Rule.70.\n"},
@@ -193,7 +198,7 @@ TEST_F(Dm, PrintsNothingButJsonWhenAsked) {
          R"(","type":"string"}],"errors":[{"path":"Device.Faulty.Broken","fault":9002,"message":"the value cannot be read"}]})"},
         {"set Device.Box.Name=refuse3", 1,
          R"({"parameters":[{"path":"Device.Box.Name","value":"refuse3","type":"string","passes":["stage"]}],"reverted":true,)"
-         R"("applyFlags":112,"services":["WAN","LAN","IPTV"],"errors":[{"path":"Device.Box.Name","fault":9007,)"
+         R"("applyFlags":64,"services":["IPTV"],"errors":[{"path":"Device.Box.Name","fault":9007,)"
          R"("message":"the value was refused in the check pass","pass":"check"}]})"},
         {"list Device.Box.Rule.", 0,
          R"({"parameters":[],"instances":["Device.Box.Rule.2.","Device.Box.Rule.3.","Device.Box.Rule.70."],)"
@@ -236,13 +241,13 @@ TEST_F(Dm, TellsWhatBecameOfEachGroup) {
          "group lan: staged, checked, applied\napply flags 0x0000: none\n"},
         {"set Device.Lan.Address=a Device.Pool.Start=refuse1",
          "Device.Lan.Address  stage,check,apply  a\nDevice.Pool.Start   stage,check        refuse1\n"
-         "group dhcp: staged, checked, apply refused, not reverted\n"
+         "group dhcp: staged, checked, apply refused, reverted\n"
          "group lan: staged, checked, applied, reverted\n"
          "the transaction was reverted: Device.Pool.Start: " +
              apply_refused},
         {"set Device.Pool.Start=p Device.Lan.Mask=refuse3",
          "Device.Pool.Start  stage,check  p\nDevice.Lan.Mask    stage        refuse3\n"
-         "group dhcp: staged, checked, applied by the revert\ngroup lan: staged, check refused\n"
+         "group dhcp: staged, checked, reverted\ngroup lan: staged, check refused\n"
          "the transaction was reverted: Device.Lan.Mask: " +
              check_refused},
     };
@@ -255,10 +260,10 @@ TEST_F(Dm, TellsWhatBecameOfEachGroup) {
 TEST_F(Dm, HandsTheAgentsRecordOn) {
     sandbox.write("agent", "# comment\nacs-url http://acs/#x\n\n  host 192.0.2.1\nport 65535\npath /p\n");
     const char* record = "agent http://acs/#x http://192.0.2.1:65535/p";
-    EXPECT_EQ(sandbox.run("--agent agent get Device.Box.Name").calls,
+    EXPECT_EQ(sandbox.run("--agent agent get --live Device.Box.Name").calls,
               std::string("Box_Name 0 [00000000] ") + record + "\n");
     EXPECT_EQ(sandbox.run("--agent agent set Device.Box.Late=").calls,
-              std::string("Box_Late 1 [00000000] ") + record + "\n");
+              std::string("begin\nBox_Late 1 [00000000] ") + record + "\nkeep\n");
     for (const std::string line :
          {"port 65536", "port -1", "port", "host 1192.1168.100.200", "host a b", "colour red"}) {
         sandbox.write("agent", line);
@@ -312,6 +317,8 @@ TEST_F(Dm, NamesPathAndFaultOfEachError) {
         {"set Device.Box.Name", 2, "dm: Device.Box.Name: PATH=VALUE expected\n"},
         {"set Device.Box.=1", 3, "dm: Device.Box.: fault 9005: an object has no value\n"},
         {"set Device.Box.Name=1 Device.Faulty.Absent=1", 4, "the library has no handler Faulty_Absent\n"},
+        {"recover", 1, "cannot be undone whole\n", "AGENT_END=-1"},
+        {"add Device.Box.Rule.", 1, "dm: configuration: fault 9002: another program", "AGENT_BEGIN=-1"},
         {"set Device.Box.Name=refuse1", 1, "fault 9007: the value was refused in the apply pass\n"},
         {"set Device.Box.Name=refuse3", 1, "refused in the check pass: why\n", "AGENT_REASON=why"},
         {"get Device.Faulty.Broken", 1, "the value cannot be read: why\n", "AGENT_REASON=why"},
@@ -384,7 +391,8 @@ TEST_F(Dm, ChecksTypesAndNormalisesBooleansBeforeAHandlerIsCalled) {
     for (const auto& row : rows) {
         const auto result = sandbox.run(std::string("set Device.Typed.") + row.assignment);
         if (row.given) {
-            EXPECT_TRUE(result.calls.starts_with(std::string("Box_Name 2 [00000000] ") + row.given + "\n"))
+            EXPECT_TRUE(
+                result.calls.starts_with(std::string("begin\nBox_Name 2 [00000000] ") + row.given + "\n"))
                 << row.assignment << result.calls;
         } else {
             EXPECT_EQ(result.calls, "") << row.assignment;
@@ -434,8 +442,8 @@ TEST_F(Dm, RefusesABrokenModel) {
 }
 
 TEST_F(Dm, EntersTheRouterRootBeforeItLoadsAnything) {
-    const auto result = sandbox.run_bare("--root . --library /library.so --model /model get Device.Box.Name",
-                                         "AGENT_CALLS=/calls");
+    const auto result = sandbox.run_bare(
+        "--root . --library /library.so --model /model get --live Device.Box.Name", "AGENT_CALLS=/calls");
     if (result.exit == 5) GTEST_SKIP() << "neither chroot nor a user namespace is allowed here";
     EXPECT_EQ(result.out, "Device.Box.Name  box\n");
     EXPECT_EQ(result.calls, "Box_Name 0 [00000000]\n");

@@ -101,13 +101,6 @@ int Agent::set(cwmp_handler handler, const Target& target, int op, const std::st
     return call(handler, op, locate.data(), value.c_str(), &flags, state_);
 }
 
-bool Agent::revert(unsigned& flags) const {
-    const cwmp_handler handler = library_.find("func_obj_revert");
-    if (!handler) return false;
-    Locate locate{};
-    return call(handler, CWMP_OP_APPLY, locate.data(), "", &flags, state_) == 0;
-}
-
 const std::vector<int>& Agent::instances(const Node& table, const std::vector<int>& outer) {
     const std::string path = concrete_path(table.path, outer);
     auto [entry, is_new] = instances_.try_emplace(path);

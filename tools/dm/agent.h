@@ -33,9 +33,6 @@ class Agent {
     int set(cwmp_handler handler, const Target& target, int op, const std::string& value,
             unsigned& flags) const;
 
-    // Whether the library could be asked to revert.
-    bool revert(unsigned& flags) const;
-
     // The instance numbers of a table in ascending order. Read once, then remembered.
     const std::vector<int>& instances(const Node& table, const std::vector<int>& outer);
 

@@ -58,7 +58,9 @@ CommandLine::CommandLine()
         ->add_option("--interval", options.interval, "Seconds between two readings")
         ->check(CLI::Range(1, 86400))
         ->capture_default_str();
-    add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE", 1);
+    add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE", 1)
+        ->add_flag("--dry-run", options.dry_run, "Stage and check the values, then undo all of it");
+    add("recover", "Undo the change that a killed program has left half done", nullptr, 0);
     add("add", "Add an instance and set its parameters: Device.NAT.PortMapping. Protocol=TCP",
         "OBJECT [NAME=VALUE]", 1);
     add("del", "Delete instances: Device.NAT.PortMapping.3.", "INSTANCE", 1);

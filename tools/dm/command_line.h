@@ -18,6 +18,7 @@ struct Options {
     std::optional<std::string> agent;
     std::optional<int> log_level;
     bool why = false;
+    bool dry_run = false;
     bool live = false;
     Words words;  // the command's arguments
     const Test* test = nullptr;

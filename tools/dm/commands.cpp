@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "change.h"
 #include "failure.h"
 #include "path.h"
 #include "transaction.h"
@@ -76,10 +77,18 @@ Instance deletable(Session& session, const std::string& path) {
     return {*target.node, target.numbers, number};
 }
 
-void remove(Session& session, const Instance& instance) {
-    unsigned flags = 0;
-    session.agent.remove(instance.table, instance.outer, instance.number, flags);
-    note_apply_flags(session.report, flags);
+// Runs the action unless something was wrong before; a failure undoes all of it.
+template <typename Action>
+void change(Session& session, Action action) {
+    Report& report = session.report;
+    if (!report.errors.empty()) return;
+    note_failure(report, [&] {
+        Change whole(session.library, report);
+        note_failure(report, [&] { action(whole); });
+        if (report.errors.empty() && !session.dry_run) return whole.keep();
+        whole.undo();
+        report.instances.reset();
+    });
 }
 
 }  // namespace
@@ -108,30 +117,27 @@ void set_values(Session& session, const Words& assignments) {
     for (const std::string& assignment : assignments) {
         note_failure(session.report, [&] { transaction.add(assignment); });
     }
-    if (session.report.errors.empty()) transaction.run();
+    change(session, [&](Change& whole) { transaction.run(whole, session.dry_run); });
 }
 
 void add_instance(Session& session, const std::string& object, const Words& assignments) {
     note_failure(session.report, [&] {
-        Report& report = session.report;
         const Target target = find_target(session.model, object);
         const Node& table = table_of(target);
         require_changeable(table, object);
         session.agent.resolve(target);
         for (const std::string& text : assignments) assignment(session.model, object + "1." + text);
-        unsigned flags = 0;
-        const int number = session.agent.add(table, target.numbers, flags);
-        const std::string added = object + std::to_string(number) + '.';
-        note_apply_flags(report, flags);
-        Words settings;
-        for (const std::string& text : assignments) settings.push_back(added + text);
-        session.agent.forget_instances();
-        if (!settings.empty()) set_values(session, settings);
-        if (report.errors.empty()) {
-            report.instances = {added};
-        } else {
-            remove(session, {table, target.numbers, number});
-        }
+        change(session, [&](Change& whole) {
+            unsigned flags = 0;
+            const int number = session.agent.add(table, target.numbers, flags);
+            const std::string added = object + std::to_string(number) + '.';
+            session.report.instances = {added};
+            note_apply_flags(session.report, flags);
+            session.agent.forget_instances();
+            Transaction transaction(session.agent, session.model, session.report);
+            for (const std::string& text : assignments) transaction.add(added + text);
+            transaction.run(whole, session.dry_run);
+        });
     });
 }
 
@@ -141,13 +147,13 @@ void delete_instances(Session& session, const Words& instances) {
     for (const std::string& path : instances) {
         note_failure(report, [&] { found.push_back(deletable(session, path)); });
     }
-    if (!report.errors.empty()) return;
-    note_failure(report, [&] {
-        for (size_t i = 0; i < found.size(); ++i) {
-            remove(session, found[i]);
-            if (!report.instances) report.instances.emplace();
-            report.instances->push_back(instances[i]);
+    change(session, [&](Change&) {
+        for (const Instance& instance : found) {
+            unsigned flags = 0;
+            session.agent.remove(instance.table, instance.outer, instance.number, flags);
+            note_apply_flags(report, flags);
         }
+        report.instances = instances;
     });
 }
 

@@ -15,8 +15,9 @@ struct Session {
     const Model& model;
     Agent& agent;
     Report& report;
-    bool (*wanted)(const Node&) = nullptr;  // a walk leaves the other parameters out
+    bool dry_run = false;                   // a change is checked and undone
     bool live = false;                      // every parameter is read anew, also of several
+    bool (*wanted)(const Node&) = nullptr;  // a walk leaves the other parameters out
 };
 
 using Words = std::vector<std::string>;

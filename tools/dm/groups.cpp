@@ -13,10 +13,9 @@ namespace {
 struct Kind {
     const char* name = "";
     std::size_t size = 0;
-    bool restorable = true;  // by func_obj_revert
 };
 
-constexpr Kind kKinds[] = {{"pppoe", sizeof(cwmp_pppoe_record)}, {"dhcp", sizeof(cwmp_dhcp_record), false},
+constexpr Kind kKinds[] = {{"pppoe", sizeof(cwmp_pppoe_record)}, {"dhcp", sizeof(cwmp_dhcp_record)},
                            {"lan", sizeof(cwmp_lan_record)},     {"wan", sizeof(cwmp_wan_record)},
                            {"iptv", sizeof(cwmp_iptv_record)},   {"vlan", sizeof(cwmp_vlan_record)}};
 
@@ -27,7 +26,7 @@ Groups::Groups(const Library& library) {
         const std::string record = std::string(kind.name) + "_obj_data";
         const auto* staging = static_cast<const char*>(library.data(record));
         const auto* revert = static_cast<const char*>(library.data(record + "_revert"));
-        if (staging && revert) groups_.push_back({kind.name, staging, revert, kind.size, kind.restorable});
+        if (staging && revert) groups_.push_back({kind.name, staging, revert, kind.size});
     }
 }
 
@@ -53,13 +52,13 @@ void Groups::after_call(int op, bool accepted, std::optional<std::size_t>& own) 
 }
 
 void Groups::before_revert() {
+    for (Group& group : groups_) group.to_revert = group.checked({group.revert, group.size});
+}
+
+// The library does not tell which group it could not revert.
+void Groups::after_revert(bool whole) {
     for (Group& group : groups_) {
-        if (!group.checked({group.revert, group.size})) continue;
-        if (group.restorable) {
-            group.note("reverted");
-        } else {
-            group.note(group.checked(group.now()) ? "applied by the revert" : "not reverted");
-        }
+        if (group.to_revert) group.note(whole ? "reverted" : "perhaps not reverted");
     }
 }
 

@@ -21,6 +21,7 @@ class Groups {
     void before_call();
     void after_call(int op, bool accepted, std::optional<std::size_t>& own);
     void before_revert();
+    void after_revert(bool whole);
 
     // The groups that the transaction touched.
     std::vector<Report::Group> touched() const;
@@ -31,7 +32,7 @@ class Groups {
         const char* staging = nullptr;
         const char* revert = nullptr;
         std::size_t size = 0;
-        bool restorable = true;
+        bool to_revert = false;
         std::string before = {};
         std::vector<std::string> steps = {};
 

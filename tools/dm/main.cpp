@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "agent_state.h"
+#include "change.h"
 #include "command_line.h"
 #include "complete.h"
 #include "exchange.h"
@@ -69,6 +70,7 @@ void run_command(CommandLine& line, Session& session, FILE* out) {
          }},
         {"del", [&] { delete_instances(session, words); }},
         {"list", [&] { list_instances(session, words); }},
+        {"recover", [&] { recover(session.library, session.report); }},
         {"export", [&] { export_values(session, words.empty() ? Words{"Device."} : words); }},
         {"import", [&] { import_values(session, words.front()); }},
         {"diagnose", [&] { diagnose(session, *options.test, options.request, options.seconds); }},
@@ -96,8 +98,7 @@ void run(CommandLine& line, Report& report, FILE* out) {
         } else if (options.log_level) {
             agent.set_log_level(*options.log_level);
         }
-        Session session{library, model, agent, report};
-        session.live = options.live;
+        Session session{library, model, agent, report, options.dry_run, options.live};
         if (!line.completes) return run_command(line, session, out);
         for (std::string path : completions(session, options.words.back())) {
             if (line.command == "set" && !path.ends_with('.')) path += '=';

@@ -47,16 +47,16 @@ void Transaction::add(const std::string& text) {
     settings_.push_back({std::move(target), std::move(value), handler, {}, {}});
 }
 
-void Transaction::run() {
-    try {
-        run_passes();
-    } catch (const Failure& refusal) {
-        report_.errors.push_back(refusal);
+void Transaction::run(Change& whole, bool dry_run) {
+    if (settings_.empty()) return;
+    note_failure(report_, [&] { run_passes(dry_run); });
+    report_.apply_flags = report_.apply_flags.value_or(0) | flags_;
+    if (dry_run || !report_.errors.empty()) {
         groups_.before_revert();
-        report_.reverted = agent_.revert(flags_);
+        whole.undo();
+        groups_.after_revert(*report_.reverted);
     }
     report_.groups = groups_.touched();
-    report_.apply_flags = report_.apply_flags.value_or(0) | flags_;
     for (const Setting& setting : settings_) {
         if (!setting.passes.empty()) {
             report_.parameters.push_back({setting.target.path, setting.value,
@@ -66,8 +66,9 @@ void Transaction::run() {
     }
 }
 
-void Transaction::run_passes() {
+void Transaction::run_passes(bool dry_run) {
     for (const Pass& pass : kPasses) {
+        if (dry_run && pass.op == CWMP_OP_APPLY) return;
         for (Setting& setting : settings_) {
             if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
             if (!accepts(setting, pass.op)) {

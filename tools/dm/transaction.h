@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "agent.h"
+#include "change.h"
 #include "groups.h"
 #include "report.h"
 
@@ -28,8 +29,9 @@ class Transaction {
     // Takes PATH=VALUE. Throws Failure when the parameter cannot be set.
     void add(const std::string& assignment);
 
-    // All handlers with each pass in turn; reverts at the first refusal.
-    void run();
+    // All handlers with each pass in turn; undoes the change at the first refusal. A dry run ends before anything is
+    // applied, and undoes it too.
+    void run(Change& whole, bool dry_run);
 
   private:
     struct Setting {
@@ -40,7 +42,7 @@ class Transaction {
         std::optional<std::size_t> group;  // of settings
     };
 
-    void run_passes();
+    void run_passes(bool dry_run);
     bool accepts(Setting& setting, int op);
 
     Agent& agent_;
