@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cctype>
 #include <climits>
-#include <cstring>
 #include <fstream>
 #include <map>
 #include <optional>
@@ -227,10 +226,6 @@ void wait_diagnostics(Session& session, int seconds) {
         });
         session.report.diagnostics_complete = true;
     });
-}
-
-void hide_arguments(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) std::memset(argv[i], 0, std::strlen(argv[i]));
 }
 
 }  // namespace cwmp

@@ -47,8 +47,4 @@ void diagnose(Session& session, const Test& test, const TestRequest& request, in
 // Waits for the end of a test that was requested elsewhere.
 void wait_diagnostics(Session& session, int seconds);
 
-// A running trace route is looked for in the process list by its target: dm's own command line must not
-// hold it.
-void hide_arguments(int argc, char** argv);
-
 }  // namespace cwmp

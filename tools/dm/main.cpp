@@ -127,7 +127,6 @@ int dm(int argc, char** argv) {
     Options& options = line.options;
     const size_t columns = columns_of(STDOUT_FILENO, options.tables);
     const File out = take_standard_output();
-    if (options.test) hide_arguments(argc, argv);
     if (report.errors.empty()) run(line, report, out.get());
     if (line.command == "export" && options.format == Format::Table) options.format = Format::Plain;
     const bool printed = line.command == "watch" || line.completes;
