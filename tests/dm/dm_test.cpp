@@ -117,6 +117,7 @@ TEST_F(Dm, CallsHandlersWithFreshInstanceNumbersInTheAgentsOrder) {
          "Box_Port_Speed 1 [10000000] z\nBox_Name 1 [00000000] box\nBox_Late 1 [00000000] a\\b\nkeep\n"},
         {"import values",
          "Box_Name 0 [00000000]\nBox_Late 0 [00000000]\nbegin\nBox_Late 1 [00000000] a\\b\nkeep\n"},
+        {"set Device.Box.Name=1 Device.Box.Text=2", ""},
         {"names", ""},
     };
     sandbox.write("values", "# as exported\n\nDevice.Box.Name=box\r\nDevice.Box.Late=a\\\\b\n");
@@ -401,10 +402,6 @@ TEST_F(Dm, ChecksTypesAndNormalisesBooleansBeforeAHandlerIsCalled) {
         }
     }
     EXPECT_EQ(sandbox.run("set Device.Box.Port.1.Queue.1.Weight=1,10").exit, 1);
-}
-
-TEST_F(Dm, CallsNoSetHandlerWhenAnAssignmentIsRefusedBeforehand) {
-    EXPECT_EQ(sandbox.run("set Device.Box.Name=1 Device.Box.Text=2").calls, "");
 }
 
 TEST_F(Dm, RefusesABrokenModel) {

@@ -161,7 +161,7 @@ std::string found_so_far(const Test& test) {
             results += counts ? 1 : 0;
         }
     }
-    return std::to_string(results) + " results";
+    return std::to_string(results) + (*test.mark ? " networks" : " hops");
 }
 
 // Those that are not given get their usual value: what an earlier test has left says nothing about this one.

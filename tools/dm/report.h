@@ -32,8 +32,8 @@ struct Report {
     std::optional<std::vector<std::string>> secrets;  // that an export leaves out
     // Rows that tables show in place of some parameters, headings first.
     std::optional<std::vector<std::vector<std::string>>> table;
-    std::string table_of = {};       // what such parameters' paths begin with
-    std::vector<std::string> notes;  // for people
+    std::string table_of = {};  // what such parameters' paths begin with
+    std::vector<std::string> notes;
     bool diagnostics_complete = false;
     std::optional<unsigned> apply_flags;
     std::optional<bool> reverted;

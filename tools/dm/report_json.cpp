@@ -106,6 +106,7 @@ void print_json(const Report& report, FILE* out) {
     if (report.instances) put(result, "instances", array(*report.instances, text));
     if (report.secrets) put(result, "secrets", array(*report.secrets, text));
     if (!report.groups.empty()) put(result, "groups", array(report.groups, group_json));
+    if (!report.notes.empty()) put(result, "notes", array(report.notes, text));
     if (report.diagnostics_complete) put(result, "diagnosticsComplete", flag(true));
     if (report.reverted) put(result, "reverted", flag(*report.reverted));
     if (report.apply_flags) {
