@@ -8,8 +8,8 @@
  * before.
  *
  * Every object has a staging record and a revert record of the same layout, process-wide and all zero while
- * idle. The first field staged after an apply or a revert begins a new transaction: it clears the revert
- * records.
+ * idle. The first stage pass of any writable parameter after an apply or a revert begins a new transaction: it
+ * clears the revert records.
  *
  * Texts are NUL-terminated and owned by the caller; a longer text than a field takes is cut. Call everything
  * here from one thread, one call at a time: the exchange with the check script goes through two files of

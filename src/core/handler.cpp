@@ -25,7 +25,8 @@ int GetArguments::answer(std::string_view text) const {
 int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
 int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
 
-SetArguments::SetArguments(Arguments args) {
+SetArguments::SetArguments(int op, Arguments args) {
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
     end_bulk_read();
     forget_refusal();
     va_list copy;

@@ -26,6 +26,9 @@ using Handler = int (*)(int op, Arguments args);
 inline constexpr int kDone = 0;
 inline constexpr int kRefused = -1;
 
+// What the stage pass of any writable parameter begins, once the transaction before has ended; the staging engine's.
+void begin_stage_pass();
+
 // The arguments are taken from a copy of the list: a handler may read them and still forward the list.
 class GetArguments {
   public:
@@ -46,7 +49,8 @@ class GetArguments {
 
 class SetArguments {
   public:
-    explicit SetArguments(Arguments args);
+    // The stage pass of any writable parameter begins a transaction of grouped settings.
+    SetArguments(int op, Arguments args);
 
     int* locate() const { return locate_; }
     // Null when the agent passed none.

@@ -4,7 +4,6 @@
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "staged/check_script.h"
-#include "staged/transaction.h"
 
 namespace cwmp::staged {
 
@@ -81,7 +80,7 @@ bool Check::fail(const char* message, int level) const {
 
 // What a check has not seen must not be applied: a new field takes the marker away.
 int stage(const Object& object, int option, const char* value, Caller caller) {
-    begin_staged_transaction();
+    begin_stage_pass();
     const auto staging = Record::staging(object);
     const int taken = put(object, staging, option, value, false, caller);
     if (taken == kPassed) staging.checked() = 0;
@@ -131,7 +130,7 @@ int apply(const Object& object, unsigned int* flags, Caller caller) {
 
 }  // namespace cwmp::staged
 
-void cwmp::begin_staged_transaction() {
+void cwmp::begin_stage_pass() {
     if (!staged::transaction_ended) return;
     staged::transaction_ended = false;
     for (const staged::Object* object : staged::kObjects) staged::Record::revert(*object).clear();

@@ -4,7 +4,6 @@
 #include "config/transaction.h"
 #include "core/text.h"
 #include "staged/engine.h"
-#include "staged/transaction.h"
 
 using namespace cwmp;
 using namespace cwmp::staged;

@@ -261,6 +261,25 @@ TEST_F(StagedRules, UnreadableConfigurationLeavesNothingToRestore) {
     }
 }
 
+// A transaction of ordinary settings that is refused at once must not undo the one before.
+TEST_F(StagedRules, AnyStagePassBeginsATransaction) {
+    package("cwmp", "config info 'info'\n");
+    for (const auto& [name, value] : {std::pair("ManagementServer_PeriodicInformInterval", "60"),
+                                      std::pair("DHCPv4_Server_Pool_StaticAddress_Chaddr", "nonsense"),
+                                      std::pair("NAT_PortMapping_Enable", "1")}) {
+        SCOPED_TRACE(name);
+        in_force("vlan", R"({"vlan_enable":"1","vlan_vid":"9"})");
+        script("vlan_whole", kAccepted);
+        stage(CWMP_STAGED_VLAN, {{CWMP_VLAN_ENABLE, "1"}, {CWMP_VLAN_VLAN_ID, "7"}});
+        EXPECT_EQ(check(CWMP_STAGED_VLAN), 1);
+        EXPECT_EQ(apply(CWMP_STAGED_VLAN), 1);
+        set(name, {1, 1}, value, CWMP_OP_APPLY);
+        EXPECT_FALSE(idle(FROM_LIBRARY(vlan_obj_data_revert)));
+        set(name, {1, 1}, value, CWMP_OP_STAGE);
+        EXPECT_TRUE(all_idle());
+    }
+}
+
 TEST_F(StagedRules, CommandsStandAsTheShellGetsThem) {
     stage(CWMP_STAGED_WAN, {{CWMP_WAN_TYPE, "DHCP"}});
     EXPECT_EQ(check(CWMP_STAGED_WAN), 1);

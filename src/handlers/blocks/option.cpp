@@ -25,8 +25,8 @@ int get_option(Arguments args, const Option& parameter, const OptionEvents& even
     return get.answer(stored ? stored->c_str() : parameter.missing);
 }
 
-int set_option(Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
-    const SetArguments set(args);
+int set_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
     if (!text) return fail(caller, events.refused);
@@ -44,7 +44,7 @@ int option(int op, Arguments args, const Option& parameter) { return option(op, 
 
 int option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     return op == CWMP_OP_GET ? get_option(args, parameter, events, caller)
-                             : set_option(args, parameter, events, caller);
+                             : set_option(op, args, parameter, events, caller);
 }
 
 int read_only_option(int op, Arguments args, const Option& parameter) {

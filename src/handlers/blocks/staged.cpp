@@ -1,8 +1,6 @@
 #include "handlers/blocks/staged.h"
 
 #include "core/refusal.h"
-#include "staged/transaction.h"
-
 namespace cwmp {
 
 namespace {
@@ -27,14 +25,14 @@ int execute(const StagedField& field, int mode, const char* value, unsigned int*
 }  // namespace
 
 bool enters_pass(int op) {
-    if (op == CWMP_OP_STAGE) begin_staged_transaction();
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
     return mode_of(op).has_value();
 }
 
 int staged(int op, Arguments args, const StagedField& field, Caller caller) {
     if (!enters_pass(op)) return kDone;
     const auto mode = mode_of(op);
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     // The engine refuses to stage a value that is not there; check and apply take none.
     if (field.to_stage == nullptr || set.value() == nullptr)
         return execute(field, *mode, set.value(), set.flags());

@@ -50,7 +50,7 @@ void log_value(Caller caller, const char* event, const char* value) {
 int server_setting(int op, Arguments args, const char* event, Option setting,
                    Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) {
-        const char* value = SetArguments(args).value();
+        const char* value = SetArguments(op, args).value();
         if (value == nullptr) return kRefused;
         log_value(caller, event, value);
     }
@@ -91,7 +91,7 @@ int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller calle
 
 HANDLER(ManagementServer_URL) {
     const auto* agent = agent_state(op, args);
-    if (op != CWMP_OP_GET) return set_url(SetArguments(args), agent, Caller::here());
+    if (op != CWMP_OP_GET) return set_url(SetArguments(op, args), agent, Caller::here());
     return agent != nullptr ? GetArguments(args).answer(field(agent->acs_url)) : kRefused;
 }
 
@@ -172,25 +172,25 @@ std::int64_t stored_bound(const char* name) {
     return decimal(read_option(kStun / name).value_or("0").c_str());
 }
 
-std::int64_t new_bound(Arguments args) {
-    const char* value = SetArguments(args).value();
+std::int64_t new_bound(int op, Arguments args) {
+    const char* value = SetArguments(op, args).value();
     return value != nullptr ? decimal(value) : 0;
 }
 
 }  // namespace
 
 HANDLER(ManagementServer_STUNMaximumKeepAlivePeriod) {
-    if (op != CWMP_OP_GET && new_bound(args) < stored_bound("MinKeepPeriod")) return kRefused;
+    if (op != CWMP_OP_GET && new_bound(op, args) < stored_bound("MinKeepPeriod")) return kRefused;
     return stun_setting(op, args, "MaxKeepPeriod", "-1");
 }
 HANDLER(ManagementServer_STUNMinimumKeepAlivePeriod) {
-    if (op != CWMP_OP_GET && new_bound(args) > stored_bound("MaxKeepPeriod")) return kRefused;
+    if (op != CWMP_OP_GET && new_bound(op, args) > stored_bound("MaxKeepPeriod")) return kRefused;
     return stun_setting(op, args, "MinKeepPeriod", "10");
 }
 
 HANDLER(ManagementServer_ConnReqXMPPConnection) {
     if (op == CWMP_OP_GET) return constant(op, args, kXmppConnection);
-    const char* value = SetArguments(args).value();
+    const char* value = SetArguments(op, args).value();
     return value != nullptr && std::strcmp(value, kXmppConnection) == 0 ? kDone : kRefused;
 }
 HANDLER(ManagementServer_ConnReqAllowedJabberIDs) {

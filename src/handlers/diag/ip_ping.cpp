@@ -47,7 +47,7 @@ int TimeNomal(int op, va_list args, const char* option) { return test_result(op,
 
 HANDLER(IPPingDiagnostics_DiagnosticsState) {
     if (op == CWMP_OP_GET) return test_state(args, kPing / "DiagnosticsState", kPing / "last_ping_status");
-    if (!is_request(SetArguments(args))) return kRefused;
+    if (!is_request(SetArguments(op, args))) return kRefused;
     return test_option(op, args, {.at = kPing / "DiagnosticsState", .apply = CWMP_APPLY_PING_TEST});
 }
 

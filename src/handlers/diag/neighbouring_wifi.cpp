@@ -188,7 +188,7 @@ int WiFi_NeighboringWiFi_Param_Get(int op, va_list args, const char* option) {
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_DiagnosticsState) {
     if (op == CWMP_OP_GET) return test_state(args, kScan / "DiagnosticsState", kScan / "last_scan_status");
-    if (!is_request(SetArguments(args))) return kRefused;
+    if (!is_request(SetArguments(op, args))) return kRefused;
     return op == CWMP_OP_APPLY ? start_scan() : kDone;
 }
 

@@ -16,7 +16,7 @@ constexpr std::size_t kLongestUrl = 256;
 
 int request(int op, Arguments args, const Section& test, unsigned int apply) {
     if (op == CWMP_OP_GET) return test_result(op, args, test / "state", kNoTest);
-    if (!is_request(SetArguments(args))) return kRefused;
+    if (!is_request(SetArguments(op, args))) return kRefused;
     return test_option(op, args, {.at = test / "state", .apply = apply});
 }
 
@@ -46,7 +46,7 @@ int duration(int op, Arguments args, const Section& test) {
 int connections(int op, Arguments args, const Section& test) {
     if (op != CWMP_OP_GET) {
         const auto most = read_test(test / "max_conn");
-        const SetArguments set(args);
+        const SetArguments set(op, args);
         if (set.value() == nullptr) return kRefused;
         if (!number_within(set.value(), 1, most ? std::strtol(most->c_str(), nullptr, 10) : 1))
             return kRefused;
@@ -69,7 +69,7 @@ std::string wan_device() {
 
 int interface(int op, Arguments args, const Section& test) {
     if (op == CWMP_OP_GET) return test_result(op, args, test / "interface", "br-wan");
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     std::string device = set.value() != nullptr ? set.value() : "";
     if (device == kNoTest) device.clear();
     if (!device.empty() && device != wan_device()) return kRefused;

@@ -106,7 +106,7 @@ int libdiagnostics_startTraceRoute() {
 // The state stays as it is until the run begins.
 HANDLER(IP_Diagnostics_TraceRoute_DiagnosticsState) {
     if (op == CWMP_OP_GET) return test_state(args, kTrace / "DiagnosticsState", kTrace / "last_trace_status");
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (!is_request(set)) return kRefused;
     set.raise(CWMP_APPLY_TRACE_ROUTE);
     return kDone;

@@ -25,9 +25,9 @@ std::optional<std::string> switch_digit(const char* value) {
     return std::nullopt;
 }
 
-int set_switch(Arguments args, const char* option, unsigned int apply_when_on,
+int set_switch(int op, Arguments args, const char* option, unsigned int apply_when_on,
                Caller caller = Caller::here()) {
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const auto digit = switch_digit(set.value());
     if (!digit)
@@ -70,7 +70,7 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
         }
         return GetArguments(args).answer("");
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr || !text_within(set.value(), kLongest)) return kRefused;
     const auto device = device_of(set.value());
     if (!device) return REFUSE("Don't support this interface : %s now\n", set.value());
@@ -84,7 +84,7 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_SourceIPAddress) {
 
 HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
     if (!is_known(op)) return kRefused;
-    if (op != CWMP_OP_GET) return set_switch(args, "Enable", CWMP_APPLY_UDP_ECHO);
+    if (op != CWMP_OP_GET) return set_switch(op, args, "Enable", CWMP_APPLY_UDP_ECHO);
     const auto stored = read_test(kEcho / "Enable");
     if (!stored) return kRefused;
     if (*stored != "0" && *stored != "1")
@@ -93,7 +93,7 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
 }
 
 HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {
-    if (op == CWMP_OP_APPLY) return set_switch(args, "EchoPlusEnabled", 0);
+    if (op == CWMP_OP_APPLY) return set_switch(op, args, "EchoPlusEnabled", 0);
     return test_result(op, args, kEcho / "EchoPlusEnabled", "1");
 }
 

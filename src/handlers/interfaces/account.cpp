@@ -33,7 +33,7 @@ int get_account(Arguments args, const Account& account, Caller caller) {
 
 int account(int op, Arguments args, const Account& account, Caller caller) {
     if (op == CWMP_OP_GET) return get_account(args, account, caller);
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (require_instance(account.object, set.locate(), caller) == nullptr) return kRefused;
     const auto text = account.accepts(set.value());

@@ -55,7 +55,7 @@ bool has_switch(int client) { return client == kInternet && interfaces::has_plai
 
 int set_enable(int op, Arguments args, Caller caller = Caller::here()) {
     if (!enters_pass(op)) return kDone;
-    const auto client = require_number(SetArguments(args).locate()[0], kClients, caller);
+    const auto client = require_number(SetArguments(op, args).locate()[0], kClients, caller);
     if (!client) return kRefused;
     if (!has_switch(*client)) return refuse_instance(*client, caller);
     return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, type_of_wan}, caller);

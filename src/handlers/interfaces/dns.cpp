@@ -63,8 +63,8 @@ std::optional<std::string> server_to_store(const char* value) {
     return value;
 }
 
-int set_fixed(Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(args);
+int set_fixed(int op, Arguments args, Caller caller = Caller::here()) {
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const auto server = require_number(set.locate()[0], kServers, caller);
     if (!server) return kRefused;
@@ -94,7 +94,7 @@ HANDLER(DNS_Relay_ForwardNumberOfEntries) { return constant(op, args, "2"); }
 HANDLER(DNS_Relay_Forwarding_Interface) { return numbered(op, args, kServers, forwarding_interface); }
 HANDLER(DNS_Relay_Forwarding_Type) { return numbered(op, args, kServers, forwarding_type); }
 HANDLER(DNS_Relay_Forwarding_DNSServer) {
-    if (op != CWMP_OP_GET) return set_fixed(args);
+    if (op != CWMP_OP_GET) return set_fixed(op, args);
     const GetArguments get(args);
     const auto server = require_number(get.locate()[0], kServers, Caller::here());
     if (!server) return kRefused;

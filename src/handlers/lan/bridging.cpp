@@ -44,7 +44,7 @@ int set_internet_vlan(const SetArguments& set) {
 }  // namespace
 
 HANDLER(Layer2Bridging_Bridge_VLAN_VLANID) {
-    if (op != CWMP_OP_GET) return set_internet_vlan(SetArguments(args));
+    if (op != CWMP_OP_GET) return set_internet_vlan(SetArguments(op, args));
     const auto identifier = read_option(kCustom / "internet_vid");
     return identifier ? GetArguments(args).answer(*identifier) : kRefused;
 }

@@ -130,7 +130,7 @@ HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
         if (servers) return GetArguments(args).answer(*servers);
         return REFUSE(" get dns-server enable error\n\n");
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const std::string_view servers = set.value();
     std::size_t position = 0;

@@ -24,7 +24,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Enable) {
         const auto enable = reservation_at(get.locate()).stored("enable");
         return enable ? get.answer(*enable == kOn ? "1" : "0") : kRefused;
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const Reservation entry = reservation_at(set.locate());
     const auto mac = entry.read("mac");
@@ -41,7 +41,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
         if (!mac) return kRefused;
         return get.answer(is_unset(*mac, kNoMac) ? "" : *mac);
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1)
         return REFUSE("failed to set invalid mac %s\n", set.value());
@@ -88,7 +88,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
         const auto lan = read_lan(Caller::here());
         return lan ? get.answer(lan->complete(*host)) : kRefused;
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const std::string address = set.value();
     if (!is_host_address(set.value())) return REFUSE("failed to set invalid ip %s\n", set.value());

@@ -62,7 +62,7 @@ bool erase(MirroredBatch& batch, const char* name, const SetArguments& set, Call
 
 int remove(Arguments args, Caller caller) {
     constexpr const char* kUndeleted = "failed to del obj\n";
-    const SetArguments set(args);
+    const SetArguments set(CWMP_OP_APPLY, args);
     MirroredBatch batch(kReservations);
     if (!batch.hold()) return fail(caller, kUndeleted);
     const auto numbers = ReservationNumbers::read(caller);

@@ -59,8 +59,8 @@ bool is_lan_host(const char* text, Caller caller) {
            libutil_netChkSameSubnet(text, nullptr, address->c_str(), mask->c_str()) == 1;
 }
 
-int set_dmz_address(Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(args);
+int set_dmz_address(int op, Arguments args, Caller caller = Caller::here()) {
+    const SetArguments set(op, args);
     if (set.value() == nullptr || !is_lan_host(set.value(), caller)) return kRefused;
     if (!write_option(kDmz / "ipaddr", set.value()))
         return refuse(caller, kError, "failed to set dmz ipaddr\n");
@@ -70,8 +70,8 @@ int set_dmz_address(Arguments args, Caller caller = Caller::here()) {
     return kDone;
 }
 
-int set_dmz_enable(Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(args);
+int set_dmz_enable(int op, Arguments args, Caller caller = Caller::here()) {
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const bool on = std::string_view(set.value()) == "1";
     if (!write_option(kDmz / "enable", on ? "on" : "off"))
@@ -83,12 +83,12 @@ int set_dmz_enable(Arguments args, Caller caller = Caller::here()) {
 }  // namespace
 
 HANDLER(NAT_X_QM_DmzHostCfg_Enable) {
-    if (op != CWMP_OP_GET) return set_dmz_enable(args);
+    if (op != CWMP_OP_GET) return set_dmz_enable(op, args);
     const auto enable = read_or_log(kDmz / "enable", "failed to find dmz config\n", Caller::here());
     return GetArguments(args).answer(enable == "on" ? "1" : "0");
 }
 
 HANDLER(NAT_X_QM_DmzHostCfg_IPAddress) {
-    if (op != CWMP_OP_GET) return set_dmz_address(args);
+    if (op != CWMP_OP_GET) return set_dmz_address(op, args);
     return GetArguments(args).answer(dmz_address().value_or(""));
 }

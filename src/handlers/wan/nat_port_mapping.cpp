@@ -66,8 +66,8 @@ int get_field(Arguments args, const Field& field, Caller caller) {
     return get.answer(field.shown != nullptr ? field.shown(stored, mapping) : stored.value_or(""));
 }
 
-int set_field(Arguments args, const Field& field, Caller caller) {
-    const SetArguments set(args);
+int set_field(int op, Arguments args, const Field& field, Caller caller) {
+    const SetArguments set(op, args);
     Mapping mapping;
     if (set.value() == nullptr || !mapping.open(set.locate(), caller)) return kRefused;
     if (!mapping.value(kNumberOption)) return refuse(caller, kDebug, "%s", kNoInstance);
@@ -79,7 +79,7 @@ int set_field(Arguments args, const Field& field, Caller caller) {
 }
 
 int mapping_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? get_field(args, field, caller) : set_field(args, field, caller);
+    return op == CWMP_OP_GET ? get_field(args, field, caller) : set_field(op, args, field, caller);
 }
 
 int read_only_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {

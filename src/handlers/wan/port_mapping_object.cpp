@@ -66,7 +66,7 @@ int fail(Caller caller, int level, const char* event) {
 
 int add(Arguments args, Caller caller) {
     const GetArguments out(args);
-    const SetArguments set(args);
+    const SetArguments set(CWMP_OP_APPLY, args);
     if (set.locate() == nullptr || set.locate()[0] != 0) {
         refuse(caller, kDebug, "can't set Device.NATPortmapping with exact locate\n\n");
         return kInvalidName;
@@ -86,7 +86,7 @@ int add(Arguments args, Caller caller) {
 }
 
 int remove(Arguments args, Caller caller) {
-    const SetArguments set(args);
+    const SetArguments set(CWMP_OP_APPLY, args);
     const int number = set.value() == nullptr ? 0 : decimal_prefix(set.value());
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = std::to_string(number);

@@ -22,7 +22,7 @@ int bandwidth(int op, Arguments args, const OptionPath& at) {
         if (!stored) return get.answer(kMostBandwidth);
         return get.answer(std::to_string(decimal_prefix(stored->c_str()) / 1024));
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (stored == set.value()) return kDone;
     const bool within = decimal_prefix(set.value()) < decimal_prefix(kMostBandwidth);
@@ -42,7 +42,7 @@ HANDLER(WANDevice_X_QM_QoS_Enable) {
     if (op == CWMP_OP_GET) {
         return GetArguments(args).answer(stored && *stored != "off" && *stored != "0" ? "1" : "0");
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     const std::string_view value = set.value() == nullptr ? "" : set.value();
     if (value != "1" && value != "0") return kRefused;
     const bool on = value == "1";

@@ -140,7 +140,7 @@ bool clone_mac(const int* locate, const std::string& mac) {
 // Checked on every pass; the address changes on the last one only, so that the journal never takes the new
 // address for the one before.
 int set_mac(int op, Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (CheckValidMacAddr(set.value()) != 1) return refuse(caller, kError, "the format of MAC is wrong \n");
     if (op != CWMP_OP_APPLY) return kDone;
@@ -164,7 +164,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_X_QM_IGMPProxyEnabled) {
         if (stored.starts_with("off")) return GetArguments(args).answer("0");
         return kRefused;
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const auto switched = boolean(set.value());
     if (!switched) return kRefused;

@@ -47,7 +47,7 @@ HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
         if (mode == "AP") return GetArguments(args).answer("0");
         return mode == "Router" ? GetArguments(args).answer("1") : kDone;
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const std::string_view value = set.value();
     const auto mode = read_option(kMode);
@@ -63,7 +63,7 @@ HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
 
 HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer("0");
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (std::string_view(set.value()) != "1") return kDone;
     // The controller itself is one of the devices counted.
@@ -75,7 +75,7 @@ HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
 HANDLER(X_QM_MeshFeature_LED_Status) {
     constexpr OptionPath kLeds = {"leds", "settings", "enable"};
     if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(kLeds) == "on" ? "1" : "0");
-    const auto on = switch_value(SetArguments(args));
+    const auto on = switch_value(SetArguments(op, args));
     if (!on) return kRefused;
     const char* state = *on ? "on" : "off";
     if (read_option(kLeds) != state) run_mesh_action(std::string("led_set ") + state);
@@ -95,7 +95,7 @@ HANDLER(X_QM_MESH_WIFI_NrdEnable) { return constant(op, args, "1"); }
 
 HANDLER(X_QM_Onboarding_Enable) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer(is_bound() ? "1" : "0");
-    if (switch_value(SetArguments(args)) != true) return kRefused;
+    if (switch_value(SetArguments(op, args)) != true) return kRefused;
     if (is_bound()) return kDone;
     run_mesh_action("fap_enable");
     save_to_cwmp_config();

@@ -51,7 +51,7 @@ HANDLER(X_QM_MeshFeature_HostNumberOfEntries) { return row_total(op, args, kMesh
 HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     const auto device = mesh_device(args);
     if (!device) return kRefused;
-    if (op != CWMP_OP_GET) return set_wps(SetArguments(args), *device);
+    if (op != CWMP_OP_GET) return set_wps(SetArguments(op, args), *device);
     // Makes the script bring the table up to date.
     refresh(std::string(kCheckScript) + " wps_status");
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";

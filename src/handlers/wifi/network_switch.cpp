@@ -35,8 +35,8 @@ void store(const NetworkSwitch& target, const Bands& bands) {
     write_option(target.network / kRadio5G.band_option, flag(bands.on_5g));
 }
 
-int set_switch(Arguments args, const NetworkSwitch& target, Caller caller) {
-    const SetArguments set(args);
+int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const auto enable = read_option(target.network / "enable");
     if (!enable) return refuse(caller, kError, "%s", target.unreadable);
@@ -60,7 +60,7 @@ std::optional<bool> is_on(Section network, const char* band_option) {
 }
 
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
-    if (op != CWMP_OP_GET) return set_switch(args, target, caller);
+    if (op != CWMP_OP_GET) return set_switch(op, args, target, caller);
     const auto on = is_on(target.network, target.band_option);
     return on ? GetArguments(args).answer(flag(*on)) : kRefused;
 }

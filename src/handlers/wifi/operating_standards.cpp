@@ -52,5 +52,5 @@ HANDLER(WiFi_Radio_OperatingStandards) {
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     return op == CWMP_OP_GET ? answer_standards(GetArguments(args), *radio)
-                             : set_standards(SetArguments(args), *radio);
+                             : set_standards(SetArguments(op, args), *radio);
 }

@@ -107,7 +107,7 @@ HANDLER(WiFi_Radio_OperatingFrequencyBand) {
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) return constant(op, args, radio->frequency_band);
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     return set.value() != nullptr && std::strcmp(set.value(), radio->frequency_band) == 0 ? kDone : kRefused;
 }
 

@@ -80,7 +80,7 @@ using namespace cwmp;
 int security_mode_operate(int op, va_list args) {
     const Section network{"wifi", network_section(locate_of(args)[0])};
     if (op == CWMP_OP_GET) return answer_mode(GetArguments(args), network);
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr || !is_allowed(set.value())) return kRefused;
     if (!store_mode(network, set.value())) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
@@ -89,7 +89,7 @@ int security_mode_operate(int op, va_list args) {
 
 int KeyPassphrase_operate(int op, va_list args, const char* section) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer("");
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr || section == nullptr) return kRefused;
     if (!write_option({"wifi", section, "password"}, set.value())) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
@@ -98,5 +98,5 @@ int KeyPassphrase_operate(int op, va_list args, const char* section) {
 
 int WEPKey_operate(int op, va_list args, const char* section) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer("");
-    return SetArguments(args).value() != nullptr && section != nullptr ? kDone : kRefused;
+    return SetArguments(op, args).value() != nullptr && section != nullptr ? kDone : kRefused;
 }

@@ -14,7 +14,7 @@ std::optional<std::string> read_reported(const OptionPath& at, const char* failu
 }
 
 int accepted_constant(int op, Arguments args, const char* text) {
-    if (op != CWMP_OP_GET) return SetArguments(args).value() == nullptr ? kRefused : kDone;
+    if (op != CWMP_OP_GET) return SetArguments(op, args).value() == nullptr ? kRefused : kDone;
     return text == nullptr ? kDone : GetArguments(args).answer(text);
 }
 

@@ -18,7 +18,7 @@ namespace {
 // A number that is no network's has no name, and takes any.
 int no_network_name(int op, Arguments args) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer("");
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;

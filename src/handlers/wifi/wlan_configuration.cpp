@@ -38,7 +38,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
                        .secret = true},
                       {.refused = kPassPhraseRefused, .unwritten = "set password error\n\n"});
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (!pass_phrase(set.value())) return REFUSE("%s", kPassPhraseRefused);
     // No network has this number: there is nothing to store.
@@ -94,7 +94,7 @@ HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, {.at = kDefaultNetwork});
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (read_option(kDefaultNetwork) != set.value()) write_option(kDefaultNetwork, set.value());
     set.raise(CWMP_APPLY_WIRELESS);

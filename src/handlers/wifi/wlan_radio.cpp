@@ -76,7 +76,7 @@ HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
     if (op == CWMP_OP_GET) {
         return GetArguments(args).answer(read_option(radio->at("channel")) == "0" ? "1" : "0");
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     // Only a channel that is set ends the automatic choice.
     if (std::string_view(set.value()) != "1") return kDone;
@@ -98,7 +98,7 @@ HANDLER(LANDevice_WLANConfiguration_Channel) {
         }
         return channel ? GetArguments(args).answer(*channel) : kRefused;
     }
-    const SetArguments set(args);
+    const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     if (!is_supported_channel(op, args, set.value(), set.locate(), *radio))
         return REFUSE("invalid channel number\n\n");
