@@ -15,7 +15,7 @@ help:
 	@echo "make aarch64     cross-compile for 64-bit Arm"
 	@echo "make lint        format, scripts, links, clang-tidy on what changed; ALL=1 clang-tidy on everything"
 	@echo "make format      format the sources"
-	@echo "make parameters  renew docs/parameters.md from model/"
+	@echo "make parameters  renew docs/parameters*.md, deviations.md and reference/ by running the library"
 	@echo "make clean       remove the build trees"
 
 $(DEMO_ROOT):
@@ -68,7 +68,11 @@ format:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
 parameters:
-	@tools/parameters-doc > docs/parameters.md
+	@router/enter --possible
+	@scripts/install-dependencies build
+	@scripts/configure release
+	@cmake --build --preset release -j $(JOBS) --target reference-root
+	@tools/reference/make-reference build/release/tools/reference/reference-root build/release/tools/reference/reference
 
 clean:
 	rm -rf build

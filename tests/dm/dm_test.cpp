@@ -207,7 +207,7 @@ TEST_F(Dm, PrintsNothingButJsonWhenAsked) {
         {"names Device.Box.Name", 0,
          R"({"parameters":[],"names":[{"path":"Device.Box.Name","access":"W",)"
          R"("type":{"text":"string","wire":"string","base":"string","list":false,"empty":false},)"
-         R"("secret":true,"inform":true,"notify":"canDeny","group":"lan","reboot":true,"passes":"all",)"
+         R"("secret":true,"inform":true,"notify":"canDeny","groups":["lan"],"reboot":true,"passes":"all",)"
          R"("differs":[{"reason":"kept","published":"int"}],"handler":"Box_Name"}],"errors":[]})"},
         {"names Device.Box.Port.{i}.Queue.{i}.", 0,
          R"({"parameters":[],"names":[{"path":"Device.Box.Port.{i}.Queue.{i}.","access":"-","instances":2},)"

@@ -146,7 +146,10 @@ class Reader {
         } else if (name == "notify" && !table) {
             node.notify = one_of(value, {"forceEnabled", "forceDefaultEnabled", "canDeny"}, attribute, place);
         } else if (name == "group" && node.writable && !table) {
-            node.group = one_of(value, {"pppoe", "dhcp", "lan", "wan", "iptv", "vlan"}, attribute, place);
+            for (const std::string& group : split(value, ',')) {
+                one_of(group, {"pppoe", "dhcp", "lan", "wan", "iptv", "vlan"}, attribute, place);
+            }
+            node.group = value;
         } else if (name == "differs" && !table) {
             node.differs.push_back(difference(value, place));
         } else if (name == "count" && table) {

@@ -40,7 +40,8 @@ struct Entry {
     bool inform = false;      // carried by every Inform
     bool reboot = false;      // a SET restarts a device
     std::string notify;       // what the published model says of active notification
-    std::string group;        // the group of settings that a SET stages
+    std::string
+        group;  // the group of settings that a SET stages; several, with commas, when instances differ
     std::vector<Difference> differs;
     std::string handler;
     std::optional<std::vector<size_t>> locate;  // positions (from 1) of the instance numbers the handler gets

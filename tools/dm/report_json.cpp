@@ -47,7 +47,7 @@ void put_parameter(Json& result, const Entry& entry) {
     put(result, "secret", flag(entry.secret));
     put(result, "inform", flag(entry.inform));
     if (!entry.notify.empty()) put(result, "notify", text(entry.notify));
-    if (!entry.group.empty()) put(result, "group", text(entry.group));
+    if (!entry.group.empty()) put(result, "groups", array(split(entry.group, ','), text));
     put(result, "reboot", flag(entry.reboot));
     put(result, "passes", text(entry.apply_only ? "apply" : "all"));
     put(result, "differs", array(entry.differs, difference_json));
