@@ -3,7 +3,8 @@
 #include "store.h"
 
 #include <dlfcn.h>
-#include <sys/mman.h>
+#include <fcntl.h>
+#include <spawn.h>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <uci.h>
@@ -14,23 +15,23 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
-#include <set>
+#include <utility>
 
 namespace cwmp::watch {
 
 namespace {
 
-struct Answer {
-    std::string text;
-    int status = 0;
-};
+// Where the numbers of processes begin that there are only for the library.
+constexpr pid_t kNoRealProcess = 0x70000000;
+constexpr int kMostAnswer = 1 << 20;
 
 Seen noted;
 bool remembering = false;
 bool quiet = false;
 bool affected = false;
-std::map<std::string, Answer> remembered;
-std::map<FILE*, int> open_answers;  // and the status with which each closes
+std::map<std::string, std::string> remembered;
+int output_of_shell = -1;
+pid_t last_process = kNoRealProcess;
 MadeUp made_up;
 bool in_child = false;
 
@@ -59,51 +60,55 @@ std::optional<std::string> console_message(const std::string& command) {
     return message;
 }
 
-Answer run(const char* command) {
-    Answer answer;
-    FILE* pipe = next<FILE*(const char*, const char*)>("popen")(command, "re");
+std::string run(const char* command) {
+    std::string answer;
+    FILE* pipe = popen(command, "re");
     if (!pipe) return answer;
     char block[4096];
-    while (const std::size_t size = std::fread(block, 1, sizeof block, pipe)) answer.text.append(block, size);
-    answer.status = next<int(FILE*)>("pclose")(pipe);
+    while (const std::size_t size = std::fread(block, 1, sizeof block, pipe)) answer.append(block, size);
+    pclose(pipe);
     return answer;
 }
 
-Answer answer_of(const char* command) {
+std::string answer_of(const char* command) {
     if (made_up) {
-        if (const auto text = made_up(command)) return {*text, 0};
+        if (const auto text = made_up(command)) return *text;
     }
     if (!remembering) return run(command);
-    if (quiet && !remembered.contains(command)) return {};
+    if (quiet && !remembered.contains(command)) return "";
     const auto [entry, is_new] = remembered.try_emplace(command);
     if (is_new) entry->second = run(command);
     return entry->second;
 }
 
 // What a command does to a router is worked out once.
-int run_for_effect(const std::string& command) {
-    struct Effect {
-        int status;
-        Files after;
-    };
-    static std::map<std::pair<std::string, Files>, Effect> effects;
+void run_for_effect(const std::string& command) {
+    static std::map<std::pair<std::string, Files>, Files> effects;
     Files before = read_files();
     const auto known = effects.find({command, before});
-    if (known != effects.end()) {
-        restore_files(known->second.after, before);
-        return known->second.status;
-    }
-    const int status = next<int(const char*)>("system")(command.c_str());
-    effects.insert({{command, std::move(before)}, {status, read_files()}});
-    return status;
+    if (known != effects.end()) return restore_files(known->second, before);
+    if (std::system(command.c_str()) < 0) std::abort();
+    effects.insert({{command, std::move(before)}, read_files()});
 }
 
-FILE* file_of(const std::string& text) {
-    const int descriptor = memfd_create("answer", MFD_CLOEXEC);
-    if (descriptor < 0) return nullptr;
-    const bool written = write(descriptor, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    if (!written || lseek(descriptor, 0, SEEK_SET) != 0) std::abort();
-    return fdopen(descriptor, "r");
+void answer_shell(const char* command, int output) {
+    noted.commands.emplace_back(command);
+    const std::string answer = answer_of(command);
+    // All of it goes in before anybody reads.
+    if (fcntl(output, F_SETPIPE_SZ, kMostAnswer) < 0) std::abort();
+    if (write(output, answer.data(), answer.size()) != static_cast<ssize_t>(answer.size())) std::abort();
+}
+
+void run_shell(const char* command) {
+    if (auto message = console_message(command)) {
+        if (!message->empty()) noted.logged.push_back(std::move(*message));
+        return;
+    }
+    noted.commands.emplace_back(command);
+    if (quiet) return;
+    remembering = false;
+    affected = true;
+    run_for_effect(command);
 }
 
 std::string package_name(const uci_package* package) {
@@ -131,34 +136,29 @@ using namespace cwmp::watch;
 
 extern "C" {
 
-FILE* popen(const char* command, const char* /*mode*/) {
-    noted.commands.emplace_back(command);
-    const Answer answer = answer_of(command);
-    FILE* file = file_of(answer.text);
-    if (file) open_answers[file] = answer.status;
-    return file;
+int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int descriptor, int as) {
+    if (as == STDOUT_FILENO) output_of_shell = descriptor;
+    return next<int(posix_spawn_file_actions_t*, int, int)>("posix_spawn_file_actions_adddup2")(
+        actions, descriptor, as);
 }
 
-int pclose(FILE* file) {
-    const auto entry = open_answers.find(file);
-    if (entry == open_answers.end()) return next<int(FILE*)>("pclose")(file);
-    const int status = entry->second;
-    open_answers.erase(entry);
-    std::fclose(file);
-    return status;
-}
-
-int system(const char* command) {
-    if (!command) return 1;
-    if (auto message = console_message(command)) {
-        if (!message->empty()) noted.logged.push_back(std::move(*message));
-        return 0;
+// The library starts nothing but shells: sh -c TEXT, some with an output that is read.
+int posix_spawn(pid_t* process, const char* /*path*/, const posix_spawn_file_actions_t* /*actions*/,
+                const posix_spawnattr_t* /*attributes*/, char* const words[], char* const /*environment*/[]) {
+    const int output = std::exchange(output_of_shell, -1);
+    *process = ++last_process;
+    if (output < 0) {
+        run_shell(words[2]);
+    } else {
+        answer_shell(words[2], output);
     }
-    noted.commands.emplace_back(command);
-    if (quiet) return 0;
-    remembering = false;
-    affected = true;
-    return run_for_effect(command);
+    return 0;
+}
+
+pid_t waitpid(pid_t process, int* status, int options) {
+    if (process <= kNoRealProcess) return next<pid_t(pid_t, int*, int)>("waitpid")(process, status, options);
+    if (status) *status = 0;
+    return process;
 }
 
 // A job that the library detaches has ended before the call that began it returns.

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-// Stands between the library and the world outside: this program's own popen, pclose, system, fork, fsync, uci_load
-// and uci_lookup_next are found before those of the C library and libuci. What the library asks for is noted, and
+// Stands between the library and the world outside: this program's own posix_spawn, waitpid, fork, fsync, uci_load and
+// uci_lookup_next are found before those of the C library and libuci. What the library asks for is noted, and
 // what a command answers may be remembered or made up.
 namespace cwmp::watch {
 
