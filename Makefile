@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 30
 DEMO_ROOT := build/release/demo-root
 
-.PHONY: help demo shell test check fuzz bench aarch64 lint format parameters clean release sanitize $(DEMO_ROOT)
+.PHONY: help demo shell test check fuzz fuzz-model bench aarch64 lint format parameters clean release sanitize $(DEMO_ROOT)
 
 help:
 	@echo "make demo        build, enter the sandboxed router, show and change parameters there"
@@ -11,6 +11,7 @@ help:
 	@echo "make test        release build, the quick tests; T=wan those with wan in their name"
 	@echo "make check       release and sanitizer build, all tests"
 	@echo "make fuzz        fuzz the parser of scan logs for FUZZ_SECONDS (30)"
+	@echo "make fuzz-model  random calls of every handler under the sanitizers, for SECONDS (60); SEED=..."
 	@echo "make bench       benchmarks against raw libuci and popen, library size; SHORT=1 a trial run"
 	@echo "make aarch64     cross-compile for 64-bit Arm"
 	@echo "make lint        format, scripts, links, clang-tidy on what changed; ALL=1 clang-tidy on everything"
@@ -45,6 +46,9 @@ check: release sanitize
 fuzz:
 	@scripts/install-dependencies build fuzz
 	@scripts/fuzz build $(FUZZ_SECONDS)
+
+fuzz-model: sanitize
+	@router/enter build/sanitize/tests/model_fuzz-root /usr/lib/router/tests/model_fuzz $(or $(SECONDS),60) $(SEED)
 
 bench:
 	@router/enter --possible

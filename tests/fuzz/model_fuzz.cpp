@@ -1,0 +1,350 @@
+// Random calls of every handler of the model in a demo router whose store and tools lie: random operations,
+// instance numbers and values. No call may crash, hang, break a package, leave a file, section or option of its own
+// making, or bring a stranger's text onto a command line outside quotes.
+//   model_fuzz SECONDS [SEED]
+#include <uci.h>
+#include <unistd.h>
+
+#include <array>
+#include <climits>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <random>
+
+#include "cwmp/agent_state.h"
+#include "failure.h"
+#include "library.h"
+#include "model.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using cwmp::Library;
+using cwmp::Node;
+
+constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
+                                     "/var/state",  "/var/tmp",       "/var/lib/router/answers"};
+constexpr const char* kStores[] = {"/etc/config", "/etc/profile.d", "/tmp/tr069"};
+constexpr const char* kCommands = "/var/log/router/commands";
+constexpr const char* kPristine = "/var/lib/pristine";
+constexpr int kStepSeconds = 60;
+constexpr int kStepsOfAWorld = 100;
+
+std::mt19937_64 numbers;
+std::string step;  // what is being done, for the report of a failure
+
+size_t below(size_t end) { return numbers() % end; }
+bool one_in(size_t many) { return below(many) == 0; }
+template <typename Container>
+const auto& any_of(const Container& container) {
+    return *std::next(std::begin(container), static_cast<long>(below(std::size(container))));
+}
+
+[[noreturn]] void fail(const std::string& what) {
+    std::cerr << "model_fuzz: " << what << "\n  after " << step << '\n';
+    std::_Exit(1);
+}
+
+void copy_tree(const std::string& from, const std::string& to) {
+    for (const char* directory : kWritable) {
+        fs::create_directories(to + directory);
+        for (const auto& entry : fs::directory_iterator(to + directory)) fs::remove_all(entry);
+        fs::copy(from + directory, to + directory, fs::copy_options::recursive);
+    }
+}
+
+std::string read_file(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// Texts that mean something to a shell, to the store or to a format hold the word that the oracles look for.
+std::string hostile() {
+    static const std::string kRun = "touch /tmp/owned";
+    std::string bytes;
+    for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
+    static const std::vector<std::string> kTexts = {"",
+                                                    "1",
+                                                    "0",
+                                                    "true",
+                                                    "-1",
+                                                    "4294967297",
+                                                    "-99999999999999999999",
+                                                    "192.168.0.9",
+                                                    "00:11:22:33:44:55",
+                                                    "ath0",
+                                                    "%s%n%99999d",
+                                                    "$(" + kRun + ")",
+                                                    "`" + kRun + "`",
+                                                    ";" + kRun + ";",
+                                                    "|" + kRun,
+                                                    "';" + kRun + ";'",
+                                                    "\";" + kRun + ";\"",
+                                                    "1\n" + kRun + "\n",
+                                                    "1'\n\toption owned '1'\nconfig owned 'owned'\n",
+                                                    "../../tmp/owned",
+                                                    "\xff\xfe\xc0\x80",
+                                                    bytes};
+    std::string text = any_of(kTexts);
+    if (one_in(8)) text += any_of(kTexts);
+    if (one_in(50)) text = std::string(below(70000), text.empty() ? '9' : text[0]);
+    if (one_in(20)) text.resize(below(text.size() + 1));
+    return text;
+}
+
+// An option of some package says what nobody expects, or a tool does.
+void lie(const std::vector<fs::path>& answers) {
+    if (one_in(2)) {
+        const std::string text = read_file(any_of(answers));
+        const size_t at = below(text.size() + 1);
+        std::ofstream(any_of(answers), std::ios::binary)
+            << text.substr(0, at) << hostile() << text.substr(at / 2);
+        return;
+    }
+    const char* store = any_of(kStores);
+    std::vector<fs::path> packages;
+    for (const auto& entry : fs::directory_iterator(store))
+        if (entry.is_regular_file()) packages.push_back(entry.path().filename());
+    if (packages.empty()) return;
+    const std::string name = any_of(packages);
+    const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
+                                                                            &uci_free_context);
+    uci_set_confdir(context.get(), store);
+    uci_package* package = nullptr;
+    if (uci_load(context.get(), name.c_str(), &package) != UCI_OK) return;
+    const std::string value = hostile();
+    uci_element *section = nullptr, *option = nullptr, *next = nullptr;
+    uci_foreach_element(&package->sections, section) {
+        uci_foreach_element_safe(&uci_to_section(section)->options, next, option) {
+            if (!one_in(4) || value.empty() || !uci_validate_text(value.c_str())) continue;
+            uci_ptr pointer = {};
+            pointer.p = package;
+            pointer.s = uci_to_section(section);
+            pointer.package = package->e.name;
+            pointer.section = section->name;
+            pointer.option = option->name;
+            pointer.value = value.c_str();
+            uci_set(context.get(), &pointer);
+        }
+    }
+    uci_commit(context.get(), &package, true);
+}
+
+// What the library and the router's scripts write, and what was there.
+bool is_ours(const std::string& path) {
+    for (const char* known :
+         {"/etc/config/", "/etc/profile.d/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
+          "/tmp/.uci", "/tmp/is_binded", "/var/state/check_params", "/var/lib/router/"}) {
+        if (path.starts_with(known)) return path.find("owned") == std::string::npos;
+    }
+    return fs::exists(kPristine + path);
+}
+
+void expect_readable_packages() {
+    for (const char* store : kStores) {
+        if (!fs::exists(store)) continue;
+        const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
+                                                                                &uci_free_context);
+        uci_set_confdir(context.get(), store);
+        for (const auto& entry : fs::directory_iterator(store)) {
+            const std::string name = entry.path().filename();
+            if (!entry.is_regular_file() || name.starts_with('.') || name.find('-') != std::string::npos ||
+                name.ends_with("_log") || name == "trace_result")
+                continue;
+            uci_package* package = nullptr;
+            if (uci_load(context.get(), name.c_str(), &package) != UCI_OK)
+                fail("broken: " + entry.path().string());
+            uci_element *section = nullptr, *option = nullptr;
+            uci_foreach_element(&package->sections, section) {
+                const std::string type = uci_to_section(section)->type;
+                if ((section->name + type).find("owned") != std::string::npos)
+                    fail("foreign section in " + name);
+                uci_foreach_element(&uci_to_section(section)->options, option) {
+                    if (std::strstr(option->name, "owned")) fail("foreign option in " + name);
+                }
+            }
+        }
+    }
+}
+
+// The word stands within single quotes, or, on a console line, where nothing is expanded.
+bool is_quoted(const std::string& command) {
+    const bool is_console = command.starts_with("echo \"[");
+    char quote = 0;
+    for (size_t i = 0; i < command.size(); ++i) {
+        const char letter = command[i];
+        if (letter == '\\' && quote != '\'') {
+            ++i;
+        } else if (quote == 0 ? letter == '\'' || letter == '"' : letter == quote) {
+            quote = quote == 0 ? letter : 0;
+        } else if (is_console && quote == '"' && (letter == '$' || letter == '`')) {
+            return false;
+        } else if (quote != '\'' && !(is_console && quote == '"') && command.compare(i, 5, "owned") == 0) {
+            return false;
+        }
+    }
+    return quote == 0;
+}
+
+void expect_quoted_commands() {
+    const std::string all = read_file(kCommands);
+    for (size_t start = 0; start < all.size(); start = all.find('\0', start) + 1) {
+        const std::string command = all.c_str() + start;
+        if (!is_quoted(command)) fail("on a command line: " + command.substr(0, 300));
+    }
+    fs::remove(kCommands);
+}
+
+void expect_unharmed() {
+    for (const char* directory : kWritable) {
+        for (const auto& entry : fs::recursive_directory_iterator(directory)) {
+            if (entry.is_regular_file() && !is_ours(entry.path()))
+                fail("a file was made: " + entry.path().string());
+        }
+    }
+    expect_readable_packages();
+    expect_quoted_commands();
+}
+
+// Every parameter and every object that has a handler.
+void collect(const Node& node, std::vector<const Node*>& found) {
+    if (node.kind == Node::Kind::Parameter || (node.kind == Node::Kind::Table && node.writable))
+        found.push_back(&node);
+    for (const auto& child : node.children) collect(*child, found);
+}
+
+class Caller {
+  public:
+    explicit Caller(const Library& library) : library_(library) {}
+
+    void call_any(const Node& node) {
+        static const std::vector<int> kOps = {0, 0, 0, 1, 2, 3, 4, 5, 6, -1, 99};
+        const int op = one_in(4)                        ? any_of(kOps)
+                       : node.kind == Node::Kind::Table ? 4 + static_cast<int>(below(3))
+                                                        : 0;
+        if (one_in(2) && node.writable && node.kind == Node::Kind::Parameter) return set(node);
+        call(node, op, hostile());
+    }
+
+    void switch_any() {
+        const int levels[] = {one_in(30) ? 7 : -1, 0};
+        cwmp::call(library_.find("debug_level"), 1, levels, nullptr);
+        library_.function<void()>(one_in(2) ? "cwmp_bulk_read_begin" : "cwmp_bulk_read_end")();
+    }
+
+  private:
+    static constexpr int kOdd[] = {0, -1, INT_MAX, INT_MIN, 2, 3, 9, 33};
+
+    std::array<int, CWMP_LOCATE_SIZE> locate() const {
+        std::array<int, CWMP_LOCATE_SIZE> all{};
+        for (int& number : all) number = one_in(4) ? any_of(kOdd) : 1;
+        return all;
+    }
+
+    // The passes of a transaction, undone when one of them refuses. What is refused at once leaves no trace.
+    void set(const Node& node) {
+        const std::string value = hostile();
+        const auto before = packages();
+        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
+            if (node.apply_only && op != CWMP_OP_APPLY) continue;
+            flags_ = 0;
+            if (call(node, op, value) == 0) continue;
+            const bool switches_first = node.handler.ends_with("Bridging_Bridge_VLAN_VLANID");
+            if (op == CWMP_OP_STAGE && flags_ != 0) fail("refused, and flags raised");
+            if (op == CWMP_OP_STAGE && !switches_first && packages() != before) fail("refused, and stored");
+            auto where = locate();
+            cwmp::call(library_.find("func_obj_revert"), 1, where.data(), "", &flags_, nullptr);
+            return;
+        }
+    }
+
+    static std::vector<std::string> packages() {
+        std::vector<std::string> texts;
+        for (const auto& entry : fs::directory_iterator("/etc/config"))
+            texts.push_back(read_file(entry.path()));
+        return texts;
+    }
+
+    int call(const Node& node, int op, const std::string& value) {
+        step = node.handler + " op " + std::to_string(op) + " = " + value.substr(0, 200);
+        auto where = locate();
+        std::vector<char> text(CWMP_VALUE_SIZE, 'x');
+        uint32_t capacity = static_cast<uint32_t>(below(65));
+        const auto handler = library_.find(node.handler);
+        if (!handler) fail("no handler");
+        alarm(kStepSeconds);
+        const bool is_read = op == CWMP_OP_GET || op == CWMP_OP_ADD;
+        if (!is_read) text[value.copy(text.data(), text.size() - 1)] = '\0';
+        const int code =
+            op == CWMP_OP_LIST  ? cwmp::call(handler, op, where.data(), text.data(), &capacity, &agent_)
+            : op == CWMP_OP_GET ? cwmp::call(handler, op, where.data(), text.data(), &agent_)
+                                : cwmp::call(handler, op, where.data(), text.data(), &flags_, &agent_);
+        alarm(0);
+        if (op == CWMP_OP_GET && text[0] != 'x' && strnlen(text.data(), text.size()) == text.size())
+            fail("not terminated");
+        if (node.kind == Node::Kind::Parameter && code != 0 && code != -1)
+            fail("result " + std::to_string(code));
+        if (!is_read && op != CWMP_OP_LIST && value != text.data()) fail("the caller's text was changed");
+        return code;
+    }
+
+    const Library& library_;
+    cwmp_agent_state agent_{};
+    unsigned flags_ = 0;
+};
+
+void run(int seconds) {
+    const cwmp::Model model("/usr/share/cwmp-datamodel/model");
+    std::vector<const Node*> nodes;
+    collect(model.root(), nodes);
+    const Library library("/usr/lib/libcwmp-datamodel.so");
+    Caller caller(library);
+    const std::time_t end = std::time(nullptr) + seconds;
+    size_t calls = 0;
+    while (std::time(nullptr) < end) {
+        copy_tree(kPristine, "");
+        std::vector<fs::path> answers;
+        for (const auto& entry : fs::directory_iterator("/var/lib/router/answers")) {
+            answers.push_back(entry.path());
+            fs::permissions(entry.path(), fs::perms(0644));  // a text, and no program that makes one
+        }
+        caller.switch_any();
+        for (int i = 0; i < kStepsOfAWorld; ++i, ++calls) {
+            if (one_in(3)) lie(answers);
+            caller.call_any(*any_of(nodes));
+            if (one_in(10)) expect_unharmed();
+        }
+        expect_unharmed();
+    }
+    std::cerr << calls << " calls of " << nodes.size() << " handlers\n";
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2 || !fs::exists("/.router-root")) {
+        std::cerr << "usage: model_fuzz SECONDS [SEED], inside a router root of its own\n";
+        return 2;
+    }
+    const unsigned long seed = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : std::random_device()();
+    std::cerr << "model_fuzz: seed " << seed << '\n';
+    numbers.seed(seed);
+    std::signal(SIGALRM, [](int) { fail("it hangs"); });
+    if (!fs::exists(kPristine)) copy_tree("", kPristine);
+    fs::remove(kCommands);
+    try {
+        run(std::atoi(argv[1]));
+    } catch (const cwmp::Failure& failure) {
+        fail(failure.subject + ": " + failure.message);
+    } catch (const std::exception& error) {
+        fail(error.what());
+    }
+    return 0;
+}
