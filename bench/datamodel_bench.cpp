@@ -25,6 +25,8 @@
 namespace {
 
 constexpr const char* kLibrary = "/usr/lib/libcwmp-datamodel.so";
+// The same with the console written directly.
+#define DIRECT_LIBRARY "/usr/lib/libcwmp-datamodel-direct.so"
 constexpr const char* kCommand = "fwinfo MODEL";
 
 bool bare_libuci_get(char* value) {
@@ -92,18 +94,24 @@ pid_t next_process() {
     return child;
 }
 
-void full_walk(benchmark::State& state) {
+// Of both trees; one parameter after the other, or as a bulk read, with either way to the console.
+void walk(benchmark::State& state, const std::string& name, const std::string& options) {
+    const std::string command =
+        "/usr/bin/dm " + options + " get Device. InternetGatewayDevice. >/tmp/walk-" + name + " 2>/dev/null";
     pid_t started = 0;
     for (auto unused : state) {
         const pid_t before = next_process();
-        if (std::system("/usr/bin/dm get Device. InternetGatewayDevice. >/tmp/walk 2>&1") != 0) {
-            state.SkipWithError("dm failed");
-        }
+        if (std::system(command.c_str()) != 0) state.SkipWithError("dm failed");
         started = next_process() - before - 1;
     }
     state.counters["processes"] = static_cast<double>(started);
 }
-BENCHMARK(full_walk)->UseRealTime()->Unit(benchmark::kMillisecond);
+#define WALK(name, options) \
+    BENCHMARK_CAPTURE(walk, name, #name, options)->UseRealTime()->Unit(benchmark::kMillisecond)
+WALK(plain, "--live");
+WALK(bulk, "");
+WALK(plain_direct, "--live --library " DIRECT_LIBRARY);
+WALK(bulk_direct, "--library " DIRECT_LIBRARY);
 
 std::vector<std::string> read_words(const std::string& file) {
     std::ifstream words(file);

@@ -1,9 +1,9 @@
 #include "core/bulk_read.h"
 
-#include <algorithm>
+#include <cstring>
 #include <ctime>
+#include <forward_list>
 #include <memory>
-#include <vector>
 
 #include "cwmp/bulk_read.h"
 
@@ -20,7 +20,7 @@ struct Kept {
 struct BulkRead {
     time_t begun;
     std::size_t bytes = 0;
-    std::vector<Kept> commands;
+    std::forward_list<Kept> commands;
 };
 
 std::unique_ptr<BulkRead> bulk_read;
@@ -48,18 +48,19 @@ KeepBulkRead::~KeepBulkRead() { goes_on = false; }
 
 const std::string* kept_output(const char* command) {
     if (!in_bulk_read()) return nullptr;
-    const auto found = std::ranges::find(bulk_read->commands, command, &Kept::command);
-    return found != bulk_read->commands.end() ? &found->output : nullptr;
+    for (const Kept& kept : bulk_read->commands) {
+        if (kept.command == command) return &kept.output;
+    }
+    return nullptr;
 }
 
 std::size_t bulk_read_room() { return in_bulk_read() ? CWMP_BULK_READ_LIMIT - bulk_read->bytes : 0; }
 
 void keep_output(const char* command, std::string output) {
-    Kept kept{command, std::move(output)};
-    const std::size_t size = sizeof kept + kept.command.size() + kept.output.size();
+    const std::size_t size = sizeof(Kept) + std::strlen(command) + output.size();
     if (size > bulk_read_room()) return;
     bulk_read->bytes += size;
-    bulk_read->commands.push_back(std::move(kept));
+    bulk_read->commands.push_front({command, std::move(output)});
 }
 
 }  // namespace cwmp
