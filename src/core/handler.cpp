@@ -14,27 +14,30 @@ GetArguments::GetArguments(Arguments args) {
     va_end(copy);
 }
 
-int GetArguments::answer(std::string_view text) const {
-    if (value_ == nullptr) return kRefused;
+int answer_in(char* value, std::string_view text) {
+    if (value == nullptr) return kRefused;
     forget_refusal();
-    const std::size_t length = text.copy(value_, CWMP_VALUE_SIZE - 1);
-    value_[length] = '\0';
+    value[text.copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
     return kDone;
 }
 
+int GetArguments::answer(std::string_view text) const { return answer_in(value_, text); }
 int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
 int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
 
-SetArguments::SetArguments(int op, Arguments args) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+ChangeArguments::ChangeArguments(Arguments args) {
     end_bulk_read();
     forget_refusal();
     va_list copy;
     va_copy(copy, args);
     locate_ = va_arg(copy, int*);
-    value_ = va_arg(copy, const char*);
+    text_ = va_arg(copy, char*);
     flags_ = va_arg(copy, unsigned int*);
     va_end(copy);
+}
+
+SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args) {
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
 }
 
 int constant(int op, Arguments args, const char* text) {

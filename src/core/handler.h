@@ -29,6 +29,9 @@ inline constexpr int kRefused = -1;
 // What the stage pass of any writable parameter begins, once the transaction before has ended; the staging engine's.
 void begin_stage_pass();
 
+// Writes an answer to the agent's room for it; refused without one.
+int answer_in(char* value, std::string_view text);
+
 // The arguments are taken from a copy of the list: a handler may read them and still forward the list.
 class GetArguments {
   public:
@@ -47,23 +50,30 @@ class GetArguments {
     char* value_ = nullptr;
 };
 
-class SetArguments {
+// What changes something: locate, a text, and the flags that the change raises.
+class ChangeArguments {
   public:
-    // The stage pass of any writable parameter begins a transaction of grouped settings.
-    SetArguments(int op, Arguments args);
+    explicit ChangeArguments(Arguments args);
 
     int* locate() const { return locate_; }
-    // Null when the agent passed none.
-    const char* value() const { return value_; }
     unsigned int* flags() const { return flags_; }
     void raise(unsigned int bits) const {
         if (flags_ != nullptr) *flags_ |= bits;
     }
 
-  private:
+  protected:
     int* locate_ = nullptr;
-    const char* value_ = nullptr;
+    char* text_ = nullptr;
     unsigned int* flags_ = nullptr;
+};
+
+class SetArguments : public ChangeArguments {
+  public:
+    // The stage pass of any writable parameter begins a transaction of grouped settings.
+    SetArguments(int op, Arguments args);
+
+    // Null when the agent passed none.
+    const char* value() const { return text_; }
 };
 
 // A read-only parameter with a fixed value.

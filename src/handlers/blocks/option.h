@@ -32,4 +32,8 @@ int option(int op, Arguments args, const Option& parameter, const OptionEvents& 
 // GET alone.
 int read_only_option(int op, Arguments args, const Option& parameter);
 
+// An option of the live store; nothing, logged under the caller's name, when it cannot be read.
+std::optional<std::string> read_reported(const OptionPath& at, const char* failure,
+                                         Caller caller = Caller::here());
+
 }  // namespace cwmp

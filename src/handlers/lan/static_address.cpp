@@ -1,8 +1,11 @@
 // Device.DHCPv4.Server.Pool.{i}.StaticAddress.{i}.: the parameters of a static address.
+#include <algorithm>
+
 #include "core/addresses.h"
 #include "core/handler.h"
 #include "core/refusal.h"
 #include "cwmp/value_checks.h"
+#include "handlers/blocks/lan_network.h"
 #include "handlers/lan/reservation.h"
 
 using namespace cwmp;
@@ -12,7 +15,88 @@ namespace {
 constexpr const char* kOn = "on";
 constexpr const char* kOff = "off";
 
-Reservation reservation_at(const int* locate, Caller caller = Caller::here()) { return {locate[1], caller}; }
+using Text = std::optional<std::string>;
+// The MAC or the IP address that a SET gives.
+struct Address {
+    const char* option;
+    std::string full;
+    std::string text;     // to store
+    std::string current;  // in force, as it is compared with the full one
+    Lan lan;
+    std::string (*full_form)(const std::string& stored, const Lan& lan);
+    const char* other;  // the option of the other address, and what it holds while it is not set
+    const char* other_unset;
+};
+
+// The static address that a path names. What fails is logged as an event of the caller.
+class Reservation {
+  public:
+    explicit Reservation(const int* locate, Caller caller = Caller::here())
+        : section_(kReservations, locate[1]), name_(section_.name().c_str()), caller_(caller) {}
+
+    // For GET: an option that the section lacks reads empty; nothing when there is no such section.
+    Text stored(const char* option) const {
+        if (!section_) return missing(option);
+        return section_.value(option).value_or("");
+    }
+    Text read(const char* option) const {
+        const Text text = section_.value(option);
+        return text ? text : missing(option);
+    }
+    bool write(const char* option, const std::string& value) const {
+        if (section_.write(option, value)) return true;
+        refuse(caller_, kError, "failed to set option %s to section %s\n", option, name_);
+        return false;
+    }
+
+    int set(const SetArguments& set, const Address& address) const {
+        if (is_taken(address))
+            return refuse(caller_, kError, "failed, %s is already existed\n", address.option);
+        if (address.current == address.full) {
+            log_event(caller_, kError, "option %s already set\n", address.option);
+            return kDone;
+        }
+        if (!write(address.option, address.text)) return kRefused;
+        const Text other = read(address.other);
+        const Text enable = other ? read("enable") : std::nullopt;
+        if (!enable) return kRefused;
+        if (*other != address.other_unset && *enable != kOff) set.raise(CWMP_APPLY_DHCP_SERVER);
+        return kDone;
+    }
+
+  private:
+    Text missing(const char* option) const {
+        refuse(caller_, kError, "failed to get option %s from section %s\n", option, name_);
+        return std::nullopt;
+    }
+
+    // Whether another section, of any type, has this address. One without the option, and a package that cannot
+    // be read, count as a conflict.
+    bool is_taken(const Address& address) const {
+        UciContext context(kLiveStore);
+        if (!context || !context.load(kReservations.package)) return true;
+        const auto sections = context.sections(nullptr);
+        return std::any_of(sections.begin(), sections.end(), [&](uci_section* section) {
+            const std::string other = UciContext::name(section);
+            if (other == name_) return false;
+            const Text text = context.value(section, address.option);
+            if (!text) {
+                log_event(caller_, kError, "failed to find option %s in section %s\n", address.option,
+                          other.c_str());
+                return true;
+            }
+            const bool same = address.full_form(*text, address.lan) == address.full;
+            if (same)
+                log_event(caller_, kError, "failed, %s %s is already in section %s\n", address.option,
+                          address.full.c_str(), other.c_str());
+            return same;
+        });
+    }
+
+    NumberedSection section_;
+    const char* name_;
+    Caller caller_;
+};
 
 bool is_unset(const std::string& text, const char* none) { return text.empty() || text == none; }
 
@@ -21,12 +105,12 @@ bool is_unset(const std::string& text, const char* none) { return text.empty() |
 HANDLER(DHCPv4_Server_Pool_StaticAddress_Enable) {
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);
-        const auto enable = reservation_at(get.locate()).stored("enable");
+        const auto enable = Reservation(get.locate()).stored("enable");
         return enable ? get.answer(*enable == kOn ? "1" : "0") : kRefused;
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
-    const Reservation entry = reservation_at(set.locate());
+    const Reservation entry(set.locate());
     const auto mac = entry.read("mac");
     const auto host = mac ? entry.read("ip") : std::nullopt;
     if (!host || !entry.write("enable", std::string_view(set.value()) == "1" ? kOn : kOff)) return kRefused;
@@ -37,7 +121,7 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Enable) {
 HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);
-        const auto mac = reservation_at(get.locate()).stored("mac");
+        const auto mac = Reservation(get.locate()).stored("mac");
         if (!mac) return kRefused;
         return get.answer(is_unset(*mac, kNoMac) ? "" : *mac);
     }
@@ -46,22 +130,18 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
     if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1)
         return REFUSE("failed to set invalid mac %s\n", set.value());
     const std::string mac = canonical_mac(set.value());
-    const Reservation entry = reservation_at(set.locate());
+    const Reservation entry(set.locate());
     const auto current = entry.read("mac");
     if (!current) return kRefused;
-    if (entry.is_taken("mac", mac, {},
-                       [](const std::string& text, const Lan&) { return canonical_mac(text); }))
-        return REFUSE("failed, mac is already existed\n");
-    if (*current == mac) {
-        LOG_ERROR("option mac already set\n");
-        return kDone;
-    }
-    if (!entry.write("mac", mac)) return kRefused;
-    const auto host = entry.read("ip");
-    const auto enable = host ? entry.read("enable") : std::nullopt;
-    if (!enable) return kRefused;
-    if (*host != kNoHost && *enable != kOff) set.raise(CWMP_APPLY_DHCP_SERVER);
-    return kDone;
+    return entry.set(set,
+                     {.option = "mac",
+                      .full = mac,
+                      .text = mac,
+                      .current = *current,
+                      .lan = {},
+                      .full_form = [](const std::string& text, const Lan&) { return canonical_mac(text); },
+                      .other = "ip",
+                      .other_unset = kNoHost});
 }
 
 namespace {
@@ -72,17 +152,12 @@ bool is_host_address(const char* text) {
            checkValidIP(text) == 1;
 }
 
-bool belongs_in(const Lan& lan, const char* address) {
-    return address_number(address) != address_number(lan.address.c_str()) &&
-           libutil_netChkSameSubnet(address, nullptr, lan.address.c_str(), lan.mask.c_str()) == 1;
-}
-
 }  // namespace
 
 HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);
-        const auto host = reservation_at(get.locate()).stored("ip");
+        const auto host = Reservation(get.locate()).stored("ip");
         if (!host) return kRefused;
         if (is_unset(*host, kNoHost)) return get.answer("");
         const auto lan = read_lan(Caller::here());
@@ -90,26 +165,21 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
-    const std::string address = set.value();
     if (!is_host_address(set.value())) return REFUSE("failed to set invalid ip %s\n", set.value());
-    const Reservation entry = reservation_at(set.locate());
+    const Reservation entry(set.locate());
     const auto current = entry.read("ip");
     const auto lan = current ? read_lan(Caller::here()) : std::nullopt;
     if (!lan) return kRefused;
-    if (!belongs_in(*lan, set.value()))
+    if (!lan->has_host(set.value()))
         return REFUSE("faild, %s is not in lan %s mask %s subnet\n", set.value(), lan->address.c_str(),
                       lan->mask.c_str());
-    if (entry.is_taken("ip", address, *lan,
-                       [](const std::string& text, const Lan& network) { return network.complete(text); }))
-        return REFUSE("failed, ip is already existed\n");
-    if (lan->complete(*current) == address) {
-        LOG_ERROR("option ip already set\n");
-        return kDone;
-    }
-    if (!entry.write("ip", host_part(set.value(), lan->mask.c_str()))) return kRefused;
-    const auto mac = entry.read("mac");
-    const auto enable = mac ? entry.read("enable") : std::nullopt;
-    if (!enable) return kRefused;
-    if (*mac != kNoMac && *enable != kOff) set.raise(CWMP_APPLY_DHCP_SERVER);
-    return kDone;
+    return entry.set(
+        set, {.option = "ip",
+              .full = set.value(),
+              .text = host_part(set.value(), lan->mask.c_str()),
+              .current = lan->complete(*current),
+              .lan = *lan,
+              .full_form = [](const std::string& text, const Lan& network) { return network.complete(text); },
+              .other = "mac",
+              .other_unset = kNoMac});
 }

@@ -1,10 +1,10 @@
 // Device.NAT.InterfaceSetting.{i}. and Device.NAT.X_QM_DmzHostCfg.
-#include "config/store.h"
-#include "core/addresses.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "handlers/blocks/command_line.h"
+#include "handlers/blocks/lan_network.h"
+#include "handlers/blocks/option.h"
 
 using namespace cwmp;
 
@@ -30,7 +30,6 @@ HANDLER(NAT_InterfaceSetting_Status) {
 namespace {
 
 constexpr Section kDmz{"nat", "dmz01"};
-constexpr Section kLan{"network", "lan"};
 
 bool is_host_address(const char* text) {
     return libutil_netChkDotIpAddr(text) == 1 && libutil_netChkLegalIpAddr(text) == 1;
@@ -42,29 +41,14 @@ std::optional<std::string> dmz_address() {
     return stored;
 }
 
-std::optional<std::string> read_or_log(const OptionPath& at, const char* event, Caller caller) {
-    auto stored = read_option(at);
-    if (!stored) refuse(caller, kError, "%s", event);
-    return stored;
-}
-
-// A host of the LAN, and not the router itself.
-bool is_lan_host(const char* text, Caller caller) {
-    if (!is_host_address(text)) return false;
-    const auto address = read_or_log(kLan / "ipaddr", "failed to get lan ip\n", caller);
-    if (!address) return false;
-    const auto mask = read_or_log(kLan / "netmask", "failed to get lan mask\n", caller);
-    if (!mask) return false;
-    return address_number(text) != address_number(address->c_str()) &&
-           libutil_netChkSameSubnet(text, nullptr, address->c_str(), mask->c_str()) == 1;
-}
-
 int set_dmz_address(int op, Arguments args, Caller caller = Caller::here()) {
     const SetArguments set(op, args);
-    if (set.value() == nullptr || !is_lan_host(set.value(), caller)) return kRefused;
+    if (set.value() == nullptr || !is_host_address(set.value())) return kRefused;
+    const auto lan = read_lan(caller);
+    if (!lan || !lan->has_host(set.value())) return kRefused;
     if (!write_option(kDmz / "ipaddr", set.value()))
         return refuse(caller, kError, "failed to set dmz ipaddr\n");
-    const auto enable = read_or_log(kDmz / "enable", "failed to get dmz config\n", caller);
+    const auto enable = read_reported(kDmz / "enable", "failed to get dmz config\n", caller);
     if (!enable) return kRefused;
     if (*enable == "on") set.raise(CWMP_APPLY_NAT);
     return kDone;
@@ -84,7 +68,7 @@ int set_dmz_enable(int op, Arguments args, Caller caller = Caller::here()) {
 
 HANDLER(NAT_X_QM_DmzHostCfg_Enable) {
     if (op != CWMP_OP_GET) return set_dmz_enable(op, args);
-    const auto enable = read_or_log(kDmz / "enable", "failed to find dmz config\n", Caller::here());
+    const auto enable = read_reported(kDmz / "enable", "failed to find dmz config\n");
     return GetArguments(args).answer(enable == "on" ? "1" : "0");
 }
 

@@ -2,7 +2,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "config/store.h"
 #include "core/bulk_read.h"
 #include "core/handler.h"
 #include "core/refusal.h"
@@ -16,64 +15,48 @@ using namespace cwmp::port_mapping;
 
 namespace {
 
-// The mapping that a path's instance numbers name.
-class Mapping {
-  public:
-    // False, logged under the caller's name, when there is no such mapping.
-    bool open(const int* locate, Caller caller) {
-        const int number = locate == nullptr ? 0 : locate[0];
-        name_ = std::to_string(number);
-        if (number > kMost) {
-            refuse(caller, kError, "%s", kTooMany);
-        } else {
-            if (number >= 1 && context_ && context_.load(kPackage)) section_ = find_mapping(context_, name_);
-            if (section_ == nullptr) refuse(caller, kDebug, "%s", kNoInstance);
-        }
-        return section_ != nullptr;
-    }
-
-    std::optional<std::string> value(const char* option) const { return context_.value(section_, option); }
-    OptionPath at(const char* option) const { return {kPackage, name_.c_str(), option}; }
-    const std::string& name() const { return name_; }
-
-  private:
-    UciContext context_{kLiveStore};
-    uci_section* section_ = nullptr;
-    std::string name_;
-};
-
 using Text = std::optional<std::string>;
 
 struct Change {
     const char* value;
-    const Mapping& mapping;
+    const NumberedSection& mapping;
     Caller caller;
 };
 
 struct Field {
     const char* option = "";
     // The answer for what is stored; null: the text itself, empty without one.
-    std::string (*shown)(const Text& stored, const Mapping& mapping) = nullptr;
+    std::string (*shown)(const Text& stored, const NumberedSection& mapping) = nullptr;
     // What to store for a value, nothing to refuse it; null: the value itself.
     Text (*accepts)(const Change& change) = nullptr;
 };
 
+NumberedSection mapping_at(const int* locate) {
+    return {kMappings, locate == nullptr || locate[0] > kMost ? 0 : locate[0]};
+}
+
+int refuse_path(const int* locate, Caller caller) {
+    const bool beyond = locate != nullptr && locate[0] > kMost;
+    return beyond ? refuse(caller, kError, "%s", kTooMany) : refuse(caller, kDebug, "%s", kNoInstance);
+}
+
 int get_field(Arguments args, const Field& field, Caller caller) {
     const GetArguments get(args);
-    Mapping mapping;
-    if (!mapping.open(get.locate(), caller)) return kRefused;
+    const NumberedSection mapping = mapping_at(get.locate());
+    if (!mapping) return refuse_path(get.locate(), caller);
     const Text stored = mapping.value(field.option);
     return get.answer(field.shown != nullptr ? field.shown(stored, mapping) : stored.value_or(""));
 }
 
 int set_field(int op, Arguments args, const Field& field, Caller caller) {
     const SetArguments set(op, args);
-    Mapping mapping;
-    if (set.value() == nullptr || !mapping.open(set.locate(), caller)) return kRefused;
+    if (set.value() == nullptr) return kRefused;
+    const NumberedSection mapping = mapping_at(set.locate());
+    if (!mapping) return refuse_path(set.locate(), caller);
     if (!mapping.value(kNumberOption)) return refuse(caller, kDebug, "%s", kNoInstance);
     const Text text = field.accepts != nullptr ? field.accepts({set.value(), mapping, caller}) : set.value();
     if (!text) return kRefused;
-    if (!write_option(mapping.at(field.option), *text)) return refuse(caller, kError, "%s", kUnwritten);
+    if (!mapping.write(field.option, *text)) return refuse(caller, kError, "%s", kUnwritten);
     set.raise(CWMP_APPLY_NAT);
     return kDone;
 }
@@ -88,7 +71,7 @@ int read_only_field(int op, Arguments args, const Field& field, Caller caller = 
 
 bool is(const char* value, const char* word) { return std::strcmp(value, word) == 0; }
 
-std::string switch_digit(const Text& stored, const Mapping& /*mapping*/) {
+std::string switch_digit(const Text& stored, const NumberedSection& /*mapping*/) {
     return stored == "on" ? "1" : "0";
 }
 
@@ -98,12 +81,12 @@ Text switch_word(const Change& change) {
     return std::nullopt;
 }
 
-std::string status_word(const Text& stored, const Mapping& /*mapping*/) {
+std::string status_word(const Text& stored, const NumberedSection& /*mapping*/) {
     if (stored == "on") return "Enabled";
     return stored == "off" ? "Disabled" : "Error_Misconfigured";
 }
 
-std::string alias(const Text& stored, const Mapping& mapping) {
+std::string alias(const Text& stored, const NumberedSection& mapping) {
     return stored.value_or("cpe-" + mapping.name());
 }
 
@@ -134,10 +117,10 @@ struct PortRange {
 
 int number_of(const std::string& port) { return decimal_prefix(port.c_str()); }
 
-std::string first_port(const Text& stored, const Mapping& /*mapping*/) {
+std::string first_port(const Text& stored, const NumberedSection& /*mapping*/) {
     return PortRange(stored.value_or("")).start;
 }
-std::string last_port(const Text& stored, const Mapping& /*mapping*/) {
+std::string last_port(const Text& stored, const NumberedSection& /*mapping*/) {
     return PortRange(stored.value_or("")).end.value_or("");
 }
 
@@ -163,7 +146,7 @@ Text protocol(const Change& change) {
 Text lan_address() { return read_option({"network", "lan", "ipaddr"}); }
 
 // The last octet is stored alone, so that a client follows the LAN to another network.
-std::string client_address(const Text& stored, const Mapping& /*mapping*/) {
+std::string client_address(const Text& stored, const NumberedSection& /*mapping*/) {
     const Text lan = lan_address();
     int octet[3] = {};
     if (!stored || !lan) return "";
@@ -214,8 +197,8 @@ HANDLER(NAT_PortMapping_Description) {
 
 HANDLER(NAT_PortMappingNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
-    const std::string count = std::to_string(__getInstanceMax(kPackage, kType));
+    const std::string count = std::to_string(__getInstanceMax(kMappings.package, kMappings.type));
     const KeepBulkRead ours;
-    write_option({kPackage, "nat", "PortMappingNumberOfEntries"}, count);
+    write_option({kMappings.package, "nat", "PortMappingNumberOfEntries"}, count);
     return GetArguments(args).answer(count);
 }

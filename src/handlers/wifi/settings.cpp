@@ -7,12 +7,6 @@
 
 namespace cwmp {
 
-std::optional<std::string> read_reported(const OptionPath& at, const char* failure, Caller caller) {
-    auto text = read_option(at);
-    if (!text) refuse(caller, kError, "%s", failure);
-    return text;
-}
-
 int accepted_constant(int op, Arguments args, const char* text) {
     if (op != CWMP_OP_GET) return SetArguments(op, args).value() == nullptr ? kRefused : kDone;
     return text == nullptr ? kDone : GetArguments(args).answer(text);

@@ -8,10 +8,6 @@
 
 namespace cwmp {
 
-// An option of the live store; nothing, logged, when it cannot be read.
-std::optional<std::string> read_reported(const OptionPath& at, const char* failure,
-                                         Caller caller = Caller::here());
-
 // A fixed value; a SET is accepted and has no effect. A null text leaves the answer as it is.
 int accepted_constant(int op, Arguments args, const char* text);
 

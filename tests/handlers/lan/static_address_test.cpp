@@ -179,7 +179,9 @@ TEST_F(StaticAddress, RefusesBadAndTakenMacs) {
     forget();
     EXPECT_EQ(set(STATIC "_Chaddr", {1, 2}, "aa:bb:cc:dd:ee:02").flags, 0);
     EXPECT_THAT(events_of(STATIC "_Chaddr"), ElementsAre("option mac already set\n"));
-    EXPECT_EQ(set(STATIC "_Chaddr", {1, 2}, "aa:bb:cc:dd:ee:03").code, 0);
+    expect_refused(
+        STATIC "_Chaddr", 2, "aa:bb:cc:dd:ee:03",
+        {"failed, mac AA:BB:CC:DD:EE:03 is already in section 3\n", "failed, mac is already existed\n"});
     entries(section(1, kMac, "5", "on") + "config reservation '2'\n");
     expect_refused(STATIC "_Chaddr", 1, "aa:bb:cc:dd:ee:05",
                    {"failed to find option mac in section 2\n", "failed, mac is already existed\n"});
@@ -240,8 +242,9 @@ TEST_F(StaticAddress, TheHostPartFollowsTheLan) {
 }
 
 TEST_F(StaticAddress, AnEntryThatIsNotThereIsRefused) {
-    entries("config reservation '1'\n" + section(2, kMac, "5", "on"));
-    for (const int number : {0, 3, -1, INT_MAX}) {
+    entries("config reservation '1'\n" + section(2, kMac, "5", "on") +
+            "config other '4'\n\toption mac 'AA:BB:CC:DD:EE:04'\n\toption ip '7'\n");
+    for (const int number : {0, 3, 4, -1, INT_MAX}) {
         const std::string name = std::to_string(number);
         for (const char* parameter : {STATIC "_Enable", STATIC "_Chaddr", STATIC "_Yiaddr"}) {
             EXPECT_EQ(get(parameter, {1, number}).code, -1) << parameter << number;
