@@ -164,6 +164,7 @@ class RouterTest : public ::testing::Test {
 
   private:
     void change(const std::string& what);
+    static Texts commands_with_requests();
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
     std::string told_transaction(const std::string& rest);

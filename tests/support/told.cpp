@@ -1,4 +1,5 @@
 // Rows of a call, and what each did.
+#include <algorithm>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
@@ -177,6 +178,22 @@ void RouterTest::change(const std::string& what) {
         add_section(tuple.substr(0, tuple.find(':')), tuple.substr(tuple.find(':') + 1), directory);
 }
 
+// The check script's calls are told by their requests, "check_params lan_check {...}".
+Words RouterTest::commands_with_requests() {
+    const std::string script = "lua /usr/bin/tr069/check_params ";
+    Words told = commands();
+    const Words calls = tool_calls();
+    auto call = calls.begin();
+    for (auto& command : told) {
+        if (!command.starts_with(script)) continue;
+        const std::string verb = "check_params " + rows::trim(command.substr(script.size()));
+        call = std::find_if(call, calls.end(), [&](const auto& each) { return each.starts_with(verb); });
+        if (call == calls.end()) break;
+        command = *call++;
+    }
+    return told;
+}
+
 std::string RouterTest::effects(const std::function<std::string()>& call) {
     forget();
     const rows::Snapshot before = rows::snapshot();
@@ -189,7 +206,7 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
     if (!result.empty()) parts.push_back(result);
     for (const auto& change : rows::changes(before, rows::snapshot())) parts.push_back(change);
     if (mute_.find('$') == std::string::npos) {
-        for (const auto& command : commands()) parts.push_back("$ " + rows::escape(command));
+        for (const auto& command : commands_with_requests()) parts.push_back("$ " + rows::escape(command));
     }
     if (mute_.find('!') == std::string::npos) {
         for (auto event : console()) {
@@ -211,6 +228,7 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
     unsigned flags = kEarlierFlag;
     std::vector<uint32_t> numbers(32);
     auto capacity = static_cast<uint32_t>(numbers.size());
+    if (op == CWMP_OP_LIST && !value.empty()) capacity = static_cast<uint32_t>(std::stoul(value));
     int code = 0;
     if (op == CWMP_OP_GET)
         code = call(handler(name.c_str()), op, locate.data(), buffer.data(), record);
@@ -253,7 +271,6 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
             text.copy(texts[i].data(), texts[i].size() - 1);
             given[i] = reinterpret_cast<long>(texts[i].data());
         } else if (word == "?") {
-            numbers[i] = 99;
             given[i] = reinterpret_cast<long>(&numbers[i]);
         } else if (word != "null") {
             given[i] = std::stol(word);
