@@ -174,6 +174,7 @@ class RouterTest : public ::testing::Test {
     int console_ = -1;
     int descriptors_ = 0;
     std::string mute_;           // of "$!": commands and events that told() leaves out
+    Texts heard_;       // words of which an event must have one, if there are any
     bool store_events_ = false;  // whether it tells those of the store's own functions
     bool agent_known_ = true;
     bool starved_ = false;  // the next call finds no free descriptor

@@ -141,6 +141,8 @@ void RouterTest::world(const std::string& line) {
         level(std::stoi(numbers[0]), numbers.size() > 1 ? std::stoi(numbers[1]) : 0);
     } else if (word == "mute") {
         mute_ = arguments();
+    } else if (word == "hear") {
+        heard_ = rows::words(arguments());
     } else if (word == "show") {
         store_events_ = arguments() == "store";
     } else if (word == "agent") {
@@ -212,6 +214,8 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
         for (auto event : console()) {
             while (event.ends_with('\n')) event.pop_back();
             if (!store_events_ && is_of_store(event)) continue;
+            const auto is_in = [&](const std::string& text) { return event.find(text) != std::string::npos; };
+            if (!heard_.empty() && std::none_of(heard_.begin(), heard_.end(), is_in)) continue;
             parts.push_back("! " + rows::escape(event));
         }
     }
