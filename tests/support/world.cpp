@@ -161,8 +161,8 @@ std::optional<std::string> RouterTest::section_type(const std::string& section,
 }
 
 std::optional<std::string> RouterTest::text_of(const std::string& path) {
+    if (!fs::is_regular_file(path)) return std::nullopt;
     std::ifstream stream(path, std::ios::binary);
-    if (!stream) return std::nullopt;
     return std::string(std::istreambuf_iterator<char>(stream), {});
 }
 

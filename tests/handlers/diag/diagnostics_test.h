@@ -23,16 +23,6 @@ extern std::string failing_command;
 
 class DiagnosticsTest : public RouterTest {
   protected:
-    struct SettingRow {
-        const char* handler;
-        std::string value;
-        int code;
-        std::string option;                 // in the scratch store
-        std::optional<std::string> stored;  // afterwards
-        unsigned flags = 0;
-        std::optional<std::string> event = {};  // logged
-    };
-
     void SetUp() override {
         RouterTest::SetUp();
         std::filesystem::create_directories(kScratch);
@@ -53,35 +43,6 @@ class DiagnosticsTest : public RouterTest {
     }
 
     static std::optional<std::string> scratch(const std::string& name) { return option(name, kScratch); }
-
-    void expect_settings(const std::vector<SettingRow>& rows, int op = CWMP_OP_APPLY) {
-        for (const SettingRow& row : rows) {
-            SCOPED_TRACE(std::string(row.handler) + " = " + row.value.substr(0, 80));
-            std::filesystem::remove_all(kScratch);
-            std::filesystem::create_directories(kScratch);
-            store(row.option, "before", kScratch);
-            forget();
-            const Result result = set(row.handler, {}, row.value, op, 0x80000000);
-            EXPECT_EQ(result.code, row.code);
-            EXPECT_EQ(scratch(row.option), row.stored);
-            EXPECT_EQ(result.flags, row.flags | 0x80000000);
-            Texts events = console();
-            std::erase_if(events, [](const std::string& text) { return text.starts_with("uciRaw"); });
-            if (row.event) {
-                EXPECT_THAT(events, ElementsAre(std::string(row.handler) + ": " + *row.event));
-            } else {
-                EXPECT_THAT(events, IsEmpty());
-            }
-            EXPECT_THAT(commands(), IsEmpty());
-        }
-    }
-
-    // A SET without a value is refused, or taken as an empty one.
-    void expect_null_value(const char* name, int code) {
-        unsigned flags = 0;
-        Locate locate{};
-        EXPECT_EQ(call(handler(name), CWMP_OP_APPLY, locate.data(), nullptr, &flags), code) << name;
-    }
 
     void listen_as_agent() {
         cwmp_message_handle handle = {};
@@ -119,15 +80,4 @@ class DiagnosticsTest : public RouterTest {
 
   private:
     int agent_ = -1;
-};
-
-// Runs something wherever a shell expands it.
-inline constexpr const char* kMeta = "$(touch /tmp/started) `touch /tmp/started`";
-
-class DiagnosticsSettings : public DiagnosticsTest {
-  protected:
-    void TearDown() override {
-        EXPECT_FALSE(exists("/tmp/started")) << "a value was run as a command";
-        DiagnosticsTest::TearDown();
-    }
 };

@@ -21,9 +21,7 @@ class NeighbourScan : public DiagnosticsTest {
                "          Cell 01 - Address: A1\n          Cell 02 - Address: A2\n");
         answer("iwlist " + second + " scan", "          Cell 01 - Address: B1\nEND\n");
     }
-    Result request(int op = CWMP_OP_APPLY, const char* value = "Requested") {
-        return set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, value, op);
-    }
+    Result request() { return set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, "Requested"); }
     static std::optional<std::string> result(const std::string& name) {
         return scratch("diagnostics_config." + name);
     }
@@ -64,20 +62,6 @@ TEST_F(NeighbourScan, ARunEndsSavedAndTellsTheAgent) {
     const std::string name = "WiFi_NeighboringWiFiDiagnostic_DiagnosticsState: ";
     EXPECT_THAT(console(), Contains(HasSubstr(name + "before: child pid id : ")));
     EXPECT_THAT(console(), Contains(HasSubstr(name + "after: child pid id : ")));
-}
-
-TEST_F(NeighbourScan, OnlyTheApplyPassStarts) {
-    for (const char* name : {"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState",
-                             "X_QM_NeighboringWiFiDiagnostic_DiagnosticsState"}) {
-        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK}) {
-            EXPECT_EQ(set(name, {}, "Requested", op).code, 0);
-            EXPECT_EQ(set(name, {}, "None", op).code, -1);
-        }
-        EXPECT_EQ(set(name, {}, "requested").code, -1);
-        expect_null_value(name, -1);
-        EXPECT_THAT(commands(), IsEmpty());
-        EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"), std::nullopt);
-    }
 }
 
 TEST_F(NeighbourScan, BothProfileNamesOrNone) {
