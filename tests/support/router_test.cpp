@@ -98,7 +98,7 @@ int RouterTest::call(cwmp_handler handler, int op, ...) {
 RouterTest::Result RouterTest::get(const char* name, Locate locate) {
     auto buffer = output_buffer();
     Result result;
-    result.code = call(handler(name), CWMP_OP_GET, locate.data(), buffer.data());
+    result.code = call(handler(name), CWMP_OP_GET, locate.data(), buffer.data(), nullptr);  // no agent record
     result.value = buffer.data();
     result.locate = locate;
     return result;
@@ -107,7 +107,7 @@ RouterTest::Result RouterTest::get(const char* name, Locate locate) {
 RouterTest::Result RouterTest::set(const char* name, Locate locate, const std::string& value, int op,
                                    unsigned flags) {
     Result result{.value = value, .flags = flags};
-    result.code = call(handler(name), op, locate.data(), result.value.data(), &result.flags);
+    result.code = call(handler(name), op, locate.data(), result.value.data(), &result.flags, nullptr);
     result.locate = locate;
     EXPECT_EQ(result.value, value) << name << " changed the caller's text";
     return result;
