@@ -166,7 +166,7 @@ class RouterTest : public ::testing::Test {
     void change(const std::string& what);
     static Texts commands_with_requests();
     Texts told_handlers(const std::string& verb, std::string rest);
-    std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& value);
+    std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& word);
     std::string told_transaction(const std::string& rest);
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
@@ -174,7 +174,7 @@ class RouterTest : public ::testing::Test {
     int console_ = -1;
     int descriptors_ = 0;
     std::string mute_;           // of "$!": commands and events that told() leaves out
-    Texts heard_;       // words of which an event must have one, if there are any
+    Texts heard_;                // words of which an event must have one, if there are any
     bool store_events_ = false;  // whether it tells those of the store's own functions
     bool agent_known_ = true;
     bool starved_ = false;  // the next call finds no free descriptor

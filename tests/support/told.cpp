@@ -222,13 +222,17 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
     return parts.empty() ? "nothing" : joined(parts, " | ");
 }
 
+// The value is 'text' or null.
 std::string RouterTest::told_handler(int op, const std::string& name, const Locate& given,
-                                     const std::string& value) {
+                                     const std::string& word) {
+    const bool is_null = word == "null";
+    const std::string value = is_null ? "" : word.substr(1);
     const cwmp_agent_state* record = agent_known_ ? &kAgent : nullptr;
     Locate locate = given;
     std::vector<char> buffer(CWMP_VALUE_SIZE);
     const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD;
     (answers ? std::string(kUntouched) : value).copy(buffer.data(), buffer.size() - 1);
+    char* text = is_null ? nullptr : buffer.data();
     unsigned flags = kEarlierFlag;
     std::vector<uint32_t> numbers(32);
     auto capacity = static_cast<uint32_t>(numbers.size());
@@ -239,7 +243,7 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
     else if (op == CWMP_OP_LIST)
         code = call(handler(name.c_str()), op, locate.data(), numbers.data(), &capacity);
     else
-        code = call(handler(name.c_str()), op, locate.data(), buffer.data(), &flags, record);
+        code = call(handler(name.c_str()), op, locate.data(), text, &flags, record);
 
     Words parts;
     if (code != 0) parts.push_back(std::to_string(code));
@@ -306,7 +310,8 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
         for (const auto& each : rows::expand(word)) list.push_back(each);
     }
     if (locates.empty()) locates.push_back("0");
-    const Words values = rest.starts_with('\'') ? rows::words(rest) : Words{"'" + rows::unescape(rest)};
+    const Words values =
+        rest.starts_with('\'') || rest == "null" ? rows::words(rest) : Words{"'" + rows::unescape(rest)};
     const Words passes = verb == "passes" ? Words{"stage", "check", "apply"} : Words{verb};
     Words told;
     for (const auto& name : names) {
@@ -316,7 +321,7 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
                 for (const auto& pass : passes) {
                     const int op = operation(pass);
                     each.push_back(
-                        effects([&] { return told_handler(op, name, locate_of(locate), value.substr(1)); }));
+                        effects([&] { return told_handler(op, name, locate_of(locate), value); }));
                     // A handler's own events need not name it.
                     replace_all(each.back(), "! " + name + ": ", "! ");
                 }
