@@ -16,11 +16,14 @@ TEST_F(WanLive, InterfacesAndRoutes) {
                 ::testing::MatchesRegex("[0-9]+"));
     EXPECT_EQ(get("NAT_InterfaceSetting_Status").value, "Enabled");
     EXPECT_EQ(get("Routing_Router_IPv4ForwardingNumberOfEntries").value, "4");
-    expect_answers({{"Routing_Router_IPv4Forwarding_GatewayIPAddress", {1, 1}, "192.0.2.1"},
-                    {"Routing_Router_IPv4Forwarding_Interface", {1, 1}, "Device.IP.Interface.2."},
-                    {"Routing_Router_IPv4Forwarding_DestIPAddress", {1, 2}, "192.0.2.0"},
-                    {"Routing_Router_IPv4Forwarding_Interface", {1, 3}, "Device.IP.Interface.1."},
-                    {"Routing_Router_IPv4Forwarding_DestSubnetMask", {1, 4}, "255.255.255.0"}});
+    const auto route = [&](const char* name, int number) {
+        return get((std::string("Routing_Router_IPv4Forwarding_") + name).c_str(), {1, number}).value;
+    };
+    EXPECT_EQ(route("GatewayIPAddress", 1), "192.0.2.1");
+    EXPECT_EQ(route("Interface", 1), "Device.IP.Interface.2.");
+    EXPECT_EQ(route("DestIPAddress", 2), "192.0.2.0");
+    EXPECT_EQ(route("Interface", 3), "Device.IP.Interface.1.");
+    EXPECT_EQ(route("DestSubnetMask", 4), "255.255.255.0");
 }
 
 }  // namespace

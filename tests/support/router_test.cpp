@@ -8,8 +8,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <iostream>
-#include <sstream>
 #include <stdexcept>
 
 namespace {
@@ -39,12 +37,6 @@ int open_descriptors() {
         if (fcntl(descriptor, F_GETFD) >= 0) ++count;
     }
     return count;
-}
-
-std::string row_name(const std::string& handler, const Locate& locate) {
-    std::ostringstream name;
-    name << handler << ' ' << ::testing::PrintToString(locate);
-    return name.str();
 }
 
 std::vector<char> output_buffer() {
@@ -113,13 +105,6 @@ RouterTest::Result RouterTest::set(const char* name, Locate locate, const std::s
     return result;
 }
 
-std::vector<int> RouterTest::set_in_passes(const char* name, Locate locate, const std::string& value) {
-    std::vector<int> codes;
-    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
-        codes.push_back(set(name, locate, value, op).code);
-    return codes;
-}
-
 RouterTest::Result RouterTest::add_instance(const char* name, Locate locate) {
     auto buffer = output_buffer();
     Result result;
@@ -140,38 +125,6 @@ std::optional<std::vector<uint32_t>> RouterTest::list_instances(const char* name
     if (code != 0) return std::nullopt;
     while (!numbers.empty() && numbers.back() == 0) numbers.pop_back();
     return numbers;
-}
-
-void RouterTest::expect_answers(const std::vector<GetRow>& rows) {
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row_name(row.handler, row.locate));
-        const Result result = get(row.handler, row.locate);
-        EXPECT_EQ(result.code, 0);
-        EXPECT_EQ(result.value, row.value);
-    }
-}
-
-void RouterTest::expect_stored(const std::vector<SetRow>& rows) {
-    constexpr unsigned kEarlierFlag = 0x80000000;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row_name(row.handler, row.locate) + " = " + row.value);
-        const Result result = set(row.handler, row.locate, row.value, CWMP_OP_APPLY, kEarlierFlag);
-        EXPECT_EQ(result.code, 0);
-        EXPECT_EQ(option(row.option), row.stored);
-        EXPECT_EQ(result.flags, row.flags | kEarlierFlag);
-    }
-}
-
-void RouterTest::expect_read_only(std::initializer_list<const char*> names) {
-    forget();
-    for (const char* name : names) {
-        SCOPED_TRACE(name);
-        // Null arguments: whoever takes one and uses it crashes.
-        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
-            EXPECT_EQ(call(handler(name), op, nullptr, nullptr, nullptr), -1);
-    }
-    EXPECT_THAT(console(), IsEmpty());
-    EXPECT_THAT(commands(), IsEmpty());
 }
 
 void RouterTest::level(int level, int syslog) {

@@ -14,7 +14,6 @@
 #include <array>
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 #include <map>
 #include <optional>
 #include <string>
@@ -51,22 +50,6 @@ class RouterTest : public ::testing::Test {
         Locate locate{};     // as the handler left it
     };
 
-    struct GetRow {
-        const char* handler;
-        Locate locate;
-        std::string value;
-    };
-
-    // One SET and where its value must be found afterwards.
-    struct SetRow {
-        const char* handler;
-        Locate locate;
-        std::string value;
-        std::string option;  // "package.section.option" in the live store
-        std::string stored;
-        unsigned flags;
-    };
-
   protected:
     void SetUp() override;
     void TearDown() override;
@@ -100,8 +83,6 @@ class RouterTest : public ::testing::Test {
     Result get(const char* handler, Locate locate = {});
     Result set(const char* handler, Locate locate, const std::string& value, int op = CWMP_OP_APPLY,
                unsigned flags = 0);
-    // The result codes of stage, check and apply.
-    std::vector<int> set_in_passes(const char* handler, Locate locate, const std::string& value);
 
     // Object handlers.
     Result add_instance(const char* handler, Locate locate = {});  // value is the new number
@@ -109,13 +90,6 @@ class RouterTest : public ::testing::Test {
     // The numbers; nothing when the handler refuses. capacity is what the agent can take.
     std::optional<std::vector<uint32_t>> list_instances(const char* handler, Locate locate = {},
                                                         uint32_t capacity = 32);
-
-    // Checks of whole tables. Rows are told apart by handler and locate in the failure's trace.
-
-    void expect_answers(const std::vector<GetRow>& rows);
-    void expect_stored(const std::vector<SetRow>& rows);
-    // A SET of each is -1 on every pass, takes no argument, runs and logs nothing.
-    void expect_read_only(std::initializer_list<const char*> handlers);
 
     // A row of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
     // one text. effects() tells the same of any code; its own result comes first.

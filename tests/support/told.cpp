@@ -320,8 +320,7 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
                 Words each;
                 for (const auto& pass : passes) {
                     const int op = operation(pass);
-                    each.push_back(
-                        effects([&] { return told_handler(op, name, locate_of(locate), value); }));
+                    each.push_back(effects([&] { return told_handler(op, name, locate_of(locate), value); }));
                     // A handler's own events need not name it.
                     replace_all(each.back(), "! " + name + ": ", "! ");
                 }
