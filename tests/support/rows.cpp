@@ -42,7 +42,8 @@ void read_package(const fs::path& file, Snapshot& found) {
     uci_foreach_element(&context->delta_path, path) path->name[0] = '\0';
     uci_package* package = nullptr;
     if (uci_load(context.get(), file.filename().c_str(), &package) != UCI_OK) {
-        found[file] = text_of(file);
+        const std::string text = text_of(file);
+        if (!text.empty()) found[file] = text;  // such as the notes of a transaction while there are none
         return;
     }
     const std::string directory = file.parent_path().filename();

@@ -1,0 +1,165 @@
+// All or nothing over several groups and packages, with the router's own check script.
+#include "cwmp/transaction.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <map>
+
+#include "cwmp/staged_objects.h"
+#include "router_test.h"
+
+namespace {
+
+// What an agent does between begin and end: plain options of three packages, an added mapping, a deleted reservation,
+// two groups; and where the last member is refused.
+class AllOrNothing : public RouterTest {
+  protected:
+    void SetUp() override {
+        RouterTest::SetUp();
+        for (const auto& [option, value] : kConfiguration) store(option, value);
+        package("custom",
+                "# as delivered\nconfig info DeviceInfo\n\toption ProvisioningCode 'old'\n\toption b '2'\n");
+        package("cwmp",
+                "config info 'info'\n\toption inform_interval '300'\n\tlist many 'a'\n\tlist many 'b c'\n");
+        package("nat",
+                "config nat 'nat'\n\toption PortMappingNumberOfEntries '1'\n\nconfig rule_vs '1'\n"
+                "\toption port_forwarding_id '1'\n");
+        package("dhcp_reservation",
+                "config reservation '1'\n\toption enable 'on'\n\tlist x 'it''s'\n\toption mac 'm'\n\n"
+                "config reservation '2'\n\toption enable 'off'\n\nconfig other\n\toption y 'z%\n\t'\n");
+        profile("cwmp_settings.isp_reset", "yes");
+        file("/etc/profile.d/cwmp-config-force", "");
+        package("qos_v2", "\nconfig settings 'settings'\n\toption up_band '1'\n\n");
+        for (const char* place : {"network_sync.wan.wan_type", "network_sync.wan.proto",
+                                  "network.wan.wan_type", "network.wan.proto"})
+            store(place, "static");
+        level(-1);
+        before_ = packages();
+    }
+
+    // The script writes its own packages its own way.
+    std::map<std::string, std::string> packages() {
+        std::map<std::string, std::string> texts;
+        for (const char* name : {"custom", "cwmp", "nat", "dhcp_reservation", "qos_v2"})
+            texts[name] = text_of(std::string(kLive) + "/" + name).value_or("gone");
+        for (const auto& [name, value] : kConfiguration) texts[name] = option(name).value_or("gone");
+        return texts;
+    }
+
+    bool write_all() {
+        bool done = true;
+        for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
+            const auto member = [&](const char* name, const char* value) {
+                done = done && set(name, {1, 1, 1, 1}, value, op).code == 0;
+            };
+            member("DeviceInfo_ProvisioningCode", "new\tcode");
+            member("ManagementServer_PeriodicInformInterval", "600");
+            member("WANDevice_X_QM_QoS_Upband", "5");
+            if (op == CWMP_OP_CHECK) {
+                done = done && add_instance("NAT_PortMapping").code == 0;
+                done = done && delete_instance("DHCPv4_Server_Pool_StaticAddress", {}, "1").code == 0;
+            }
+            member("LANDevice_LANHostConfigManagement_MinAddress", "192.168.0.50");
+            member("LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress", "192.168.0.2");
+            member("WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress", last_value_);
+        }
+        return done;
+    }
+
+    int begin(int wait = 0) { return FROM_LIBRARY(cwmp_transaction_begin)(wait); }
+    int end(int keep) { return FROM_LIBRARY(cwmp_transaction_end)(keep, &flags); }
+    int recover() { return FROM_LIBRARY(cwmp_transaction_recover)(&flags); }
+
+    void expect_undone() {
+        EXPECT_EQ(packages(), before_);
+        EXPECT_TRUE(all_idle());
+        EXPECT_EQ(text_of(CWMP_TRANSACTION_NOTES), "");
+        EXPECT_EQ(option("cwmp.info.inform_interval", "/tmp/cwmp-config"), std::nullopt);
+    }
+
+    bool all_idle() {
+        return idle(FROM_LIBRARY(pppoe_obj_data)) && idle(FROM_LIBRARY(pppoe_obj_data_revert)) &&
+               idle(FROM_LIBRARY(dhcp_obj_data)) && idle(FROM_LIBRARY(dhcp_obj_data_revert)) &&
+               idle(FROM_LIBRARY(lan_obj_data)) && idle(FROM_LIBRARY(lan_obj_data_revert)) &&
+               idle(FROM_LIBRARY(wan_obj_data)) && idle(FROM_LIBRARY(wan_obj_data_revert));
+    }
+    template <typename Record>
+    static bool idle(const Record& record) {
+        const Record zero{};
+        return std::memcmp(&record, &zero, sizeof zero) == 0;
+    }
+    static void script(const std::string& verb, const std::string& text) {
+        answer("check_params " + verb, text);
+    }
+
+    static constexpr std::pair<const char*, const char*> kConfiguration[] = {
+        {"smartip_sync.settings.lanip", "192.168.0.1"},
+        {"smartip_sync.settings.mask", "255.255.255.0"},
+        {"network.lan.ipaddr", "192.168.0.1"},
+        {"network.lan.netmask", "255.255.255.0"},
+        {"network.wan.wan_type", "dhcp"},
+        {"network.wan.proto", "dhcp"},
+        {"network_sync.wan.wan_type", "dhcp"},
+        {"network_sync.wan.proto", "dhcp"},
+        {"network.internet.username", "it's me"},
+        {"network.internet.password", "a \"b\" \\c"},
+        {"protocol.static.ipaddr", "192.0.2.20"},
+        {"protocol.static.netmask", "255.255.255.0"},
+        {"protocol.static.gateway", "192.0.2.1"},
+        {"protocol.static.pri_dns", "192.0.2.53"},
+        {"protocol.static.snd_dns", "0.0.0.0"},
+        {"network.vlan.enable", "0"},
+        {"iptv_v2.info.enable", "0"},
+        {"iptv_v2.info.iptv_type", "normal"},
+        {"iptv_v2.info.iptv_vid", "30"},
+        {"iptv_v2.info.iptv_prio", "4"},
+        {"iptv.Custom.internet_vid", "10"},
+        {"dhcp_server_sync.settings.startIpAddress", "192.168.0.100"},
+        {"dhcp_server_sync.settings.endIpAddress", "192.168.0.199"},
+    };
+    unsigned flags = 0;
+    std::map<std::string, std::string> before_;
+    const char* last_value_ = "192.0.2.99";
+};
+
+// holds P7, P8
+TEST_F(AllOrNothing, IsUndoneWhereverItIsRefusedAndWhoeverIsKilled) {
+    const auto in_stage = [&] { last_value_ = "nonsense"; };
+    const auto in_check = [&] { script("wan_check", R"({"error_code":1})"); };
+    const auto in_apply = [&] { script("wan_whole", R"({"error_code":1})"); };
+    const auto nowhere = [] {};
+    const auto accept_all = [] { std::filesystem::remove_all("/var/lib/router/answers"); };
+    const auto run = [&](const char* where, const auto& refuse, bool written) {
+        SCOPED_TRACE(where);
+        refuse();
+        ASSERT_EQ(begin(), 0);
+        EXPECT_EQ(write_all(), written);
+        EXPECT_NE(packages(), before_);
+        accept_all();
+        EXPECT_EQ(end(0), 0);
+        expect_undone();
+        refuse();
+        const pid_t killed = fork();
+        if (killed == 0) {
+            begin();
+            write_all();
+            _exit(0);
+        }
+        waitpid(killed, nullptr, 0);
+        EXPECT_NE(packages(), before_);
+        accept_all();
+        EXPECT_EQ(recover(), 1);
+        expect_undone();
+        EXPECT_EQ(recover(), 0);
+        last_value_ = "192.0.2.99";
+    };
+    run("stage", in_stage, false);
+    run("check", in_check, false);
+    run("apply", in_apply, false);
+    run("nowhere", nowhere, true);
+}
+
+}  // namespace
