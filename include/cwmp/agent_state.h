@@ -14,6 +14,8 @@
 
 #include <stdint.h>
 
+#include "cwmp/layout.h"
+
 #define CWMP_AGENT_PATH_SIZE 254
 #define CWMP_AGENT_URL_SIZE 1024
 #define CWMP_AGENT_HOST_SIZE 16
@@ -24,5 +26,6 @@ struct cwmp_agent_state {
     char acs_url[CWMP_AGENT_URL_SIZE]; /* the ACS URL that the agent uses now */
     char host[CWMP_AGENT_HOST_SIZE];   /* address of the connection-request listener, dotted IPv4 */
 };
+CWMP_LAYOUT(offsetof(struct cwmp_agent_state, path) == 2);
 
 #endif

@@ -8,6 +8,7 @@
 #include <stdint.h>
 
 #include "cwmp/export.h"
+#include "cwmp/layout.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -22,12 +23,14 @@ struct cwmp_interface_stack_row {
     const char* higher; /* path of the higher layer */
     const char* lower;  /* path of the lower layer, empty for the lowest */
 };
+CWMP_LAYOUT(sizeof(void*) != 8 || sizeof(struct cwmp_interface_stack_row) == 24);
 
 struct cwmp_application_interface {
     int32_t id;
     const char* path;   /* IP interface, or null: the current WAN's */
     const char* unused; /* null in every row */
 };
+CWMP_LAYOUT(sizeof(void*) != 8 || sizeof(struct cwmp_application_interface) == 24);
 
 extern CWMP_EXPORT struct cwmp_interface_stack_row intfStacks[CWMP_INTERFACE_STACK_ROWS];
 extern CWMP_EXPORT struct cwmp_application_interface appIntf[CWMP_APPLICATION_INTERFACE_ROWS];

@@ -22,6 +22,7 @@
 #include <sys/un.h>
 
 #include "cwmp/export.h"
+#include "cwmp/layout.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -41,6 +42,8 @@ struct cwmp_message_handle {
     struct sockaddr_un local;
     struct sockaddr_un peer; /* where the next message goes */
 };
+CWMP_LAYOUT(sizeof(struct cwmp_message_handle) == 224 && offsetof(struct cwmp_message_handle, local) == 4 &&
+            offsetof(struct cwmp_message_handle, peer) == 114);
 
 #define CWMP_MESSAGE_PAYLOAD 516
 
@@ -49,6 +52,7 @@ struct cwmp_message {
     uint32_t type;
     uint8_t payload[CWMP_MESSAGE_PAYLOAD]; /* defined by the type; sent as it stands */
 };
+CWMP_LAYOUT(sizeof(struct cwmp_message) == 520 && offsetof(struct cwmp_message, payload) == 4);
 
 /* Makes the handle's socket, closed on exec. */
 CWMP_EXPORT int msg_init(struct cwmp_message_handle* handle);

@@ -14,6 +14,7 @@
 #include <stdint.h>
 
 #include "cwmp/export.h"
+#include "cwmp/layout.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -23,9 +24,11 @@ extern "C" {
 #define CWMP_ETH_NAME_SIZE 16
 #define CWMP_ETH_COUNT 3
 
+enum cwmp_platform_kind { CWMP_PLATFORM_QCAS = 0, CWMP_PLATFORM_BCM = 1, CWMP_PLATFORM_MTK = 2 };
+
 /* The interface-information record. Names are NUL-terminated and cut to their field. */
 struct cwmp_interface_info {
-    int32_t cpeType; /* as cpe_type() answers */
+    int32_t cpeType; /* enum cwmp_platform_kind */
     char wifi_2_4G[CWMP_INTERFACE_NAME_SIZE];
     char wifi_5G[CWMP_INTERFACE_NAME_SIZE];
     char guest_2_4G[CWMP_INTERFACE_NAME_SIZE];
@@ -34,6 +37,7 @@ struct cwmp_interface_info {
     char backhaul_2_4G[CWMP_INTERFACE_NAME_SIZE];
     char backhaul_5G[CWMP_INTERFACE_NAME_SIZE];
 };
+CWMP_LAYOUT(sizeof(struct cwmp_interface_info) == 184);
 
 extern CWMP_EXPORT struct cwmp_interface_info interface_data;
 extern CWMP_EXPORT struct cwmp_interface_info _interface_data;
@@ -73,7 +77,7 @@ CWMP_EXPORT int get_device_sn(char* buffer, int size);
 /* A GET handler's body: the first line of command, cut to 99 bytes, is the value. A SET is -1. */
 CWMP_EXPORT int FwinfoDeviceInfo(int op, va_list args, const char* command);
 
-/* The platform kind: 2 for "mtk", 1 for "bcm", 0 for anything else. */
+/* The platform kind: "mtk", "bcm"; anything else counts as "qcas". */
 CWMP_EXPORT int cpe_type(void);
 
 /* Fills a record from the profile, with ath0, ath1, ath01, ath11, ath02, ath12 for missing names. Always 0.

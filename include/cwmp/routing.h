@@ -5,6 +5,7 @@
 #define CWMP_ROUTING_H
 
 #include "cwmp/export.h"
+#include "cwmp/layout.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -20,6 +21,8 @@ struct cwmp_route {
     char interface[30]; /* path of a TR-181 IP interface */
     char origin[10];    /* "DHCPv4", "Static" or "IPCP" */
 };
+CWMP_LAYOUT(sizeof(struct cwmp_route) == 100 && offsetof(struct cwmp_route, interface) == 60 &&
+            offsetof(struct cwmp_route, origin) == 90);
 
 /* Indexed by instance number, from 1; entry 0 is never filled. All zero until the first genroutelist(). */
 extern CWMP_EXPORT struct cwmp_route routelist[CWMP_ROUTES + 1];

@@ -22,6 +22,7 @@
 #include <stdint.h>
 
 #include "cwmp/export.h"
+#include "cwmp/layout.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -68,6 +69,10 @@ struct cwmp_pppoe_record {
     char dns_servers[50]; /* 15 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_pppoe_record) == 568 && offsetof(struct cwmp_pppoe_record, username) == 4 &&
+            offsetof(struct cwmp_pppoe_record, password) == 259 &&
+            offsetof(struct cwmp_pppoe_record, dns_servers) == 514 &&
+            offsetof(struct cwmp_pppoe_record, checked) == 564);
 
 struct cwmp_dhcp_record {
     char start_address[16]; /* 15 */
@@ -75,12 +80,17 @@ struct cwmp_dhcp_record {
     char dns_servers[52];   /* 15 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_dhcp_record) == 88 && offsetof(struct cwmp_dhcp_record, end_address) == 16 &&
+            offsetof(struct cwmp_dhcp_record, dns_servers) == 32 &&
+            offsetof(struct cwmp_dhcp_record, checked) == 84);
 
 struct cwmp_lan_record {
     char address[16]; /* 15 */
     char mask[16];    /* 15 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_lan_record) == 36 && offsetof(struct cwmp_lan_record, mask) == 16 &&
+            offsetof(struct cwmp_lan_record, checked) == 32);
 
 struct cwmp_wan_record {
     char address[16];     /* 15 */
@@ -90,6 +100,10 @@ struct cwmp_wan_record {
     char type[20];        /* 19 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_wan_record) == 124 && offsetof(struct cwmp_wan_record, mask) == 16 &&
+            offsetof(struct cwmp_wan_record, gateway) == 32 &&
+            offsetof(struct cwmp_wan_record, dns_servers) == 48 &&
+            offsetof(struct cwmp_wan_record, type) == 98 && offsetof(struct cwmp_wan_record, checked) == 120);
 
 struct cwmp_iptv_record {
     int32_t enable;
@@ -98,12 +112,18 @@ struct cwmp_iptv_record {
     char priority[20]; /* 19 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_iptv_record) == 68 && offsetof(struct cwmp_iptv_record, type) == 4 &&
+            offsetof(struct cwmp_iptv_record, vlan_id) == 24 &&
+            offsetof(struct cwmp_iptv_record, priority) == 44 &&
+            offsetof(struct cwmp_iptv_record, checked) == 64);
 
 struct cwmp_vlan_record {
     int32_t enable;
     char vlan_id[20]; /* 19 */
     uint32_t checked;
 };
+CWMP_LAYOUT(sizeof(struct cwmp_vlan_record) == 28 && offsetof(struct cwmp_vlan_record, vlan_id) == 4 &&
+            offsetof(struct cwmp_vlan_record, checked) == 24);
 
 extern CWMP_EXPORT struct cwmp_pppoe_record pppoe_obj_data;
 extern CWMP_EXPORT struct cwmp_pppoe_record pppoe_obj_data_revert;

@@ -2,7 +2,9 @@
  * Value checks and conversions.
  *
  * Two generations with different results stand side by side; each keeps its own. Addresses are dotted IPv4
- * texts. A null argument is a programming error: the libutil_ functions abort the process with an assertion.
+ * texts. A null text counts as an empty one, except that libutil_netChkDotIpAddr, libutil_netChkStrMacAddr,
+ * libutil_netChkLegalMacAddr, libutil_netChkSameSubnet (all but second_mask) and libutil_strncpy end the process
+ * with an assertion. adjustMacFmt, strlowr and a result (address, mhz) take no null.
  */
 #ifndef CWMP_VALUE_CHECKS_H
 #define CWMP_VALUE_CHECKS_H
@@ -57,8 +59,9 @@ CWMP_EXPORT int libutil_netChkLegalIpAddr(const char* text);
 CWMP_EXPORT int libutil_netChkSameSubnet(const char* test, const char* second_mask, const char* address,
                                          const char* mask);
 
-/* Copies at most n - 1 characters and fills the rest of the n bytes with zeros. Result: destination. */
-CWMP_EXPORT char* libutil_strncpy(char* destination, const char* source, int n);
+/* Copies at most size - 1 characters and fills the rest of the size bytes with zeros. Result: destination. A size
+ * below 1 is a programming error as a null is. */
+CWMP_EXPORT char* libutil_strncpy(char* destination, const char* source, int size);
 
 /* Cuts text in place at the delimiters into at most limit tokens (20 at the most). Result: token number
  * index, from 1; null when there is none. */

@@ -12,11 +12,6 @@
 
 #include "core/assertion.h"
 
-static_assert(sizeof(sockaddr_un) == 110);
-static_assert(offsetof(cwmp_message_handle, local) == 4 && offsetof(cwmp_message_handle, peer) == 114);
-static_assert(sizeof(cwmp_message_handle) == 224);
-static_assert(offsetof(cwmp_message, payload) == 4 && sizeof(cwmp_message) == 520);
-
 namespace {
 
 constexpr const char* kUnit = "os_msgLinux";

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "core/addresses.h"
 #include "core/assertion.h"
 #include "core/log.h"
 
@@ -40,12 +41,6 @@ int hex_value(char digit) {
 }
 
 bool is_mac_separator(char c) { return c == '-' || c == ':'; }
-
-uint32_t host_order(const char* text) {
-    uint32_t address = 0;
-    libutil_addrStrToNum(text, &address);
-    return ntohl(address);
-}
 
 }  // namespace
 
@@ -123,14 +118,14 @@ int libutil_addrStrToNum(const char* text, uint32_t* address) {
     return 0;
 }
 
-int libutil_netChkDotIpAddr(const char* pStrIp) {
-    CONTRACT_ASSERT(kUnit, pStrIp != nullptr, "pStrIp != NULL");
-    const std::size_t length = std::strlen(pStrIp);
+int libutil_netChkDotIpAddr(const char* text) {
+    CONTRACT_ASSERT(kUnit, text != nullptr, "pStrIp != NULL");
+    const std::size_t length = std::strlen(text);
     if (length < 7 || length > 15) return 0;
     int dots = 0;
     int number = 0;
     bool in_number = false;
-    for (const char* next = pStrIp; *next != '\0'; ++next) {
+    for (const char* next = text; *next != '\0'; ++next) {
         if (*next == '.') {
             if (!in_number) return 0;
             ++dots;
@@ -147,21 +142,21 @@ int libutil_netChkDotIpAddr(const char* pStrIp) {
     return dots == 3 && in_number ? 1 : 0;
 }
 
-int libutil_netChkStrMacAddr(const char* pStrMac) {
-    CONTRACT_ASSERT(kUnit, pStrMac != nullptr, "pStrMac != NULL");
+int libutil_netChkStrMacAddr(const char* text) {
+    CONTRACT_ASSERT(kUnit, text != nullptr, "pStrMac != NULL");
     constexpr std::size_t kLength = 17;
-    if (std::strlen(pStrMac) != kLength) return 0;
+    if (std::strlen(text) != kLength) return 0;
     for (std::size_t i = 0; i < kLength; ++i) {
-        if (i % 3 == 2 ? pStrMac[i] != ':' : !is_hex(pStrMac[i])) return 0;
+        if (i % 3 == 2 ? text[i] != ':' : !is_hex(text[i])) return 0;
     }
     return 1;
 }
 
-int libutil_netChkLegalMacAddr(const char* pStrMac) {
-    CONTRACT_ASSERT(kUnit, pStrMac != nullptr, "pStrMac != NULL");
+int libutil_netChkLegalMacAddr(const char* text) {
+    CONTRACT_ASSERT(kUnit, text != nullptr, "pStrMac != NULL");
     uint8_t mac[6] = {};
-    if (libutil_macStrToEth(pStrMac, mac) != 0) {
-        LOG_ERROR("Error mac: %s\n", pStrMac);
+    if (libutil_macStrToEth(text, mac) != 0) {
+        LOG_ERROR("Error mac: %s\n", text);
         return 0;
     }
     constexpr uint8_t kZero[6] = {};
@@ -170,32 +165,32 @@ int libutil_netChkLegalMacAddr(const char* pStrMac) {
 }
 
 int libutil_netChkLegalIpAddr(const char* text) {
-    const uint32_t first = host_order(text) >> 24;
+    const uint32_t first = cwmp::address_number(text) >> 24;
     return first != 0 && first != 127 && first < 224 ? 1 : 0;
 }
 
-int libutil_netChkSameSubnet(const char* pStrTestIp, const char* second_mask, const char* pStrIp,
-                             const char* pStrMask) {
-    CONTRACT_ASSERT(kUnit, pStrTestIp != nullptr && pStrIp != nullptr && pStrMask != nullptr,
+int libutil_netChkSameSubnet(const char* test, const char* second_mask, const char* address,
+                             const char* mask) {
+    CONTRACT_ASSERT(kUnit, test != nullptr && address != nullptr && mask != nullptr,
                     "(pStrTestIp != NULL) && (pStrIp != NULL) && (pStrMask != NULL)");
-    const uint32_t test = host_order(pStrTestIp);
-    const uint32_t address = host_order(pStrIp);
-    const uint32_t mask = host_order(pStrMask);
-    const uint32_t second = second_mask == nullptr ? 0 : host_order(second_mask);
-    const uint32_t host = test & ~mask;
-    if (second == 0 && (host == 0 || host == ~mask)) return 0;
-    if ((test & mask) == (address & mask)) return 1;
-    return second != 0 && (test & second) == (address & second) ? 1 : 0;
+    const uint32_t tested = cwmp::address_number(test);
+    const uint32_t own = cwmp::address_number(address);
+    const uint32_t covered = cwmp::address_number(mask);
+    const uint32_t second = cwmp::address_number(second_mask);
+    const uint32_t host = tested & ~covered;
+    if (second == 0 && (host == 0 || host == ~covered)) return 0;
+    if ((tested & covered) == (own & covered)) return 1;
+    return second != 0 && (tested & second) == (own & second) ? 1 : 0;
 }
 
-char* libutil_strncpy(char* dst, const char* src, int n) {
-    CONTRACT_ASSERT(kUnit, dst != nullptr && src != nullptr, "(dst != NULL) && (src != NULL)");
-    CONTRACT_ASSERT(kUnit, n > 0, "n > 0");
-    const auto size = static_cast<std::size_t>(n);
-    const std::size_t length = strnlen(src, size - 1);
-    std::memcpy(dst, src, length);
-    std::memset(dst + length, 0, size - length);
-    return dst;
+char* libutil_strncpy(char* destination, const char* source, int size) {
+    CONTRACT_ASSERT(kUnit, destination != nullptr && source != nullptr, "(dst != NULL) && (src != NULL)");
+    CONTRACT_ASSERT(kUnit, size > 0, "n > 0");
+    const auto room = static_cast<std::size_t>(size);
+    const std::size_t length = strnlen(source, room - 1);
+    std::memcpy(destination, source, length);
+    std::memset(destination + length, 0, room - length);
+    return destination;
 }
 
 char* string_split(char* text, const char* delimiters, int limit, int index) {

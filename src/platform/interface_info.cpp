@@ -5,8 +5,6 @@
 #include "cwmp/platform.h"
 #include "platform/profile.h"
 
-static_assert(sizeof(cwmp_interface_info) == 184);
-
 cwmp_interface_info interface_data;
 cwmp_interface_info _interface_data;
 cwmp_interface_info* interface_info = &interface_data;
@@ -25,18 +23,11 @@ std::string interface_name(const char* option, const char* missing) {
 }  // namespace cwmp
 
 int cpe_type() {
-    enum : int { kQcas = 0, kBcm = 1, kMtk = 2 };
     const auto type = cwmp::profile_option("cpe_type");
-    if (type == "mtk") {
-        LOG(cwmp::kDebug, "cpe_type is mtk\n\n");
-        return kMtk;
-    }
-    if (type == "bcm") {
-        LOG(cwmp::kDebug, "cpe_type is bcm\n\n");
-        return kBcm;
-    }
-    LOG(cwmp::kDebug, "cpe_type is qcas\n\n");
-    return kQcas;
+    const bool is_mtk = type == "mtk";
+    const bool is_bcm = type == "bcm";
+    LOG(cwmp::kDebug, "cpe_type is %s\n\n", is_mtk ? "mtk" : is_bcm ? "bcm" : "qcas");
+    return is_mtk ? CWMP_PLATFORM_MTK : is_bcm ? CWMP_PLATFORM_BCM : CWMP_PLATFORM_QCAS;
 }
 
 int initialize_interface_info(cwmp_interface_info* info) {

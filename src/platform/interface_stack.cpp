@@ -1,14 +1,11 @@
 // The interface stack: two fixed tables, and which of their rows the WAN type shows.
 #include "cwmp/interface_stack.h"
 
-#include <cstring>
+#include <cstdint>
 
 #include "config/store.h"
 
-static_assert(sizeof(void*) != 8 || sizeof(cwmp_interface_stack_row) == 24);
-static_assert(sizeof(void*) != 8 || sizeof(cwmp_application_interface) == 24);
-
-// Paths are compared by readers: the SSID paths are spelled WIFI, radios and access points WiFi.
+// The SSID paths are spelled WIFI, radios and access points WiFi: kept as they are.
 // clang-format off
 cwmp_interface_stack_row intfStacks[CWMP_INTERFACE_STACK_ROWS] = {
     {0, 0, "Device.IP.Interface.6.", "Device.X_QM_PPTP.Interface.1."},
@@ -90,31 +87,21 @@ constexpr const char* kBridgePorts =
     "Device.Bridging.Bridge.1.Port.5.,Device.Bridging.Bridge.1.Port.6.,Device.Bridging.Bridge.1.Port.7.,"
     "Device.Bridging.Bridge.1.Port.8.";
 
-struct Flag {
-    int id;
-    int shown;
-};
+// Ids that follow the WAN type. 7 and 8 are carried by no row of the stack today.
+constexpr int kWanIds[] = {0, 1, 2, 3, 4, 5, 7, 8, 9, 10, 11};
 
-// Ids 7 and 8 are carried by no row of the stack today.
-constexpr Flag kL2tpFlags[] = {{0, 0},  {1, 1}, {2, 0},  {3, 0}, {4, 1}, {5, 0},
-                               {11, 0}, {9, 0}, {10, 1}, {7, 0}, {8, 1}};
-constexpr Flag kPptpFlags[] = {{0, 1},  {1, 0}, {2, 0},  {3, 1}, {4, 0}, {5, 0},
-                               {11, 0}, {9, 1}, {10, 0}, {7, 1}, {8, 0}};
-constexpr Flag kPppoeFlags[] = {{0, 0},  {1, 0}, {2, 1},  {3, 0}, {4, 0}, {5, 1},
-                                {11, 0}, {9, 0}, {10, 0}, {7, 0}, {8, 0}};
-constexpr Flag kPlainFlags[] = {{0, 0},  {1, 0}, {2, 0},  {3, 0}, {4, 0}, {5, 0},
-                                {11, 1}, {9, 0}, {10, 0}, {7, 0}, {8, 0}};
+constexpr std::uint16_t ids(auto... shown) { return static_cast<std::uint16_t>((0 | ... | (1 << shown))); }
 
 struct WanType {
     const char* name;
     const char* interface;
-    const Flag (&flags)[11];
+    std::uint16_t shown;
 };
 
 constexpr WanType kWanTypes[] = {
-    {"l2tp", "Device.IP.Interface.7.", kL2tpFlags},    {"pptp", "Device.IP.Interface.6.", kPptpFlags},
-    {"pppoe", "Device.IP.Interface.5.", kPppoeFlags},  {"pppoeshare", "Device.IP.Interface.5.", kPppoeFlags},
-    {"static", "Device.IP.Interface.2.", kPlainFlags}, {"dhcp", "Device.IP.Interface.2.", kPlainFlags},
+    {"l2tp", "Device.IP.Interface.7.", ids(1, 4, 8, 10)}, {"pptp", "Device.IP.Interface.6.", ids(0, 3, 7, 9)},
+    {"pppoe", "Device.IP.Interface.5.", ids(2, 5)},       {"pppoeshare", "Device.IP.Interface.5.", ids(2, 5)},
+    {"static", "Device.IP.Interface.2.", ids(11)},        {"dhcp", "Device.IP.Interface.2.", ids(11)},
 };
 
 const WanType* current_wan_type() {
@@ -163,5 +150,5 @@ void setIntfStackFlag(int id, int flag) {
 void refreshIntfStacks() {
     const auto* type = cwmp::current_wan_type();
     if (type == nullptr) return;
-    for (const auto& flag : type->flags) setIntfStackFlag(flag.id, flag.shown);
+    for (const int id : cwmp::kWanIds) setIntfStackFlag(id, type->shown >> id & 1);
 }

@@ -1,5 +1,5 @@
 // Whether the WAN-side network interfaces are up.
-#include <string>
+#include <cstdio>
 
 #include "core/command.h"
 #include "core/log.h"
@@ -8,28 +8,23 @@
 
 namespace {
 
-constexpr std::size_t kLimit = 19;
+int up_status(const char* interface, cwmp::Caller caller = cwmp::Caller::here()) {
+    constexpr std::size_t kLimit = 19;
+    char text[128];
+    std::snprintf(
+        text, sizeof text,
+        "ubus call network.interface.%s status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' "
+        "'{print $1}'",
+        interface);
+    cwmp::Command pipe(text);
+    if (!pipe) {
+        cwmp::log_event(caller, cwmp::kError, "Failed to get %s status\n\n", interface);
+        return -1;
+    }
+    return cwmp::contains(pipe.line(kLimit).value_or(""), "true") ? 0 : -1;
+}
 
 }  // namespace
 
-int check_br_mg_status() {
-    cwmp::Command pipe(
-        "ubus call network.interface.mg status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print "
-        "$1}'");
-    if (!pipe) {
-        LOG_ERROR("Failed to get mg status\n\n");
-        return -1;
-    }
-    return cwmp::contains(pipe.line(kLimit).value_or(""), "true") ? 0 : -1;
-}
-
-int check_br_wan_status() {
-    cwmp::Command pipe(
-        "ubus call network.interface.wan status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print "
-        "$1}'");
-    if (!pipe) {
-        LOG_ERROR("Failed to get wan status\n\n");
-        return -1;
-    }
-    return cwmp::contains(pipe.line(kLimit).value_or(""), "true") ? 0 : -1;
-}
+int check_br_mg_status() { return up_status("mg"); }
+int check_br_wan_status() { return up_status("wan"); }

@@ -12,13 +12,13 @@
 #include "core/command.h"
 #include "core/descriptor.h"
 #include "core/shell.h"
+#include "platform/check_script.h"
 
 namespace {
 
 using namespace cwmp;
 using namespace cwmp::staged;
 
-constexpr const char* kScript = "lua /usr/bin/tr069/check_params";
 constexpr const char* kRequestFile = "/tmp/tr069_json_input_file";
 constexpr const char* kAnswerFile = "/tmp/tr069_json_output_file";
 constexpr const char* kLoadVerb = "initialize_revert_data";
@@ -45,7 +45,7 @@ bool write_json(const char* path, json_object* json) {
 // False when an answer of an earlier run is in the way: a script that writes nothing must not be judged by it.
 bool run_script(const char* arguments, Caller caller) {
     char command[512];
-    std::snprintf(command, sizeof command, "%s %s ", kScript, arguments);
+    std::snprintf(command, sizeof command, "%s %s ", kCheckScript, arguments);
     if (unlink(kAnswerFile) != 0 && errno != ENOENT) return false;
     run(command);
     log_event(caller, kProgress, "!!!!!!!!!!!!!!!%s \n\n", command);

@@ -8,9 +8,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Pool = cwmp_dhcp_record;
-static_assert(sizeof(Pool) == 88);
-static_assert(offsetof(Pool, end_address) == 16 && offsetof(Pool, dns_servers) == 32);
-static_assert(offsetof(Pool, checked) == 84);
 
 Pool dhcp_obj_data;
 Pool dhcp_obj_data_revert;

@@ -8,9 +8,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Iptv = cwmp_iptv_record;
-static_assert(sizeof(Iptv) == 68);
-static_assert(offsetof(Iptv, type) == 4 && offsetof(Iptv, vlan_id) == 24 && offsetof(Iptv, priority) == 44);
-static_assert(offsetof(Iptv, checked) == 64);
 
 Iptv iptv_obj_data;
 Iptv iptv_obj_data_revert;

@@ -8,8 +8,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Lan = cwmp_lan_record;
-static_assert(sizeof(Lan) == 36);
-static_assert(offsetof(Lan, mask) == 16 && offsetof(Lan, checked) == 32);
 
 Lan lan_obj_data;
 Lan lan_obj_data_revert;

@@ -8,9 +8,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Account = cwmp_pppoe_record;
-static_assert(sizeof(Account) == 568);
-static_assert(offsetof(Account, username) == 4 && offsetof(Account, password) == 259);
-static_assert(offsetof(Account, dns_servers) == 514 && offsetof(Account, checked) == 564);
 
 Account pppoe_obj_data;
 Account pppoe_obj_data_revert;

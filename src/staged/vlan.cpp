@@ -8,8 +8,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Vlan = cwmp_vlan_record;
-static_assert(sizeof(Vlan) == 28);
-static_assert(offsetof(Vlan, vlan_id) == 4 && offsetof(Vlan, checked) == 24);
 
 Vlan vlan_obj_data;
 Vlan vlan_obj_data_revert;

@@ -9,9 +9,6 @@ using namespace cwmp;
 using namespace cwmp::staged;
 
 using Wan = cwmp_wan_record;
-static_assert(sizeof(Wan) == 124);
-static_assert(offsetof(Wan, mask) == 16 && offsetof(Wan, gateway) == 32 && offsetof(Wan, dns_servers) == 48);
-static_assert(offsetof(Wan, type) == 98 && offsetof(Wan, checked) == 120);
 
 Wan wan_obj_data;
 Wan wan_obj_data_revert;

@@ -9,8 +9,6 @@
 
 using namespace cwmp;
 
-static_assert(offsetof(cwmp_agent_state, path) == sizeof(uint16_t), "the path follows the port");
-
 HANDLER(XMPP_Connection_JabberID);
 
 namespace {

@@ -9,9 +9,6 @@
 #include "cwmp/interface_stack.h"
 #include "cwmp/routing.h"
 
-static_assert(sizeof(cwmp_route) == 100);
-static_assert(offsetof(cwmp_route, interface) == 60 && offsetof(cwmp_route, origin) == 90);
-
 cwmp_route routelist[CWMP_ROUTES + 1];
 
 namespace cwmp {

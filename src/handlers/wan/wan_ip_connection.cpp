@@ -3,7 +3,6 @@
 
 #include "config/batch.h"
 #include "config/store.h"
-#include "core/check_script.h"
 #include "core/refusal.h"
 #include "core/shell.h"
 #include "cwmp/revert_journal.h"
@@ -13,6 +12,7 @@
 #include "handlers/blocks/accepts.h"
 #include "handlers/blocks/staged.h"
 #include "handlers/wan/connection.h"
+#include "platform/check_script.h"
 
 using namespace cwmp;
 using namespace cwmp::wan;

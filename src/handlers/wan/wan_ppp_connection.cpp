@@ -1,5 +1,4 @@
 // InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANPPPConnection.{i}.
-#include "core/check_script.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
@@ -7,6 +6,7 @@
 #include "handlers/blocks/option.h"
 #include "handlers/blocks/staged.h"
 #include "handlers/wan/connection.h"
+#include "platform/check_script.h"
 
 using namespace cwmp;
 using namespace cwmp::wan;

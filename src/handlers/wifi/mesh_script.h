@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "core/check_script.h"
 #include "core/command.h"
+#include "platform/check_script.h"
 
 namespace cwmp {
 

@@ -125,7 +125,7 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
     if (!radio) return kRefused;
     const std::string interface = interface_word(radio->radio->main);
     const auto command =
-        interface_info->cpeType == kBcm
+        interface_info->cpeType == CWMP_PLATFORM_BCM
             ? " wl -i " + interface + " status | grep 'Primary channel' | awk '{ print $3}'"
             : "iwlist " + interface + " channel | grep Current | awk ' {print $5}' | sed 's/)//g'";
     return command_line(op, args, {command.c_str(), kLongLine, "Failed to get  Channel\n"});

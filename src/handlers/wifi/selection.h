@@ -53,9 +53,6 @@ const Network* network_by_number(int number);
 bool is_main_network(int number);
 const char* network_section(int number);
 
-// What the platform record tells beside the interfaces.
-enum PlatformKind : int { kQcas = 0, kBcm = 1, kMtk = 2 };
-
 // The profile's current name of a wireless interface, valid until the next call. Brings the platform record
 // up to date.
 const char* current_interface(InterfaceField field);

@@ -113,7 +113,8 @@ HANDLER(LANDevice_WLANConfiguration_ChannelsInUse) {
     const GetArguments get(args);
     make_pair(get.locate());
     initialize_interface_info(interface_info);
-    if (interface_info->cpeType != kQcas && interface_info->cpeType != kMtk) return kDone;
+    if (interface_info->cpeType != CWMP_PLATFORM_QCAS && interface_info->cpeType != CWMP_PLATFORM_MTK)
+        return kDone;
     char list[1024] = "";
     const int result = GetChannelPoll(op, args, list, get.locate(), 0);
     return result == kDone ? get.answer(list) : result;
@@ -128,7 +129,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     if (radio == nullptr) return kRefused;
     const bool is_2g = radio == &kRadio2G;
     const std::string interface = interface_word(radio->main);
-    if (interface_info->cpeType != kQcas) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
+    if (interface_info->cpeType != CWMP_PLATFORM_QCAS) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
     const std::string command =
         "iwlist " + interface +
         (is_2g ? " channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'"
