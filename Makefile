@@ -13,7 +13,7 @@ help:
 	@echo "make fuzz        fuzz the parser of scan logs for FUZZ_SECONDS (30)"
 	@echo "make fuzz-model  random calls of every handler under the sanitizers, for SECONDS (60); SEED=..."
 	@echo "make bench       benchmarks against raw libuci and popen, library size; SHORT=1 a trial run"
-	@echo "make aarch64     cross-compile for 64-bit Arm"
+	@echo "make aarch64     cross-compile for 64-bit Arm; clang, libc++ and musl compile, too"
 	@echo "make lint        format, scripts, links, clang-tidy on what changed; ALL=1 clang-tidy on everything"
 	@echo "make format      format the sources"
 	@echo "make parameters  renew docs/parameters*.md, deviations.md and reference/ by running the library"
@@ -61,6 +61,7 @@ aarch64:
 	@scripts/install-dependencies build cross
 	@scripts/configure aarch64
 	@cmake --build --preset aarch64 -j $(JOBS)
+	@scripts/check-portable build/aarch64
 
 lint:
 	@scripts/install-dependencies build lint

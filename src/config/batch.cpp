@@ -1,7 +1,6 @@
 #include "config/batch.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>

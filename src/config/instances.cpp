@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "config/instance_numbers.h"
-#include "config/store.h"
+#include "config/uci_context.h"
 #include "core/text.h"
 
 namespace {
@@ -40,6 +40,7 @@ std::vector<std::optional<int32_t>> stored_numbers(const char* package, const ch
 std::vector<int32_t> cwmp::instance_numbers(const char* package, const char* type, const char* option) {
     std::vector<int32_t> numbers;
     for (const auto& number : stored_numbers(package, type, option)) numbers.push_back(number.value_or(0));
+    // By pointers, as __getInstanceList and find_rows sort: one sort in the library.
     std::sort(numbers.data(), numbers.data() + numbers.size());
     return numbers;
 }

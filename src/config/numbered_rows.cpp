@@ -39,6 +39,7 @@ std::vector<int> find_rows(const char* package, int last, std::initializer_list<
         });
         if (meets_all) rows.push_back(number);
     }
+    // By pointers: the sort of the instance numbers.
     std::sort(rows.data(), rows.data() + rows.size());
     return rows;
 }

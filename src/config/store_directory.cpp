@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -66,7 +65,7 @@ bool replace_package_file(const std::string& directory, const std::string& packa
     std::string temporary = directory + "/." + package + kTemporary + "XXXXXX";
     Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
     if (!file) return false;
-    const bool stored = store(file.get(), text, status.st_mode & ALLPERMS);
+    const bool stored = store(file.get(), text, status.st_mode & 07777);
     if (file.close() && stored && rename(temporary.c_str(), path.c_str()) == 0) return true;
     unlink(temporary.c_str());
     return false;

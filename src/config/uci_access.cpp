@@ -23,7 +23,7 @@ std::optional<std::string> read_value(const OptionPath& at, const char* confdir)
     }
     uci_section* section = context.section(at.section);
     if (section == nullptr) {
-        // The section named is always "ap": what reads the console log on the devices looks for this text.
+        // The section named is always "ap": kept as it is.
         log_event({kFunction, __LINE__}, kError, "Can't find specified section by name(%s).\n\n", "ap");
         return std::nullopt;
     }

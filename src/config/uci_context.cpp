@@ -19,7 +19,8 @@ namespace {
 void use_private_save_directory(uci_context* context, const char* confdir) {
     std::string directory = "/var/state/.uci";
     for (const char* letter = confdir; *letter != '\0'; ++letter) directory += *letter == '/' ? '-' : *letter;
-    // uci_set_savedir would keep the default directory among those that are read: rename that entry first.
+    // uci_set_savedir would keep the default directory among those that are read: rename that entry first. The
+    // list owns its names; libuci frees them with the context.
     uci_element* element = nullptr;
     uci_foreach_element(&context->delta_path, element) {
         std::free(element->name);
@@ -42,7 +43,7 @@ bool is_uci_package(std::string name) {
 // Any printable text, but for what would be quotes or a comment in the file: a type is written bare.
 bool is_uci_type(std::string_view type) {
     return !type.empty() && type.find_first_of("\"'#;\\") == std::string_view::npos &&
-           std::all_of(type.data(), type.data() + type.size(), [](char c) { return c > ' ' && c <= '~'; });
+           std::all_of(type.begin(), type.end(), [](char c) { return c > ' ' && c <= '~'; });
 }
 
 uci_ptr pointer_to(uci_package* package, const char* section, const char* option, const char* value) {

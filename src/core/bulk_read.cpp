@@ -4,6 +4,8 @@
 #include <ctime>
 #include <forward_list>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "cwmp/bulk_read.h"
 
@@ -12,25 +14,25 @@ namespace {
 
 constexpr time_t kLongest = 60;  // seconds
 
+time_t seconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return now.tv_sec;
+}
+
 struct Kept {
     std::string command;
     std::string output;
 };
 
 struct BulkRead {
-    time_t begun;
+    time_t begun = seconds();
     std::size_t bytes = 0;
     std::forward_list<Kept> commands;
 };
 
 std::unique_ptr<BulkRead> bulk_read;
 bool goes_on = false;
-
-time_t seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return now.tv_sec;
-}
 
 }  // namespace
 
@@ -65,5 +67,5 @@ void keep_output(const char* command, std::string output) {
 
 }  // namespace cwmp
 
-void cwmp_bulk_read_begin() { cwmp::bulk_read = std::make_unique<cwmp::BulkRead>(cwmp::seconds()); }
+void cwmp_bulk_read_begin() { cwmp::bulk_read = std::make_unique<cwmp::BulkRead>(); }
 void cwmp_bulk_read_end() { cwmp::end_bulk_read(); }

@@ -21,6 +21,8 @@ void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
+// Declared by the headers of one standard library alone; the other's end the process by themselves.
+#ifdef __GLIBCXX__
 namespace std {
 
 [[noreturn]] void __throw_length_error(const char* /*what*/) { std::abort(); }
@@ -30,3 +32,4 @@ namespace std {
 [[noreturn]] void __throw_bad_array_new_length() { std::abort(); }
 
 }  // namespace std
+#endif

@@ -6,7 +6,6 @@
 #include <cctype>
 #include <cstdio>
 #include <cstring>
-#include <optional>
 #include <string>
 
 #include "core/addresses.h"

@@ -7,7 +7,6 @@
 #include "core/command.h"
 #include "core/log.h"
 #include "core/shell.h"
-#include "core/text.h"
 #include "cwmp/platform.h"
 #include "platform/ethernet_ports.h"
 

@@ -1,4 +1,6 @@
 // The platform kind and the names of the wireless interfaces, from the device profile.
+#include <string>
+
 #include "config/store.h"
 #include "core/log.h"
 #include "core/text.h"

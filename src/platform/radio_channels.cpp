@@ -1,6 +1,7 @@
 // The channels that a radio supports.
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "core/command.h"
 #include "core/refusal.h"

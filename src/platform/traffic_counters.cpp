@@ -1,6 +1,7 @@
 // Interface counters of the kernel, as the statistics parameters show them.
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "core/command.h"
 #include "core/handler.h"

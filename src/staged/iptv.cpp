@@ -36,7 +36,7 @@ const Object cwmp::staged::kIptv = {
     .pre_revert = iptv_pre_revert,
     .true_enables_revert = true,
     .check_failed = {"!!! iptv  check fail\n\n"},
-    // What was staged for IPTV stays; agents rely on it.
+    // What was staged for IPTV stays: kept as it is.
     .check_failure_clears = &kLan,
     .before_apply = log_settings,
 };

@@ -1,6 +1,8 @@
 // Transactions as an agent asks for them: the groups first, then what the store has noted.
 #include "cwmp/transaction.h"
 
+#include <string>
+
 #include "config/transaction.h"
 #include "core/text.h"
 #include "staged/engine.h"

@@ -29,7 +29,7 @@ namespace {
 bool passes(const Check& check) {
     if (check.disabling()) return check.pass("!!!  vlan check enable pass \n\n");
     check.fill_enable();
-    // A number out of range is reported as passed; readers of field logs know it as such.
+    // A number out of range is reported as passed: kept as it is.
     return check.number(CWMP_VLAN_VLAN_ID, 1, 4094, "!!!  vlan check vid pass \n\n") &&
            check.pass("!!! vlan check pass\n");
 }

@@ -1,6 +1,7 @@
 // How the internet WAN gets its address: by DHCP, or a static one with mask, gateway and name servers.
 #include <cstddef>
 #include <cstdio>
+#include <string_view>
 
 #include "cwmp/apply_flags.h"
 #include "staged/engine.h"

@@ -1,7 +1,6 @@
 // InternetGatewayDevice.LANDevice.{i}.LANHostConfigManagement.
 #include "handlers/lan/lan_host_config.h"
 
-#include <algorithm>
 #include <cstdio>
 
 #include "core/command.h"

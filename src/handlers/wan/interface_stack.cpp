@@ -1,12 +1,12 @@
 // Device.InterfaceStack.
 #include "cwmp/interface_stack.h"
-#include "core/refusal.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
+#include <string>
 
 #include "core/handler.h"
+#include "core/refusal.h"
 
 using namespace cwmp;
 

@@ -14,7 +14,7 @@ bool write_and_mark(const OptionPath& at, const char* text) {
     return write_option(at, text) && write_option(kSettings / "has_set_bandwidth", "true");
 }
 
-// Read in units of 1024 but written as it comes: agents rely on both.
+// Read in units of 1024 but written as it comes: kept as it is.
 int bandwidth(int op, Arguments args, const OptionPath& at) {
     const auto stored = read_option(at);
     if (op == CWMP_OP_GET) {

@@ -1,7 +1,5 @@
 // Device.WiFi.AccessPoint.{i}.Security. and its copy for the guest network,
 // Device.WiFi.AccessPoint.{i}.X_QM_MultiSSID.Security.
-#include "handlers/wifi/security.h"
-
 #include "cwmp/wireless.h"
 #include "handlers/wifi/selection.h"
 #include "handlers/wifi/settings.h"

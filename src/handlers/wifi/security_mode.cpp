@@ -1,6 +1,5 @@
 // The security mode, pass phrase and WEP key of a network.
 #include <cstdio>
-#include <cstring>
 
 #include "core/text.h"
 #include "cwmp/wireless.h"

@@ -121,7 +121,7 @@ HANDLER(LANDevice_WLANConfiguration_ChannelsInUse) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
-    constexpr long long kFactor = 9;  // on whole GHz: what the field's graphs were drawn from
+    constexpr long long kFactor = 9;  // on whole GHz: kept as it is
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     make_pair(get.locate());
