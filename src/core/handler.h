@@ -12,6 +12,17 @@
 #define HANDLER(name) \
     extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] cwmp::Arguments args)
 
+// A handler that is one block with its arguments: PARAMETER(NAME, constant, "1").
+#define PARAMETER(name, block, ...) \
+    HANDLER(name) { return block(op, args __VA_OPT__(, ) __VA_ARGS__); }
+
+// A handler that passes its list on to one of another file; of the same file, it is that one's second name and
+// costs no code.
+#define FORWARD(name, target) \
+    HANDLER(target);          \
+    HANDLER(name) { return target(op, args); }
+#define ALIAS(name, target) HANDLER(name) __attribute__((alias(#target)));
+
 namespace cwmp {
 
 // A handler's variable-argument list. On 64-bit Arm it is a structure that arrives by its address, so that a

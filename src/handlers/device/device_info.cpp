@@ -15,7 +15,7 @@ constexpr std::size_t kShortLine = 99;
 
 }  // namespace
 
-HANDLER(DeviceInfo_Manufacturer) { return constant(op, args, "KORVANEX"); }
+PARAMETER(DeviceInfo_Manufacturer, constant, "KORVANEX")
 
 HANDLER(DeviceInfo_ManufacturerOUI) {
     constexpr std::size_t kOuiLength = 6;
@@ -30,8 +30,8 @@ HANDLER(DeviceInfo_ManufacturerOUI) {
     return GetArguments(args).answer(oui);
 }
 
-HANDLER(DeviceInfo_ModelName) { return FwinfoDeviceInfo(op, args, "fwinfo MODEL"); }
-HANDLER(DeviceInfo_Description) { return FwinfoDeviceInfo(op, args, "fwinfo MODEL"); }
+PARAMETER(DeviceInfo_ModelName, FwinfoDeviceInfo, "fwinfo MODEL")
+PARAMETER(DeviceInfo_Description, FwinfoDeviceInfo, "fwinfo MODEL")
 
 HANDLER(DeviceInfo_ProductClass) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -39,9 +39,8 @@ HANDLER(DeviceInfo_ProductClass) {
     return kDone;
 }
 
-HANDLER(DeviceInfo_X_QM_DevName) {
-    return command_line(op, args, {"fwinfo MODEL", kLongLine, "Failed to use fwinfo to get  DeviceName \n"});
-}
+PARAMETER(DeviceInfo_X_QM_DevName, command_line,
+          {"fwinfo MODEL", kLongLine, "Failed to use fwinfo to get  DeviceName \n"})
 
 HANDLER(DeviceInfo_X_QM_ProductID) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -60,12 +59,12 @@ HANDLER(DeviceInfo_SerialNumber) {
 }
 
 // Two blanks: the device knows the command in this form.
-HANDLER(DeviceInfo_HardwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo  HARDVERSION"); }
-HANDLER(DeviceInfo_SoftwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo SOFTVERSION"); }
-HANDLER(DeviceInfo_ModemFirmwareVersion) { return FwinfoDeviceInfo(op, args, "fwinfo SOFTVERSION"); }
-HANDLER(DeviceInfo_AdditionalHardwareVersion) { return constant(op, args, ""); }
-HANDLER(DeviceInfo_AdditionalSoftwareVersion) { return constant(op, args, ""); }
-HANDLER(DeviceInfo_SpecVersion) { return constant(op, args, "1.0"); }
+PARAMETER(DeviceInfo_HardwareVersion, FwinfoDeviceInfo, "fwinfo  HARDVERSION")
+PARAMETER(DeviceInfo_SoftwareVersion, FwinfoDeviceInfo, "fwinfo SOFTVERSION")
+PARAMETER(DeviceInfo_ModemFirmwareVersion, FwinfoDeviceInfo, "fwinfo SOFTVERSION")
+PARAMETER(DeviceInfo_AdditionalHardwareVersion, constant, "")
+PARAMETER(DeviceInfo_AdditionalSoftwareVersion, constant, "")
+PARAMETER(DeviceInfo_SpecVersion, constant, "1.0")
 
 HANDLER(DeviceInfo_ProvisioningCode) {
     return option(op, args,
@@ -107,8 +106,8 @@ int memory_status(int op, Arguments args, const char* key, Caller caller = Calle
 
 }  // namespace
 
-HANDLER(DeviceInfo_MemoryStatus_Total) { return memory_status(op, args, "MemTotal"); }
-HANDLER(DeviceInfo_MemoryStatus_Free) { return memory_status(op, args, "MemFree"); }
+PARAMETER(DeviceInfo_MemoryStatus_Total, memory_status, "MemTotal")
+PARAMETER(DeviceInfo_MemoryStatus_Free, memory_status, "MemFree")
 
 HANDLER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries) {
     return command_line(

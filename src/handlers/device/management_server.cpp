@@ -9,8 +9,6 @@
 
 using namespace cwmp;
 
-HANDLER(XMPP_Connection_JabberID);
-
 namespace {
 
 constexpr Section kInfo = {"cwmp", "info"};
@@ -93,12 +91,9 @@ HANDLER(ManagementServer_URL) {
     return agent != nullptr ? GetArguments(args).answer(field(agent->acs_url)) : kRefused;
 }
 
-HANDLER(ManagementServer_Username) {
-    return server_setting(op, args, "cwmp, username val", {.at = kInfo / "username"});
-}
-HANDLER(ManagementServer_Password) {
-    return server_setting(op, args, "cwmp password, val", {.at = kInfo / "password", .secret = true});
-}
+PARAMETER(ManagementServer_Username, server_setting, "cwmp, username val", {.at = kInfo / "username"})
+PARAMETER(ManagementServer_Password, server_setting, "cwmp password, val",
+          {.at = kInfo / "password", .secret = true})
 
 HANDLER(ManagementServer_EnableCWMP) {
     const Option setting = {.at = kInfo / "enable", .accepts = zero_or_one};
@@ -110,9 +105,8 @@ HANDLER(ManagementServer_PeriodicInformEnable) {
     return server_setting(op, args, "cwmp, peridicInformEnable val",
                           {.at = kInfo / "inform_enable", .missing = "1", .accepts = zero_or_one});
 }
-HANDLER(ManagementServer_PeriodicInformInterval) {
-    return server_setting(op, args, "cwmp, peridicInformInterval val", {.at = kInfo / "inform_interval"});
-}
+PARAMETER(ManagementServer_PeriodicInformInterval, server_setting, "cwmp, peridicInformInterval val",
+          {.at = kInfo / "inform_interval"})
 HANDLER(ManagementServer_PeriodicInformTime) {
     const int result =
         server_setting(op, args, "cwmp_local, inform_time val", {.at = kLocal / "inform_time"});
@@ -120,7 +114,7 @@ HANDLER(ManagementServer_PeriodicInformTime) {
     return result;
 }
 
-HANDLER(ManagementServer_ParameterKey) { return read_only_option(op, args, {.at = kLocal / "parameterKey"}); }
+PARAMETER(ManagementServer_ParameterKey, read_only_option, {.at = kLocal / "parameterKey"})
 
 HANDLER(ManagementServer_ConnectionRequestURL) {
     constexpr std::size_t kLongest = 256;
@@ -131,9 +125,8 @@ HANDLER(ManagementServer_ConnectionRequestURL) {
         "http://" + field(agent->host) + ":" + std::to_string(agent->port) + field(agent->path);
     return GetArguments(args).answer(url.substr(0, kLongest));
 }
-HANDLER(ManagementServer_ConnectionRequestUsername) {
-    return server_setting(op, args, "cwmp, ConnectionRequestUsername val", {.at = kInfo / "conn_username"});
-}
+PARAMETER(ManagementServer_ConnectionRequestUsername, server_setting, "cwmp, ConnectionRequestUsername val",
+          {.at = kInfo / "conn_username"})
 HANDLER(ManagementServer_ConnectionRequestPassword) {
     return server_setting(op, args, "cwmp, ConnectionRequestPassword val",
                           {.at = kInfo / "conn_password", .secret = true});
@@ -145,21 +138,17 @@ HANDLER(ManagementServer_UDPConnectionRequestAddressNotificationLimit) {
     return op == CWMP_OP_GET ? constant(op, args, "0") : kDone;
 }
 
-HANDLER(ManagementServer_AliasBasedAddressing) { return constant(op, args, "0"); }
-HANDLER(ManagementServer_SupportedConnReqMethods) { return constant(op, args, "HTTP,STUN,XMPP"); }
+PARAMETER(ManagementServer_AliasBasedAddressing, constant, "0")
+PARAMETER(ManagementServer_SupportedConnReqMethods, constant, "HTTP,STUN,XMPP")
 
-HANDLER(ManagementServer_UDPConnectionRequestAddress) {
-    return read_only_option(op, args, {.at = kLocalStun / "udpConReqAdd"});
-}
-HANDLER(ManagementServer_NATDetected) {
-    return read_only_option(op, args, {.at = kLocalStun / "NATDetected", .missing = "0"});
-}
+PARAMETER(ManagementServer_UDPConnectionRequestAddress, read_only_option, {.at = kLocalStun / "udpConReqAdd"})
+PARAMETER(ManagementServer_NATDetected, read_only_option, {.at = kLocalStun / "NATDetected", .missing = "0"})
 
-HANDLER(ManagementServer_STUNEnable) { return stun_setting(op, args, "Enable", "0"); }
-HANDLER(ManagementServer_STUNServerAddress) { return stun_setting(op, args, "STUNSAdd", ""); }
-HANDLER(ManagementServer_STUNServerPort) { return stun_setting(op, args, "STUNSPort", "3478"); }
-HANDLER(ManagementServer_STUNUsername) { return stun_setting(op, args, "STUNUsername", ""); }
-HANDLER(ManagementServer_STUNPassword) { return stun_setting(op, args, "STUNPassword", "", true); }
+PARAMETER(ManagementServer_STUNEnable, stun_setting, "Enable", "0")
+PARAMETER(ManagementServer_STUNServerAddress, stun_setting, "STUNSAdd", "")
+PARAMETER(ManagementServer_STUNServerPort, stun_setting, "STUNSPort", "3478")
+PARAMETER(ManagementServer_STUNUsername, stun_setting, "STUNUsername", "")
+PARAMETER(ManagementServer_STUNPassword, stun_setting, "STUNPassword", "", true)
 
 namespace {
 
@@ -191,7 +180,6 @@ HANDLER(ManagementServer_ConnReqXMPPConnection) {
     const char* value = SetArguments(op, args).value();
     return value != nullptr && std::strcmp(value, kXmppConnection) == 0 ? kDone : kRefused;
 }
-HANDLER(ManagementServer_ConnReqAllowedJabberIDs) {
-    return option(op, args, {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP});
-}
-HANDLER(ManagementServer_ConnReqJabberID) { return XMPP_Connection_JabberID(op, args); }
+PARAMETER(ManagementServer_ConnReqAllowedJabberIDs, option,
+          {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP})
+FORWARD(ManagementServer_ConnReqJabberID, XMPP_Connection_JabberID)

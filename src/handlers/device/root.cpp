@@ -3,7 +3,7 @@
 
 using namespace cwmp;
 
-HANDLER(DeviceSummary) { return constant(op, args, "Device:1.1[](Baseline:1,EthernetLAN:1)"); }
-HANDLER(LANDeviceNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(WANDeviceNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(RootDataModelVersion) { return constant(op, args, "2.12"); }
+PARAMETER(DeviceSummary, constant, "Device:1.1[](Baseline:1,EthernetLAN:1)")
+PARAMETER(LANDeviceNumberOfEntries, constant, "1")
+PARAMETER(WANDeviceNumberOfEntries, constant, "1")
+PARAMETER(RootDataModelVersion, constant, "2.12")

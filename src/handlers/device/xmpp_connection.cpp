@@ -41,42 +41,33 @@ std::string jabber_id() {
 
 }  // namespace
 
-HANDLER(XMPP_ConnectionNumberOfEntries) { return constant(op, args, "1"); }
+PARAMETER(XMPP_ConnectionNumberOfEntries, constant, "1")
 
-HANDLER(XMPP_Connection_Enable) { return setting(op, args, kConnection / "enable", "0", boolean); }
-HANDLER(XMPP_Connection_Username) { return setting(op, args, kConnection / "username", "", at_most<256>); }
-HANDLER(XMPP_Connection_Password) {
-    return setting(op, args, kConnection / "password", "", at_most<256>, true);
-}
-HANDLER(XMPP_Connection_Domain) { return setting(op, args, kConnection / "domain", "", at_most<64>); }
-HANDLER(XMPP_Connection_Resource) { return setting(op, args, kConnection / "resource", "", at_most<64>); }
-HANDLER(XMPP_Connection_UseTLS) { return setting(op, args, kConnection / "use_tls", "0", boolean); }
+PARAMETER(XMPP_Connection_Enable, setting, kConnection / "enable", "0", boolean)
+PARAMETER(XMPP_Connection_Username, setting, kConnection / "username", "", at_most<256>)
+PARAMETER(XMPP_Connection_Password, setting, kConnection / "password", "", at_most<256>, true)
+PARAMETER(XMPP_Connection_Domain, setting, kConnection / "domain", "", at_most<64>)
+PARAMETER(XMPP_Connection_Resource, setting, kConnection / "resource", "", at_most<64>)
+PARAMETER(XMPP_Connection_UseTLS, setting, kConnection / "use_tls", "0", boolean)
 
-HANDLER(XMPP_Connection_ServerConnectAlgorithm) {
-    return setting(op, args, kConnection / "conn_algo", "DNS-SRV", connect_algorithm);
-}
-HANDLER(XMPP_Connection_KeepAliveInterval) {
-    return setting(op, args, kConnection / "keep_alive_int", "-1", number<-1, INT_MAX>);
-}
-HANDLER(XMPP_Connection_ServerConnectAttempts) {
-    return setting(op, args, kConnection / "conn_attempt", "16", wrapping_number);
-}
-HANDLER(XMPP_Connection_ServerRetryInitialInterval) {
-    return setting(op, args, kConnection / "retry_init_int", "60", number<1, 65535>);
-}
-HANDLER(XMPP_Connection_ServerRetryIntervalMultiplier) {
-    return setting(op, args, kConnection / "retry_int_multi", "2000", number<1000, 65535>);
-}
-HANDLER(XMPP_Connection_ServerRetryMaxInterval) {
-    return setting(op, args, kConnection / "retry_max_int", "30720", number<1, UINT_MAX>);
-}
+PARAMETER(XMPP_Connection_ServerConnectAlgorithm, setting, kConnection / "conn_algo", "DNS-SRV",
+          connect_algorithm)
+PARAMETER(XMPP_Connection_KeepAliveInterval, setting, kConnection / "keep_alive_int", "-1",
+          number<-1, INT_MAX>)
+PARAMETER(XMPP_Connection_ServerConnectAttempts, setting, kConnection / "conn_attempt", "16", wrapping_number)
+PARAMETER(XMPP_Connection_ServerRetryInitialInterval, setting, kConnection / "retry_init_int", "60",
+          number<1, 65535>)
+PARAMETER(XMPP_Connection_ServerRetryIntervalMultiplier, setting, kConnection / "retry_int_multi", "2000",
+          number<1000, 65535>)
+PARAMETER(XMPP_Connection_ServerRetryMaxInterval, setting, kConnection / "retry_max_int", "30720",
+          number<1, UINT_MAX>)
 
 HANDLER(XMPP_Connection_JabberID) {
     return op == CWMP_OP_GET ? GetArguments(args).answer(jabber_id()) : kRefused;
 }
 
-HANDLER(XMPP_Connection_Status) { return client_status(op, args, "/tmp/xmpp/Status", "Disabled"); }
-HANDLER(XMPP_Connection_TLSEstablished) { return client_status(op, args, "/tmp/xmpp/TLSEstablished", "0"); }
+PARAMETER(XMPP_Connection_Status, client_status, "/tmp/xmpp/Status", "Disabled")
+PARAMETER(XMPP_Connection_TLSEstablished, client_status, "/tmp/xmpp/TLSEstablished", "0")
 
 HANDLER(XMPP_Connection_LastChangeDate) {
     constexpr std::size_t kLongest = 63;
@@ -87,22 +78,16 @@ HANDLER(XMPP_Connection_LastChangeDate) {
     return GetArguments(args).answer(date.value_or("1997-07-01T00:00:00"));
 }
 
-HANDLER(XMPP_Connection_ServerNumberOfEntries) { return constant(op, args, "1"); }
+PARAMETER(XMPP_Connection_ServerNumberOfEntries, constant, "1")
 
-HANDLER(XMPP_Connection_Server_Enable) { return setting(op, args, kServer / "enable", "0", boolean); }
-HANDLER(XMPP_Connection_Server_Priority) {
-    return setting(op, args, kServer / "priority", "", number<0, 65535>);
-}
-HANDLER(XMPP_Connection_Server_Weight) {
-    return setting(op, args, kServer / "weight", "", number<-1, 65535>);
-}
-HANDLER(XMPP_Connection_Server_ServerAddress) {
-    return setting(op, args, kServer / "address", "", at_most<256>);
-}
-HANDLER(XMPP_Connection_Server_Port) { return setting(op, args, kServer / "port", "5222", number<0, 65535>); }
+PARAMETER(XMPP_Connection_Server_Enable, setting, kServer / "enable", "0", boolean)
+PARAMETER(XMPP_Connection_Server_Priority, setting, kServer / "priority", "", number<0, 65535>)
+PARAMETER(XMPP_Connection_Server_Weight, setting, kServer / "weight", "", number<-1, 65535>)
+PARAMETER(XMPP_Connection_Server_ServerAddress, setting, kServer / "address", "", at_most<256>)
+PARAMETER(XMPP_Connection_Server_Port, setting, kServer / "port", "5222", number<0, 65535>)
 
 // The client counts no messages.
-HANDLER(XMPP_Connection_Stats_ReceivedMessages) { return constant(op, args, ""); }
-HANDLER(XMPP_Connection_Stats_TransmittedMessages) { return constant(op, args, ""); }
-HANDLER(XMPP_Connection_Stats_ReceivedErrorMessages) { return constant(op, args, ""); }
-HANDLER(XMPP_Connection_Stats_TransmittedErrorMessages) { return constant(op, args, ""); }
+PARAMETER(XMPP_Connection_Stats_ReceivedMessages, constant, "")
+PARAMETER(XMPP_Connection_Stats_TransmittedMessages, constant, "")
+PARAMETER(XMPP_Connection_Stats_ReceivedErrorMessages, constant, "")
+PARAMETER(XMPP_Connection_Stats_TransmittedErrorMessages, constant, "")

@@ -3,15 +3,15 @@
 
 using namespace cwmp;
 
-HANDLER(IP_Diagnostics_IPv4PingSupported) { return constant(op, args, "1"); }
-HANDLER(IP_Diagnostics_IPv6PingSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv4TraceRouteSupported) { return constant(op, args, "1"); }
-HANDLER(IP_Diagnostics_IPv6TraceRouteSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv4DownloadDiagnosticsSupported) { return constant(op, args, "1"); }
-HANDLER(IP_Diagnostics_IPv6DownloadDiagnosticsSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv4UploadDiagnosticsSupported) { return constant(op, args, "1"); }
-HANDLER(IP_Diagnostics_IPv6UploadDiagnosticsSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv4UDPEchoDiagnosticsSupported) { return constant(op, args, "1"); }
-HANDLER(IP_Diagnostics_IPv6UDPEchoDiagnosticsSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv4ServerSelectionDiagnosticsSupported) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_IPv6ServerSelectionDiagnosticsSupported) { return constant(op, args, "0"); }
+PARAMETER(IP_Diagnostics_IPv4PingSupported, constant, "1")
+PARAMETER(IP_Diagnostics_IPv6PingSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv4TraceRouteSupported, constant, "1")
+PARAMETER(IP_Diagnostics_IPv6TraceRouteSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv4DownloadDiagnosticsSupported, constant, "1")
+PARAMETER(IP_Diagnostics_IPv6DownloadDiagnosticsSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv4UploadDiagnosticsSupported, constant, "1")
+PARAMETER(IP_Diagnostics_IPv6UploadDiagnosticsSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv4UDPEchoDiagnosticsSupported, constant, "1")
+PARAMETER(IP_Diagnostics_IPv6UDPEchoDiagnosticsSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv4ServerSelectionDiagnosticsSupported, constant, "0")
+PARAMETER(IP_Diagnostics_IPv6ServerSelectionDiagnosticsSupported, constant, "0")

@@ -51,13 +51,10 @@ HANDLER(IPPingDiagnostics_DiagnosticsState) {
     return test_option(op, args, {.at = kPing / "DiagnosticsState", .apply = CWMP_APPLY_PING_TEST});
 }
 
-HANDLER(IPPingDiagnostics_Host) {
-    return test_option(op, args, {.at = kPing / "Host", .accepts = at_most<kLongestName>});
-}
+PARAMETER(IPPingDiagnostics_Host, test_option, {.at = kPing / "Host", .accepts = at_most<kLongestName>})
 
-HANDLER(IPPingDiagnostics_Interface) {
-    return test_option(op, args, {.at = kPing / "Interface", .accepts = device_of_interface});
-}
+PARAMETER(IPPingDiagnostics_Interface, test_option,
+          {.at = kPing / "Interface", .accepts = device_of_interface})
 
 HANDLER(IPPingDiagnostics_ProtocolVersion) {
     if (op != CWMP_OP_GET) {
@@ -76,50 +73,37 @@ HANDLER(IPPingDiagnostics_NumberOfRepetitions) {
         op, args, {.at = kPing / "NumberOfRepetitions", .missing = "3", .accepts = numeric_text<1, INT_MAX>});
 }
 
-HANDLER(IPPingDiagnostics_Timeout) {
-    return test_option(op, args, {.at = kPing / "Timeout", .missing = "100", .accepts = timeout_text});
-}
+PARAMETER(IPPingDiagnostics_Timeout, test_option,
+          {.at = kPing / "Timeout", .missing = "100", .accepts = timeout_text})
 
 HANDLER(IPPingDiagnostics_DataBlockSize) {
     return test_option(op, args,
                        {.at = kPing / "DataBlockSize", .missing = "38", .accepts = numeric_text<1, 65535>});
 }
 
-HANDLER(IPPingDiagnostics_SuccessCount) { return test_result(op, args, kPing / "SuccessCount"); }
-HANDLER(IPPingDiagnostics_FailureCount) { return test_result(op, args, kPing / "FailureCount"); }
+PARAMETER(IPPingDiagnostics_SuccessCount, test_result, kPing / "SuccessCount")
+PARAMETER(IPPingDiagnostics_FailureCount, test_result, kPing / "FailureCount")
 
-HANDLER(IPPingDiagnostics_MinimumResponseTime) { return TimeNomal(op, args, "MinimumResponseTime"); }
-HANDLER(IPPingDiagnostics_MaximumResponseTime) { return TimeNomal(op, args, "MaximumResponseTime"); }
-HANDLER(IPPingDiagnostics_AverageResponseTime) { return TimeNomal(op, args, "AverageResponseTime"); }
-HANDLER(IPPingDiagnostics_MinimumResponseTimeDetailed) {
-    return TimeNomal(op, args, "MinimumResponseTimeDetailed");
-}
-HANDLER(IPPingDiagnostics_MaximumResponseTimeDetailed) {
-    return TimeNomal(op, args, "MaximumResponseTimeDetailed");
-}
-HANDLER(IPPingDiagnostics_AverageResponseTimeDetailed) {
-    return TimeNomal(op, args, "AverageResponseTimeDetailed");
-}
+PARAMETER(IPPingDiagnostics_MinimumResponseTime, TimeNomal, "MinimumResponseTime")
+PARAMETER(IPPingDiagnostics_MaximumResponseTime, TimeNomal, "MaximumResponseTime")
+PARAMETER(IPPingDiagnostics_AverageResponseTime, TimeNomal, "AverageResponseTime")
+PARAMETER(IPPingDiagnostics_MinimumResponseTimeDetailed, TimeNomal, "MinimumResponseTimeDetailed")
+PARAMETER(IPPingDiagnostics_MaximumResponseTimeDetailed, TimeNomal, "MaximumResponseTimeDetailed")
+PARAMETER(IPPingDiagnostics_AverageResponseTimeDetailed, TimeNomal, "AverageResponseTimeDetailed")
 
-HANDLER(IP_Diagnostics_IPPing_DiagnosticsState) { return IPPingDiagnostics_DiagnosticsState(op, args); }
-HANDLER(IP_Diagnostics_IPPing_Host) { return IPPingDiagnostics_Host(op, args); }
-HANDLER(IP_Diagnostics_IPPing_Interface) { return IPPingDiagnostics_Interface(op, args); }
-HANDLER(IP_Diagnostics_IPPing_ProtocolVersion) { return IPPingDiagnostics_ProtocolVersion(op, args); }
-HANDLER(IP_Diagnostics_IPPing_NumberOfRepetitions) { return IPPingDiagnostics_NumberOfRepetitions(op, args); }
-HANDLER(IP_Diagnostics_IPPing_Timeout) { return IPPingDiagnostics_Timeout(op, args); }
-HANDLER(IP_Diagnostics_IPPing_DataBlockSize) { return IPPingDiagnostics_DataBlockSize(op, args); }
-HANDLER(IP_Diagnostics_IPPing_SuccessCount) { return IPPingDiagnostics_SuccessCount(op, args); }
-HANDLER(IP_Diagnostics_IPPing_FailureCount) { return IPPingDiagnostics_FailureCount(op, args); }
-HANDLER(IP_Diagnostics_IPPing_MinimumResponseTime) { return IPPingDiagnostics_MinimumResponseTime(op, args); }
-HANDLER(IP_Diagnostics_IPPing_MaximumResponseTime) { return IPPingDiagnostics_MaximumResponseTime(op, args); }
-HANDLER(IP_Diagnostics_IPPing_AverageResponseTime) { return IPPingDiagnostics_AverageResponseTime(op, args); }
-HANDLER(IP_Diagnostics_IPPing_MinimumResponseTimeDetailed) {
-    return IPPingDiagnostics_MinimumResponseTimeDetailed(op, args);
-}
-HANDLER(IP_Diagnostics_IPPing_MaximumResponseTimeDetailed) {
-    return IPPingDiagnostics_MaximumResponseTimeDetailed(op, args);
-}
-HANDLER(IP_Diagnostics_IPPing_AverageResponseTimeDetailed) {
-    return IPPingDiagnostics_AverageResponseTimeDetailed(op, args);
-}
-HANDLER(IP_Diagnostics_IPPing_DSCP) { return constant(op, args, "0"); }
+ALIAS(IP_Diagnostics_IPPing_DiagnosticsState, IPPingDiagnostics_DiagnosticsState)
+ALIAS(IP_Diagnostics_IPPing_Host, IPPingDiagnostics_Host)
+ALIAS(IP_Diagnostics_IPPing_Interface, IPPingDiagnostics_Interface)
+ALIAS(IP_Diagnostics_IPPing_ProtocolVersion, IPPingDiagnostics_ProtocolVersion)
+ALIAS(IP_Diagnostics_IPPing_NumberOfRepetitions, IPPingDiagnostics_NumberOfRepetitions)
+ALIAS(IP_Diagnostics_IPPing_Timeout, IPPingDiagnostics_Timeout)
+ALIAS(IP_Diagnostics_IPPing_DataBlockSize, IPPingDiagnostics_DataBlockSize)
+ALIAS(IP_Diagnostics_IPPing_SuccessCount, IPPingDiagnostics_SuccessCount)
+ALIAS(IP_Diagnostics_IPPing_FailureCount, IPPingDiagnostics_FailureCount)
+ALIAS(IP_Diagnostics_IPPing_MinimumResponseTime, IPPingDiagnostics_MinimumResponseTime)
+ALIAS(IP_Diagnostics_IPPing_MaximumResponseTime, IPPingDiagnostics_MaximumResponseTime)
+ALIAS(IP_Diagnostics_IPPing_AverageResponseTime, IPPingDiagnostics_AverageResponseTime)
+ALIAS(IP_Diagnostics_IPPing_MinimumResponseTimeDetailed, IPPingDiagnostics_MinimumResponseTimeDetailed)
+ALIAS(IP_Diagnostics_IPPing_MaximumResponseTimeDetailed, IPPingDiagnostics_MaximumResponseTimeDetailed)
+ALIAS(IP_Diagnostics_IPPing_AverageResponseTimeDetailed, IPPingDiagnostics_AverageResponseTimeDetailed)
+PARAMETER(IP_Diagnostics_IPPing_DSCP, constant, "0")

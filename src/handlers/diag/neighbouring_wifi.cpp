@@ -192,12 +192,10 @@ HANDLER(WiFi_NeighboringWiFiDiagnostic_DiagnosticsState) {
     return op == CWMP_OP_APPLY ? start_scan() : kDone;
 }
 
-HANDLER(WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries) {
-    return test_result(op, args, kScan / "ResultNumberOfEntries");
-}
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries, test_result, kScan / "ResultNumberOfEntries")
 
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand) { return frequency_band(op, args); }
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Radio) { return frequency_band(op, args); }
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand, frequency_band)
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Radio, frequency_band)
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Mode) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -225,97 +223,51 @@ HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
     return cell.answer(extension == "PLUS" ? "AboveControlChannel" : "None");
 }
 
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SSID) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "SSID");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "BSSID");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "SupportedDataTransferRates");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "OperatingStandards");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "OperatingChannelBandwidth");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Channel) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "Channel");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "SignalStrength");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Noise) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "Noise");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "SecurityMode");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "EncryptionMode");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "DTIMPeriod");
-}
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod) {
-    return WiFi_NeighboringWiFi_Param_Get(op, args, "BeaconPeriod");
-}
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SSID, WiFi_NeighboringWiFi_Param_Get, "SSID")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID, WiFi_NeighboringWiFi_Param_Get, "BSSID")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, WiFi_NeighboringWiFi_Param_Get,
+          "SupportedDataTransferRates")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards, WiFi_NeighboringWiFi_Param_Get,
+          "OperatingStandards")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth, WiFi_NeighboringWiFi_Param_Get,
+          "OperatingChannelBandwidth")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Channel, WiFi_NeighboringWiFi_Param_Get, "Channel")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength, WiFi_NeighboringWiFi_Param_Get,
+          "SignalStrength")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Noise, WiFi_NeighboringWiFi_Param_Get, "Noise")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled, WiFi_NeighboringWiFi_Param_Get,
+          "SecurityMode")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode, WiFi_NeighboringWiFi_Param_Get,
+          "EncryptionMode")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod, WiFi_NeighboringWiFi_Param_Get, "DTIMPeriod")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod, WiFi_NeighboringWiFi_Param_Get, "BeaconPeriod")
 
-HANDLER(X_QM_NeighboringWiFiDiagnostic_DiagnosticsState) {
-    return WiFi_NeighboringWiFiDiagnostic_DiagnosticsState(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries) {
-    return WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Radio) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_Radio(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Mode) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_Mode(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SupportedStandards) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SSID) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_SSID(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_BSSID) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_BSSID(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingStandards) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Channel) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_Channel(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SignalStrength) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_Noise) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_Noise(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_EncryptionMode) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_DTIMPeriod) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod(op, args);
-}
-HANDLER(X_QM_NeighboringWiFiDiagnostic_Result_BeaconPeriod) {
-    return WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod(op, args);
-}
+ALIAS(X_QM_NeighboringWiFiDiagnostic_DiagnosticsState, WiFi_NeighboringWiFiDiagnostic_DiagnosticsState)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries,
+      WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand,
+      WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Radio, WiFi_NeighboringWiFiDiagnostic_Result_Radio)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Mode, WiFi_NeighboringWiFiDiagnostic_Result_Mode)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SupportedStandards,
+      WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel,
+      WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SSID, WiFi_NeighboringWiFiDiagnostic_Result_SSID)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_BSSID, WiFi_NeighboringWiFiDiagnostic_Result_BSSID)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates,
+      WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingStandards,
+      WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth,
+      WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Channel, WiFi_NeighboringWiFiDiagnostic_Result_Channel)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SignalStrength,
+      WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Noise, WiFi_NeighboringWiFiDiagnostic_Result_Noise)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled,
+      WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_EncryptionMode,
+      WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_DTIMPeriod, WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_BeaconPeriod, WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod)

@@ -78,70 +78,45 @@ int interface(int op, Arguments args, const Section& test) {
 
 }  // namespace
 
-HANDLER(IP_Diagnostics_DownloadDiagnostics_DiagnosticsState) {
-    return request(op, args, kDownload, CWMP_APPLY_DOWNLOAD_TEST);
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_Interface) { return interface(op, args, kDownload); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_DownloadURL) { return url(op, args, kDownload); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_DownloadTransports) {
-    return test_result(op, args, kDownload / "transport", "HTTP,FTP");
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_DSCP) { return dscp(op, args, kDownload); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_EthernetPriority) {
-    return ethernet_priority(op, args, kDownload);
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_DownloadDiagnosticMaxConnections) {
-    return test_result(op, args, kDownload / "max_conn", "7");
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_NumberOfConnections) { return connections(op, args, kDownload); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_TimeBasedTestDuration) { return duration(op, args, kDownload); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_ROMTime) { return test_result(op, args, kDownload / "rom"); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_BOMTime) { return test_result(op, args, kDownload / "bom"); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_EOMTime) { return test_result(op, args, kDownload / "eom"); }
-HANDLER(IP_Diagnostics_DownloadDiagnostics_TCPOpenRequestTime) {
-    return test_result(op, args, kDownload / "tcp_req_time");
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_TCPOpenResponseTime) {
-    return test_result(op, args, kDownload / "tcp_resp_time");
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_TestBytesReceived) {
-    return test_result(op, args, kDownload / "test_bytes_recv", "0");
-}
-HANDLER(IP_Diagnostics_DownloadDiagnostics_TotalBytesReceived) {
-    return test_result(op, args, kDownload / "total_bytes_recv", "0");
-}
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DiagnosticsState, request, kDownload, CWMP_APPLY_DOWNLOAD_TEST)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_Interface, interface, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadURL, url, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadTransports, test_result, kDownload / "transport",
+          "HTTP,FTP")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DSCP, dscp, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_EthernetPriority, ethernet_priority, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadDiagnosticMaxConnections, test_result,
+          kDownload / "max_conn", "7")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_NumberOfConnections, connections, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TimeBasedTestDuration, duration, kDownload)
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_ROMTime, test_result, kDownload / "rom")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_BOMTime, test_result, kDownload / "bom")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_EOMTime, test_result, kDownload / "eom")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TCPOpenRequestTime, test_result, kDownload / "tcp_req_time")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TCPOpenResponseTime, test_result, kDownload / "tcp_resp_time")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TestBytesReceived, test_result, kDownload / "test_bytes_recv",
+          "0")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TotalBytesReceived, test_result, kDownload / "total_bytes_recv",
+          "0")
 
-HANDLER(IP_Diagnostics_UploadDiagnostics_DiagnosticsState) {
-    return request(op, args, kUpload, CWMP_APPLY_UPLOAD_TEST);
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_Interface) { return interface(op, args, kUpload); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_UploadURL) { return url(op, args, kUpload); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_UploadTransports) {
-    return test_result(op, args, kUpload / "transport", "HTTP,FTP");
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_DSCP) { return dscp(op, args, kUpload); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_EthernetPriority) { return ethernet_priority(op, args, kUpload); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_UploadDiagnosticsMaxConnections) {
-    return test_result(op, args, kUpload / "max_conn", "7");
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_NumberOfConnections) { return connections(op, args, kUpload); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_TimeBasedTestDuration) { return duration(op, args, kUpload); }
+PARAMETER(IP_Diagnostics_UploadDiagnostics_DiagnosticsState, request, kUpload, CWMP_APPLY_UPLOAD_TEST)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_Interface, interface, kUpload)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadURL, url, kUpload)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadTransports, test_result, kUpload / "transport", "HTTP,FTP")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_DSCP, dscp, kUpload)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_EthernetPriority, ethernet_priority, kUpload)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadDiagnosticsMaxConnections, test_result, kUpload / "max_conn",
+          "7")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_NumberOfConnections, connections, kUpload)
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TimeBasedTestDuration, duration, kUpload)
 HANDLER(IP_Diagnostics_UploadDiagnostics_TestFileLength) {
     return setting(op, args, kUpload,
                    {.at = kUpload / "file_len", .missing = "0", .accepts = wrapping_number});
 }
-HANDLER(IP_Diagnostics_UploadDiagnostics_ROMTime) { return test_result(op, args, kUpload / "rom"); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_BOMTime) { return test_result(op, args, kUpload / "bom"); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_EOMTime) { return test_result(op, args, kUpload / "eom"); }
-HANDLER(IP_Diagnostics_UploadDiagnostics_TCPOpenRequestTime) {
-    return test_result(op, args, kUpload / "tcp_req_time");
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_TCPOpenResponseTime) {
-    return test_result(op, args, kUpload / "tcp_resp_time");
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_TestBytesSent) {
-    return test_result(op, args, kUpload / "test_bytes_sent", "0");
-}
-HANDLER(IP_Diagnostics_UploadDiagnostics_TotalBytesSent) {
-    return test_result(op, args, kUpload / "total_bytes_sent", "0");
-}
+PARAMETER(IP_Diagnostics_UploadDiagnostics_ROMTime, test_result, kUpload / "rom")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_BOMTime, test_result, kUpload / "bom")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_EOMTime, test_result, kUpload / "eom")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TCPOpenRequestTime, test_result, kUpload / "tcp_req_time")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TCPOpenResponseTime, test_result, kUpload / "tcp_resp_time")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TestBytesSent, test_result, kUpload / "test_bytes_sent", "0")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TotalBytesSent, test_result, kUpload / "total_bytes_sent", "0")

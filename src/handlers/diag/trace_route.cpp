@@ -112,20 +112,18 @@ HANDLER(IP_Diagnostics_TraceRoute_DiagnosticsState) {
     return kDone;
 }
 
-HANDLER(IP_Diagnostics_TraceRoute_Interface) {
-    return test_option(op, args, {.at = kTrace / "Interface", .accepts = device_of_interface});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_Interface, test_option,
+          {.at = kTrace / "Interface", .accepts = device_of_interface})
 
-HANDLER(IP_Diagnostics_TraceRoute_ProtocolVersion) { return constant(op, args, "IPv4"); }
+PARAMETER(IP_Diagnostics_TraceRoute_ProtocolVersion, constant, "IPv4")
 
 HANDLER(IP_Diagnostics_TraceRoute_Host) {
     return test_option(op, args, {.at = kTrace / "Host", .accepts = at_most<kLongestName>},
                        {.refused = "Out of Range\n\n"});
 }
 
-HANDLER(IP_Diagnostics_TraceRoute_NumberOfTries) {
-    return test_option(op, args, {.at = kTrace / "NumberOfTries", .accepts = numeric_text<INT_MIN, 10>});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_NumberOfTries, test_option,
+          {.at = kTrace / "NumberOfTries", .accepts = numeric_text<INT_MIN, 10>})
 
 HANDLER(IP_Diagnostics_TraceRoute_Timeout) {
     return test_option(op, args, {.at = kTrace / "Timeout", .accepts = numeric_text<1, INT_MAX>},
@@ -142,15 +140,12 @@ HANDLER(IP_Diagnostics_TraceRoute_MaxHopCount) {
                        {.refused = "Out of range \n\n"});
 }
 
-HANDLER(IP_Diagnostics_TraceRoute_DSCP) { return constant(op, args, "0"); }
-HANDLER(IP_Diagnostics_TraceRoute_ResponseTime) { return test_result(op, args, kTrace / "time", "0"); }
-HANDLER(IP_Diagnostics_TraceRoute_RouteHopsNumberOfEntries) {
-    return test_result(op, args, kTrace / "RouteHopsNumberOfEntries");
-}
+PARAMETER(IP_Diagnostics_TraceRoute_DSCP, constant, "0")
+PARAMETER(IP_Diagnostics_TraceRoute_ResponseTime, test_result, kTrace / "time", "0")
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHopsNumberOfEntries, test_result,
+          kTrace / "RouteHopsNumberOfEntries")
 
-HANDLER(IP_Diagnostics_TraceRoute_RouteHops_Host) { return hop(op, args, "Host"); }
-HANDLER(IP_Diagnostics_TraceRoute_RouteHops_HostAddress) {
-    return IP_Diagnostics_TraceRoute_RouteHops_Host(op, args);
-}
-HANDLER(IP_Diagnostics_TraceRoute_RouteHops_RTTimes) { return hop(op, args, "RTTimes"); }
-HANDLER(IP_Diagnostics_TraceRoute_RouteHops_ErrorCode) { return constant(op, args, "0"); }
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_Host, hop, "Host")
+ALIAS(IP_Diagnostics_TraceRoute_RouteHops_HostAddress, IP_Diagnostics_TraceRoute_RouteHops_Host)
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_RTTimes, hop, "RTTimes")
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_ErrorCode, constant, "0")

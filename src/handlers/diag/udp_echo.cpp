@@ -77,10 +77,8 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
     return write_test(kEcho / "IfName", *device) ? kDone : kRefused;
 }
 
-HANDLER(IP_Diagnostics_UDPEchoConfig_UDPPort) { return setting(op, args, {.at = kEcho / "UDPPort"}); }
-HANDLER(IP_Diagnostics_UDPEchoConfig_SourceIPAddress) {
-    return setting(op, args, {.at = kEcho / "SourceIPAddress"});
-}
+PARAMETER(IP_Diagnostics_UDPEchoConfig_UDPPort, setting, {.at = kEcho / "UDPPort"})
+PARAMETER(IP_Diagnostics_UDPEchoConfig_SourceIPAddress, setting, {.at = kEcho / "SourceIPAddress"})
 
 HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
     if (!is_known(op)) return kRefused;
@@ -97,24 +95,12 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {
     return test_result(op, args, kEcho / "EchoPlusEnabled", "1");
 }
 
-HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusSupported) {
-    return test_result(op, args, kEcho / "EchoPlusSupported", "1");
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_PacketsReceived) {
-    return test_result(op, args, kEcho / "PacketsReceived", "0");
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_PacketsResponded) {
-    return test_result(op, args, kEcho / "PacketsResponded", "0");
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_BytesReceived) {
-    return test_result(op, args, kEcho / "BytesReceived", "0");
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_BytesResponded) {
-    return test_result(op, args, kEcho / "BytesResponded", "0");
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_TimeFirstPacketReceived) {
-    return test_result(op, args, kEcho / "TimeFirstPacketReceived", kNever);
-}
-HANDLER(IP_Diagnostics_UDPEchoConfig_TimeLastPacketReceived) {
-    return test_result(op, args, kEcho / "TimeLastPacketReceived", kNever);
-}
+PARAMETER(IP_Diagnostics_UDPEchoConfig_EchoPlusSupported, test_result, kEcho / "EchoPlusSupported", "1")
+PARAMETER(IP_Diagnostics_UDPEchoConfig_PacketsReceived, test_result, kEcho / "PacketsReceived", "0")
+PARAMETER(IP_Diagnostics_UDPEchoConfig_PacketsResponded, test_result, kEcho / "PacketsResponded", "0")
+PARAMETER(IP_Diagnostics_UDPEchoConfig_BytesReceived, test_result, kEcho / "BytesReceived", "0")
+PARAMETER(IP_Diagnostics_UDPEchoConfig_BytesResponded, test_result, kEcho / "BytesResponded", "0")
+PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeFirstPacketReceived, test_result,
+          kEcho / "TimeFirstPacketReceived", kNever)
+PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeLastPacketReceived, test_result, kEcho / "TimeLastPacketReceived",
+          kNever)

@@ -73,24 +73,16 @@ int lease(int op, Arguments args, Handler connection, Caller caller = Caller::he
 
 }  // namespace
 
-HANDLER(DHCPv4_ClientNumberOfEntries) { return constant(op, args, "2"); }
+PARAMETER(DHCPv4_ClientNumberOfEntries, constant, "2")
 HANDLER(DHCPv4_Client_Enable) {
     return op == CWMP_OP_GET ? numbered(op, args, kClients, enable) : set_enable(op, args);
 }
-HANDLER(DHCPv4_Client_Alias) { return numbered(op, args, kClients, alias); }
-HANDLER(DHCPv4_Client_Interface) { return numbered(op, args, kClients, ip_interface); }
-HANDLER(DHCPv4_Client_Status) { return numbered(op, args, kClients, client_status); }
-HANDLER(DHCPv4_Client_DHCPStatus) { return numbered(op, args, kClients, dhcp_status); }
-HANDLER(DHCPv4_Client_IPAddress) {
-    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress);
-}
-HANDLER(DHCPv4_Client_SubnetMask) {
-    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask);
-}
-HANDLER(DHCPv4_Client_IPRouters) {
-    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway);
-}
-HANDLER(DHCPv4_Client_DNSServers) {
-    return lease(op, args, WANDevice_WANConnectionDevice_WANIPConnection_DNSServers);
-}
-HANDLER(DHCPv4_Client_PassthroughEnable) { return constant(op, args, "0"); }
+PARAMETER(DHCPv4_Client_Alias, numbered, kClients, alias)
+PARAMETER(DHCPv4_Client_Interface, numbered, kClients, ip_interface)
+PARAMETER(DHCPv4_Client_Status, numbered, kClients, client_status)
+PARAMETER(DHCPv4_Client_DHCPStatus, numbered, kClients, dhcp_status)
+PARAMETER(DHCPv4_Client_IPAddress, lease, WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress)
+PARAMETER(DHCPv4_Client_SubnetMask, lease, WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask)
+PARAMETER(DHCPv4_Client_IPRouters, lease, WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway)
+PARAMETER(DHCPv4_Client_DNSServers, lease, WANDevice_WANConnectionDevice_WANIPConnection_DNSServers)
+PARAMETER(DHCPv4_Client_PassthroughEnable, constant, "0")

@@ -80,19 +80,19 @@ int set_fixed(int op, Arguments args, Caller caller = Caller::here()) {
 
 }  // namespace
 
-HANDLER(DNS_Client_Enable) { return constant(op, args, "1"); }
-HANDLER(DNS_Client_ServerNumberOfEntries) { return constant(op, args, "2"); }
-HANDLER(DNS_Client_Server_Type) { return numbered(op, args, kServers, server_type); }
+PARAMETER(DNS_Client_Enable, constant, "1")
+PARAMETER(DNS_Client_ServerNumberOfEntries, constant, "2")
+PARAMETER(DNS_Client_Server_Type, numbered, kServers, server_type)
 HANDLER(DNS_Client_Server_DNSServer) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto server = require_number(GetArguments(args).locate()[0], kServers, Caller::here());
     return server ? answer_learned(args, wan_type(), *server) : kRefused;
 }
 
-HANDLER(DNS_Relay_Enable) { return constant(op, args, "1"); }
-HANDLER(DNS_Relay_ForwardNumberOfEntries) { return constant(op, args, "2"); }
-HANDLER(DNS_Relay_Forwarding_Interface) { return numbered(op, args, kServers, forwarding_interface); }
-HANDLER(DNS_Relay_Forwarding_Type) { return numbered(op, args, kServers, forwarding_type); }
+PARAMETER(DNS_Relay_Enable, constant, "1")
+PARAMETER(DNS_Relay_ForwardNumberOfEntries, constant, "2")
+PARAMETER(DNS_Relay_Forwarding_Interface, numbered, kServers, forwarding_interface)
+PARAMETER(DNS_Relay_Forwarding_Type, numbered, kServers, forwarding_type)
 HANDLER(DNS_Relay_Forwarding_DNSServer) {
     if (op != CWMP_OP_GET) return set_fixed(op, args);
     const GetArguments get(args);

@@ -20,19 +20,19 @@ int port_counter(int op, Arguments args, const char* word, Caller caller = Calle
 
 }  // namespace
 
-HANDLER(Ethernet_InterfaceNumberOfEntries) { return constant(op, args, "3"); }
-HANDLER(Ethernet_Interface_Enable) { return constant(op, args, "1"); }
-HANDLER(Ethernet_Interface_Status) { return numbered(op, args, kPorts, port_status); }
-HANDLER(Ethernet_Interface_Name) { return numbered(op, args, kPorts, port_name); }
-HANDLER(Ethernet_Interface_LowerLayers) { return constant(op, args, ""); }
-HANDLER(Ethernet_Interface_Upstream) { return numbered(op, args, kPorts, port_is_upstream); }
-HANDLER(Ethernet_Interface_MACAddress) { return numbered(op, args, kPorts, port_mac); }
-HANDLER(Ethernet_Interface_MaxBitRate) { return numbered(op, args, kPorts, port_speed); }
-HANDLER(Ethernet_Interface_DuplexMode) { return numbered(op, args, kPorts, port_duplex); }
+PARAMETER(Ethernet_InterfaceNumberOfEntries, constant, "3")
+PARAMETER(Ethernet_Interface_Enable, constant, "1")
+PARAMETER(Ethernet_Interface_Status, numbered, kPorts, port_status)
+PARAMETER(Ethernet_Interface_Name, numbered, kPorts, port_name)
+PARAMETER(Ethernet_Interface_LowerLayers, constant, "")
+PARAMETER(Ethernet_Interface_Upstream, numbered, kPorts, port_is_upstream)
+PARAMETER(Ethernet_Interface_MACAddress, numbered, kPorts, port_mac)
+PARAMETER(Ethernet_Interface_MaxBitRate, numbered, kPorts, port_speed)
+PARAMETER(Ethernet_Interface_DuplexMode, numbered, kPorts, port_duplex)
 
-HANDLER(Ethernet_Interface_Stats_BytesSent) { return port_counter(op, args, "TotalBytesSent"); }
-HANDLER(Ethernet_Interface_Stats_BytesReceived) { return port_counter(op, args, "TotalBytesReceived"); }
-HANDLER(Ethernet_Interface_Stats_PacketsSent) { return port_counter(op, args, "TotalPacketsSent"); }
-HANDLER(Ethernet_Interface_Stats_PacketsReceived) { return port_counter(op, args, "TotalPacketsReceived"); }
-HANDLER(Ethernet_Interface_Stats_ErrorsSent) { return port_counter(op, args, "TotalErrorsSent"); }
-HANDLER(Ethernet_Interface_Stats_ErrorsReceived) { return port_counter(op, args, "TotalErrorsReceived"); }
+PARAMETER(Ethernet_Interface_Stats_BytesSent, port_counter, "TotalBytesSent")
+PARAMETER(Ethernet_Interface_Stats_BytesReceived, port_counter, "TotalBytesReceived")
+PARAMETER(Ethernet_Interface_Stats_PacketsSent, port_counter, "TotalPacketsSent")
+PARAMETER(Ethernet_Interface_Stats_PacketsReceived, port_counter, "TotalPacketsReceived")
+PARAMETER(Ethernet_Interface_Stats_ErrorsSent, port_counter, "TotalErrorsSent")
+PARAMETER(Ethernet_Interface_Stats_ErrorsReceived, port_counter, "TotalErrorsReceived")

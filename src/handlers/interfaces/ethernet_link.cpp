@@ -11,11 +11,11 @@ HANDLER(Layer2Bridging_Bridge_VLAN_VLANID);
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled);
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID);
 
-HANDLER(Ethernet_LinkNumberOfEntries) { return constant(op, args, "2"); }
-HANDLER(Ethernet_Link_Enable) { return constant(op, args, "1"); }
-HANDLER(Ethernet_Link_Status) { return value(op, args, Object::EthernetLink, status); }
-HANDLER(Ethernet_Link_LowerLayers) { return value(op, args, Object::EthernetLink, lower_layers); }
-HANDLER(Ethernet_Link_MACAddress) { return value(op, args, Object::EthernetLink, mac_address); }
+PARAMETER(Ethernet_LinkNumberOfEntries, constant, "2")
+PARAMETER(Ethernet_Link_Enable, constant, "1")
+PARAMETER(Ethernet_Link_Status, value, Object::EthernetLink, status)
+PARAMETER(Ethernet_Link_LowerLayers, value, Object::EthernetLink, lower_layers)
+PARAMETER(Ethernet_Link_MACAddress, value, Object::EthernetLink, mac_address)
 
 namespace {
 
@@ -32,7 +32,7 @@ std::string up_when_enabled(std::string_view enable) { return enable == "1" ? "U
 
 }  // namespace
 
-HANDLER(Ethernet_VLANTerminationNumberOfEntries) { return constant(op, args, "4"); }
+PARAMETER(Ethernet_VLANTerminationNumberOfEntries, constant, "4")
 
 HANDLER(Ethernet_VLANTermination_Enable) {
     if (op == CWMP_OP_GET) {
@@ -56,9 +56,7 @@ HANDLER(Ethernet_VLANTermination_Status) {
                   up_when_enabled);
 }
 
-HANDLER(Ethernet_VLANTermination_LowerLayers) {
-    return value(op, args, Object::VlanTermination, lower_layers);
-}
+PARAMETER(Ethernet_VLANTermination_LowerLayers, value, Object::VlanTermination, lower_layers)
 
 HANDLER(Ethernet_VLANTermination_VLANID) {
     if (op == CWMP_OP_GET) {

@@ -16,20 +16,20 @@ HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress);
 HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress);
 
-HANDLER(IP_InterfaceNumberOfEntries) { return constant(op, args, "8"); }
-HANDLER(IP_Interface_Enable) { return value(op, args, Object::IpInterface, present); }
-HANDLER(IP_Interface_IPv4Enable) { return value(op, args, Object::IpInterface, present); }
-HANDLER(IP_Interface_IPv6Enable) { return constant(op, args, "0"); }
-HANDLER(IP_Interface_Status) { return value(op, args, Object::IpInterface, status); }
-HANDLER(IP_Interface_Alias) { return value(op, args, Object::IpInterface, alias); }
-HANDLER(IP_Interface_Name) { return value(op, args, Object::IpInterface, device_name); }
-HANDLER(IP_Interface_LastChange) { return value(op, args, Object::IpInterface, last_change); }
-HANDLER(IP_Interface_LowerLayers) { return value(op, args, Object::IpInterface, lower_layers); }
-HANDLER(IP_Interface_Router) { return constant(op, args, "Device.Routing.Router.1."); }
-HANDLER(IP_Interface_MaxMTUSize) { return value(op, args, Object::IpInterface, mtu); }
-HANDLER(IP_Interface_Type) { return constant(op, args, "Normal"); }
-HANDLER(IP_Interface_Loopback) { return constant(op, args, "0"); }
-HANDLER(IP_Interface_IPv4AddressNumberOfEntries) { return constant(op, args, "1"); }
+PARAMETER(IP_InterfaceNumberOfEntries, constant, "8")
+PARAMETER(IP_Interface_Enable, value, Object::IpInterface, present)
+PARAMETER(IP_Interface_IPv4Enable, value, Object::IpInterface, present)
+PARAMETER(IP_Interface_IPv6Enable, constant, "0")
+PARAMETER(IP_Interface_Status, value, Object::IpInterface, status)
+PARAMETER(IP_Interface_Alias, value, Object::IpInterface, alias)
+PARAMETER(IP_Interface_Name, value, Object::IpInterface, device_name)
+PARAMETER(IP_Interface_LastChange, value, Object::IpInterface, last_change)
+PARAMETER(IP_Interface_LowerLayers, value, Object::IpInterface, lower_layers)
+PARAMETER(IP_Interface_Router, constant, "Device.Routing.Router.1.")
+PARAMETER(IP_Interface_MaxMTUSize, value, Object::IpInterface, mtu)
+PARAMETER(IP_Interface_Type, constant, "Normal")
+PARAMETER(IP_Interface_Loopback, constant, "0")
+PARAMETER(IP_Interface_IPv4AddressNumberOfEntries, constant, "1")
 
 namespace {
 
@@ -90,8 +90,8 @@ std::optional<std::string> settable_type(const char* value) {
 
 }  // namespace
 
-HANDLER(IP_Interface_IPv4Address_Enable) { return value(op, args, Object::IpAddress, present); }
-HANDLER(IP_Interface_IPv4Address_Status) { return value(op, args, Object::IpAddress, address_status); }
+PARAMETER(IP_Interface_IPv4Address_Enable, value, Object::IpAddress, present)
+PARAMETER(IP_Interface_IPv4Address_Status, value, Object::IpAddress, address_status)
 
 HANDLER(IP_Interface_IPv4Address_IPAddress) {
     if (op == CWMP_OP_GET) {
@@ -120,21 +120,11 @@ HANDLER(IP_Interface_IPv4Address_AddressingType) {
                            {{kWan, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, settable_type}}});
 }
 
-HANDLER(IP_Interface_Stats_BytesSent) { return counter(op, args, Object::IpInterface, "TotalBytesSent"); }
-HANDLER(IP_Interface_Stats_BytesReceived) {
-    return counter(op, args, Object::IpInterface, "TotalBytesReceived");
-}
-HANDLER(IP_Interface_Stats_PacketsSent) { return counter(op, args, Object::IpInterface, "TotalPacketsSent"); }
-HANDLER(IP_Interface_Stats_PacketsReceived) {
-    return counter(op, args, Object::IpInterface, "TotalPacketsReceived");
-}
-HANDLER(IP_Interface_Stats_ErrorsSent) { return counter(op, args, Object::IpInterface, "TotalErrorsSent"); }
-HANDLER(IP_Interface_Stats_ErrorsReceived) {
-    return counter(op, args, Object::IpInterface, "TotalErrorsReceived");
-}
-HANDLER(IP_Interface_Stats_DiscardPacketsSent) {
-    return counter(op, args, Object::IpInterface, "DiscardPacketsSent");
-}
-HANDLER(IP_Interface_Stats_DiscardPacketsReceived) {
-    return counter(op, args, Object::IpInterface, "DiscardPacketsReceived");
-}
+PARAMETER(IP_Interface_Stats_BytesSent, counter, Object::IpInterface, "TotalBytesSent")
+PARAMETER(IP_Interface_Stats_BytesReceived, counter, Object::IpInterface, "TotalBytesReceived")
+PARAMETER(IP_Interface_Stats_PacketsSent, counter, Object::IpInterface, "TotalPacketsSent")
+PARAMETER(IP_Interface_Stats_PacketsReceived, counter, Object::IpInterface, "TotalPacketsReceived")
+PARAMETER(IP_Interface_Stats_ErrorsSent, counter, Object::IpInterface, "TotalErrorsSent")
+PARAMETER(IP_Interface_Stats_ErrorsReceived, counter, Object::IpInterface, "TotalErrorsReceived")
+PARAMETER(IP_Interface_Stats_DiscardPacketsSent, counter, Object::IpInterface, "DiscardPacketsSent")
+PARAMETER(IP_Interface_Stats_DiscardPacketsReceived, counter, Object::IpInterface, "DiscardPacketsReceived")

@@ -33,30 +33,21 @@ std::string rate_or_auto(std::string_view rate) { return rate == "-1" ? "Auto" :
 
 }  // namespace
 
-HANDLER(LANDevice_LANEthernetInterfaceNumberOfEntries) { return constant(op, args, "2"); }
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Enable) { return lan_port(op, args, Ethernet_Interface_Enable); }
+PARAMETER(LANDevice_LANEthernetInterfaceNumberOfEntries, constant, "2")
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Enable, lan_port, Ethernet_Interface_Enable)
 HANDLER(LANDevice_LANEthernetInterfaceConfig_Status) {
     return reword(args, lan_port(op, args, Ethernet_Interface_Status), up_or_no_link);
 }
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Name) { return lan_port(op, args, Ethernet_Interface_Name); }
-HANDLER(LANDevice_LANEthernetInterfaceConfig_MACAddress) {
-    return lan_port(op, args, Ethernet_Interface_MACAddress);
-}
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Name, lan_port, Ethernet_Interface_Name)
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_MACAddress, lan_port, Ethernet_Interface_MACAddress)
 HANDLER(LANDevice_LANEthernetInterfaceConfig_MaxBitRate) {
     return reword(args, lan_port(op, args, Ethernet_Interface_MaxBitRate), rate_or_auto);
 }
-HANDLER(LANDevice_LANEthernetInterfaceConfig_DuplexMode) {
-    return lan_port(op, args, Ethernet_Interface_DuplexMode);
-}
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent) {
-    return lan_port(op, args, Ethernet_Interface_Stats_BytesSent);
-}
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived) {
-    return lan_port(op, args, Ethernet_Interface_Stats_BytesReceived);
-}
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent) {
-    return lan_port(op, args, Ethernet_Interface_Stats_PacketsSent);
-}
-HANDLER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived) {
-    return lan_port(op, args, Ethernet_Interface_Stats_PacketsReceived);
-}
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_DuplexMode, lan_port, Ethernet_Interface_DuplexMode)
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent, lan_port, Ethernet_Interface_Stats_BytesSent)
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived, lan_port,
+          Ethernet_Interface_Stats_BytesReceived)
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent, lan_port,
+          Ethernet_Interface_Stats_PacketsSent)
+PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived, lan_port,
+          Ethernet_Interface_Stats_PacketsReceived)

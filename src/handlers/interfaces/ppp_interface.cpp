@@ -33,18 +33,18 @@ std::optional<std::string> address_or_none(const char* value) {
 
 }  // namespace
 
-HANDLER(PPP_InterfaceNumberOfEntries) { return constant(op, args, "1"); }
+PARAMETER(PPP_InterfaceNumberOfEntries, constant, "1")
 
 HANDLER(PPP_Interface_Enable) {
     return ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_Enable,
                      {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE, boolean});
 }
-HANDLER(PPP_Interface_Status) { return value(op, args, Object::Ppp, status); }
-HANDLER(PPP_Interface_Alias) { return value(op, args, Object::Ppp, alias); }
-HANDLER(PPP_Interface_Name) { return value(op, args, Object::Ppp, device_name); }
-HANDLER(PPP_Interface_LastChange) { return value(op, args, Object::Ppp, last_change); }
-HANDLER(PPP_Interface_LowerLayers) { return value(op, args, Object::Ppp, lower_layers); }
-HANDLER(PPP_Interface_ConnectionStatus) { return connection_status(op, args, Object::Ppp); }
+PARAMETER(PPP_Interface_Status, value, Object::Ppp, status)
+PARAMETER(PPP_Interface_Alias, value, Object::Ppp, alias)
+PARAMETER(PPP_Interface_Name, value, Object::Ppp, device_name)
+PARAMETER(PPP_Interface_LastChange, value, Object::Ppp, last_change)
+PARAMETER(PPP_Interface_LowerLayers, value, Object::Ppp, lower_layers)
+PARAMETER(PPP_Interface_ConnectionStatus, connection_status, Object::Ppp)
 
 HANDLER(PPP_Interface_Username) {
     if (op == CWMP_OP_GET) return account(op, args, {Object::Ppp, "pppoe", "username"});
@@ -60,36 +60,26 @@ HANDLER(PPP_Interface_CurrentMRUSize) {
     return known_to_connection(op, args, Object::Ppp,
                                WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize);
 }
-HANDLER(PPP_Interface_ConnectionTrigger) { return constant(op, args, "AlwaysOn"); }
-HANDLER(PPP_Interface_IPv6CPEnable) { return constant(op, args, "0"); }
-HANDLER(PPP_Interface_PPPoE_ACName) { return account(op, args, {Object::Ppp, "pppoe", "ac", service_name}); }
-HANDLER(PPP_Interface_PPPoE_ServiceName) {
-    return account(op, args, {Object::Ppp, "pppoe", "service", service_name});
-}
+PARAMETER(PPP_Interface_ConnectionTrigger, constant, "AlwaysOn")
+PARAMETER(PPP_Interface_IPv6CPEnable, constant, "0")
+PARAMETER(PPP_Interface_PPPoE_ACName, account, {Object::Ppp, "pppoe", "ac", service_name})
+PARAMETER(PPP_Interface_PPPoE_ServiceName, account, {Object::Ppp, "pppoe", "service", service_name})
 
-HANDLER(PPP_Interface_IPCP_LocalIPAddress) {
-    return ipcp_address(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress);
-}
-HANDLER(PPP_Interface_IPCP_RemoteIPAddress) {
-    return ipcp_address(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway);
-}
+PARAMETER(PPP_Interface_IPCP_LocalIPAddress, ipcp_address,
+          WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress)
+PARAMETER(PPP_Interface_IPCP_RemoteIPAddress, ipcp_address,
+          WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway)
 HANDLER(PPP_Interface_IPCP_DNSServers) {
     const int code = ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers,
                                {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS, address_or_none});
     return op == CWMP_OP_GET ? reword(args, code, without_blanks) : code;
 }
 
-HANDLER(PPP_Interface_Stats_BytesSent) { return counter(op, args, Object::Ppp, "TotalBytesSent"); }
-HANDLER(PPP_Interface_Stats_BytesReceived) { return counter(op, args, Object::Ppp, "TotalBytesReceived"); }
-HANDLER(PPP_Interface_Stats_PacketsSent) { return counter(op, args, Object::Ppp, "TotalPacketsSent"); }
-HANDLER(PPP_Interface_Stats_PacketsReceived) {
-    return counter(op, args, Object::Ppp, "TotalPacketsReceived");
-}
-HANDLER(PPP_Interface_Stats_ErrorsSent) { return counter(op, args, Object::Ppp, "TotalErrorsSent"); }
-HANDLER(PPP_Interface_Stats_ErrorsReceived) { return counter(op, args, Object::Ppp, "TotalErrorsReceived"); }
-HANDLER(PPP_Interface_Stats_DiscardPacketsSent) {
-    return counter(op, args, Object::Ppp, "DiscardPacketsSent");
-}
-HANDLER(PPP_Interface_Stats_DiscardPacketsReceived) {
-    return counter(op, args, Object::Ppp, "DiscardPacketsReceived");
-}
+PARAMETER(PPP_Interface_Stats_BytesSent, counter, Object::Ppp, "TotalBytesSent")
+PARAMETER(PPP_Interface_Stats_BytesReceived, counter, Object::Ppp, "TotalBytesReceived")
+PARAMETER(PPP_Interface_Stats_PacketsSent, counter, Object::Ppp, "TotalPacketsSent")
+PARAMETER(PPP_Interface_Stats_PacketsReceived, counter, Object::Ppp, "TotalPacketsReceived")
+PARAMETER(PPP_Interface_Stats_ErrorsSent, counter, Object::Ppp, "TotalErrorsSent")
+PARAMETER(PPP_Interface_Stats_ErrorsReceived, counter, Object::Ppp, "TotalErrorsReceived")
+PARAMETER(PPP_Interface_Stats_DiscardPacketsSent, counter, Object::Ppp, "DiscardPacketsSent")
+PARAMETER(PPP_Interface_Stats_DiscardPacketsReceived, counter, Object::Ppp, "DiscardPacketsReceived")

@@ -12,60 +12,36 @@ constexpr bool kSecret = true;
 
 }  // namespace
 
-HANDLER(X_QM_L2TP_InterfaceNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(X_QM_L2TP_Interface_Enable) { return value(op, args, Object::L2tp, present); }
-HANDLER(X_QM_L2TP_Interface_Status) { return value(op, args, Object::L2tp, status); }
-HANDLER(X_QM_L2TP_Interface_Name) { return value(op, args, Object::L2tp, device_name); }
-HANDLER(X_QM_L2TP_Interface_LastChange) { return value(op, args, Object::L2tp, last_change); }
-HANDLER(X_QM_L2TP_Interface_LowerLayers) { return value(op, args, Object::L2tp, lower_layers); }
-HANDLER(X_QM_L2TP_Interface_ConnectionStatus) { return connection_status(op, args, Object::L2tp); }
-HANDLER(X_QM_L2TP_Interface_Username) {
-    return account(op, args, {Object::L2tp, "l2tp", "username", credential});
-}
-HANDLER(X_QM_L2TP_Interface_Password) {
-    return account(op, args, {Object::L2tp, "l2tp", "password", credential, kSecret});
-}
-HANDLER(X_QM_L2TP_Interface_ServerAddress) {
-    return account(op, args, {Object::L2tp, "l2tp", "server", host_name});
-}
-HANDLER(X_QM_L2TP_Interface_Stats_BytesSent) { return counter(op, args, Object::L2tp, "TotalBytesSent"); }
-HANDLER(X_QM_L2TP_Interface_Stats_BytesReceived) {
-    return counter(op, args, Object::L2tp, "TotalBytesReceived");
-}
-HANDLER(X_QM_L2TP_Interface_Stats_PacketsSent) { return counter(op, args, Object::L2tp, "TotalPacketsSent"); }
-HANDLER(X_QM_L2TP_Interface_Stats_PacketsReceived) {
-    return counter(op, args, Object::L2tp, "TotalPacketsReceived");
-}
-HANDLER(X_QM_L2TP_Interface_Stats_ErrorsSent) { return counter(op, args, Object::L2tp, "TotalErrorsSent"); }
-HANDLER(X_QM_L2TP_Interface_Stats_ErrorsReceived) {
-    return counter(op, args, Object::L2tp, "TotalErrorsReceived");
-}
+PARAMETER(X_QM_L2TP_InterfaceNumberOfEntries, constant, "1")
+PARAMETER(X_QM_L2TP_Interface_Enable, value, Object::L2tp, present)
+PARAMETER(X_QM_L2TP_Interface_Status, value, Object::L2tp, status)
+PARAMETER(X_QM_L2TP_Interface_Name, value, Object::L2tp, device_name)
+PARAMETER(X_QM_L2TP_Interface_LastChange, value, Object::L2tp, last_change)
+PARAMETER(X_QM_L2TP_Interface_LowerLayers, value, Object::L2tp, lower_layers)
+PARAMETER(X_QM_L2TP_Interface_ConnectionStatus, connection_status, Object::L2tp)
+PARAMETER(X_QM_L2TP_Interface_Username, account, {Object::L2tp, "l2tp", "username", credential})
+PARAMETER(X_QM_L2TP_Interface_Password, account, {Object::L2tp, "l2tp", "password", credential, kSecret})
+PARAMETER(X_QM_L2TP_Interface_ServerAddress, account, {Object::L2tp, "l2tp", "server", host_name})
+PARAMETER(X_QM_L2TP_Interface_Stats_BytesSent, counter, Object::L2tp, "TotalBytesSent")
+PARAMETER(X_QM_L2TP_Interface_Stats_BytesReceived, counter, Object::L2tp, "TotalBytesReceived")
+PARAMETER(X_QM_L2TP_Interface_Stats_PacketsSent, counter, Object::L2tp, "TotalPacketsSent")
+PARAMETER(X_QM_L2TP_Interface_Stats_PacketsReceived, counter, Object::L2tp, "TotalPacketsReceived")
+PARAMETER(X_QM_L2TP_Interface_Stats_ErrorsSent, counter, Object::L2tp, "TotalErrorsSent")
+PARAMETER(X_QM_L2TP_Interface_Stats_ErrorsReceived, counter, Object::L2tp, "TotalErrorsReceived")
 
-HANDLER(X_QM_PPTP_InterfaceNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(X_QM_PPTP_Interface_Enable) { return value(op, args, Object::Pptp, present); }
-HANDLER(X_QM_PPTP_Interface_Status) { return value(op, args, Object::Pptp, status); }
-HANDLER(X_QM_PPTP_Interface_Name) { return value(op, args, Object::Pptp, device_name); }
-HANDLER(X_QM_PPTP_Interface_LastChange) { return value(op, args, Object::Pptp, last_change); }
-HANDLER(X_QM_PPTP_Interface_LowerLayers) { return value(op, args, Object::Pptp, lower_layers); }
-HANDLER(X_QM_PPTP_Interface_ConnectionStatus) { return connection_status(op, args, Object::Pptp); }
-HANDLER(X_QM_PPTP_Interface_Username) {
-    return account(op, args, {Object::Pptp, "pptp", "username", credential});
-}
-HANDLER(X_QM_PPTP_Interface_Password) {
-    return account(op, args, {Object::Pptp, "pptp", "password", credential, kSecret});
-}
-HANDLER(X_QM_PPTP_Interface_ServerAddress) {
-    return account(op, args, {Object::Pptp, "pptp", "server", host_name});
-}
-HANDLER(X_QM_PPTP_Interface_Stats_BytesSent) { return counter(op, args, Object::Pptp, "TotalBytesSent"); }
-HANDLER(X_QM_PPTP_Interface_Stats_BytesReceived) {
-    return counter(op, args, Object::Pptp, "TotalBytesReceived");
-}
-HANDLER(X_QM_PPTP_Interface_Stats_PacketsSent) { return counter(op, args, Object::Pptp, "TotalPacketsSent"); }
-HANDLER(X_QM_PPTP_Interface_Stats_PacketsReceived) {
-    return counter(op, args, Object::Pptp, "TotalPacketsReceived");
-}
-HANDLER(X_QM_PPTP_Interface_Stats_ErrorsSent) { return counter(op, args, Object::Pptp, "TotalErrorsSent"); }
-HANDLER(X_QM_PPTP_Interface_Stats_ErrorsReceived) {
-    return counter(op, args, Object::Pptp, "TotalErrorsReceived");
-}
+PARAMETER(X_QM_PPTP_InterfaceNumberOfEntries, constant, "1")
+PARAMETER(X_QM_PPTP_Interface_Enable, value, Object::Pptp, present)
+PARAMETER(X_QM_PPTP_Interface_Status, value, Object::Pptp, status)
+PARAMETER(X_QM_PPTP_Interface_Name, value, Object::Pptp, device_name)
+PARAMETER(X_QM_PPTP_Interface_LastChange, value, Object::Pptp, last_change)
+PARAMETER(X_QM_PPTP_Interface_LowerLayers, value, Object::Pptp, lower_layers)
+PARAMETER(X_QM_PPTP_Interface_ConnectionStatus, connection_status, Object::Pptp)
+PARAMETER(X_QM_PPTP_Interface_Username, account, {Object::Pptp, "pptp", "username", credential})
+PARAMETER(X_QM_PPTP_Interface_Password, account, {Object::Pptp, "pptp", "password", credential, kSecret})
+PARAMETER(X_QM_PPTP_Interface_ServerAddress, account, {Object::Pptp, "pptp", "server", host_name})
+PARAMETER(X_QM_PPTP_Interface_Stats_BytesSent, counter, Object::Pptp, "TotalBytesSent")
+PARAMETER(X_QM_PPTP_Interface_Stats_BytesReceived, counter, Object::Pptp, "TotalBytesReceived")
+PARAMETER(X_QM_PPTP_Interface_Stats_PacketsSent, counter, Object::Pptp, "TotalPacketsSent")
+PARAMETER(X_QM_PPTP_Interface_Stats_PacketsReceived, counter, Object::Pptp, "TotalPacketsReceived")
+PARAMETER(X_QM_PPTP_Interface_Stats_ErrorsSent, counter, Object::Pptp, "TotalErrorsSent")
+PARAMETER(X_QM_PPTP_Interface_Stats_ErrorsReceived, counter, Object::Pptp, "TotalErrorsReceived")

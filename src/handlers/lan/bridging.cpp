@@ -55,12 +55,12 @@ HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable) {
                              : staged(op, args, {CWMP_STAGED_VLAN, CWMP_VLAN_ENABLE});
 }
 
-HANDLER(Bridging_Bridge_VLAN_VLANID) { return Layer2Bridging_Bridge_VLAN_VLANID(op, args); }
-HANDLER(Bridging_Bridge_VLAN_VLANEnable) { return Layer2Bridging_Bridge_VLAN_VLANEnable(op, args); }
+ALIAS(Bridging_Bridge_VLAN_VLANID, Layer2Bridging_Bridge_VLAN_VLANID)
+ALIAS(Bridging_Bridge_VLAN_VLANEnable, Layer2Bridging_Bridge_VLAN_VLANEnable)
 
-HANDLER(Bridging_BridgeNumberOfEntries) { return tolerant_constant(op, args, "1"); }
-HANDLER(Bridging_Bridge_VLANNumberOfEntries) { return tolerant_constant(op, args, "1"); }
-HANDLER(Bridging_Bridge_PortNumberOfEntries) { return tolerant_constant(op, args, "6"); }
+PARAMETER(Bridging_BridgeNumberOfEntries, tolerant_constant, "1")
+PARAMETER(Bridging_Bridge_VLANNumberOfEntries, tolerant_constant, "1")
+PARAMETER(Bridging_Bridge_PortNumberOfEntries, tolerant_constant, "6")
 
 HANDLER(Bridging_Bridge_Port_ManagementPort) {
     if (op != CWMP_OP_GET) return kDone;

@@ -4,10 +4,10 @@
 
 using namespace cwmp;
 
-HANDLER(DHCPv4_Relay_Enable) { return constant(op, args, "0"); }
-HANDLER(DHCPv4_Relay_Status) { return constant(op, args, "0"); }
-HANDLER(DHCPv4_Relay_ForwardingNumberOfEntries) { return constant(op, args, "0"); }
-HANDLER(DHCPv4_Relay_Forwarding_Enable) { return constant(op, args, "0"); }
-HANDLER(DHCPv4_Relay_Forwarding_Status) { return constant(op, args, "0"); }
-HANDLER(DHCPv4_Relay_Forwarding_Interface) { return constant(op, args, getFuncInterface(52)); }
-HANDLER(DHCPv4_Relay_Forwarding_DHCPServerIPAddress) { return constant(op, args, ""); }
+PARAMETER(DHCPv4_Relay_Enable, constant, "0")
+PARAMETER(DHCPv4_Relay_Status, constant, "0")
+PARAMETER(DHCPv4_Relay_ForwardingNumberOfEntries, constant, "0")
+PARAMETER(DHCPv4_Relay_Forwarding_Enable, constant, "0")
+PARAMETER(DHCPv4_Relay_Forwarding_Status, constant, "0")
+PARAMETER(DHCPv4_Relay_Forwarding_Interface, constant, getFuncInterface(52))
+PARAMETER(DHCPv4_Relay_Forwarding_DHCPServerIPAddress, constant, "")

@@ -4,22 +4,21 @@
 #include "core/refusal.h"
 #include "cwmp/interface_stack.h"
 #include "handlers/blocks/option.h"
-#include "handlers/lan/lan_host_config.h"
 
 using namespace cwmp;
 
-HANDLER(DHCPv4_Server_Enable) { return constant(op, args, "1"); }
-HANDLER(DHCPv4_Server_PoolNumberOfEntries) { return constant(op, args, "1"); }
+PARAMETER(DHCPv4_Server_Enable, constant, "1")
+PARAMETER(DHCPv4_Server_PoolNumberOfEntries, constant, "1")
 
-HANDLER(DHCPv4_Server_Pool_Enable) { return LANDevice_LANHostConfigManagement_DHCPServerEnable(op, args); }
-HANDLER(DHCPv4_Server_Pool_SubnetMask) { return LANDevice_LANHostConfigManagement_Subnetmask(op, args); }
-HANDLER(DHCPv4_Server_Pool_IPRouters) { return LANDevice_LANHostConfigManagement_IPRouters(op, args); }
-HANDLER(DHCPv4_Server_Pool_MinAddress) { return LANDevice_LANHostConfigManagement_MinAddress(op, args); }
-HANDLER(DHCPv4_Server_Pool_MaxAddress) { return LANDevice_LANHostConfigManagement_MaxAddress(op, args); }
-HANDLER(DHCPv4_Server_Pool_LeaseTime) { return LANDevice_LANHostConfigManagement_DHCPLeaseTime(op, args); }
-HANDLER(DHCPv4_Server_Pool_DNSServers) { return LANDevice_LANHostConfigManagement_DNSServers(op, args); }
+FORWARD(DHCPv4_Server_Pool_Enable, LANDevice_LANHostConfigManagement_DHCPServerEnable)
+FORWARD(DHCPv4_Server_Pool_SubnetMask, LANDevice_LANHostConfigManagement_Subnetmask)
+FORWARD(DHCPv4_Server_Pool_IPRouters, LANDevice_LANHostConfigManagement_IPRouters)
+FORWARD(DHCPv4_Server_Pool_MinAddress, LANDevice_LANHostConfigManagement_MinAddress)
+FORWARD(DHCPv4_Server_Pool_MaxAddress, LANDevice_LANHostConfigManagement_MaxAddress)
+FORWARD(DHCPv4_Server_Pool_LeaseTime, LANDevice_LANHostConfigManagement_DHCPLeaseTime)
+FORWARD(DHCPv4_Server_Pool_DNSServers, LANDevice_LANHostConfigManagement_DNSServers)
 
-HANDLER(DHCPv4_Server_Pool_Interface) { return constant(op, args, getFuncInterface(51)); }
+PARAMETER(DHCPv4_Server_Pool_Interface, constant, getFuncInterface(51))
 
 HANDLER(DHCPv4_Server_Pool_Chaddr) {
     if (op != CWMP_OP_GET) return kRefused;

@@ -66,6 +66,6 @@ int host_link(int op, Arguments args, std::string (*link)(int host), Caller call
 
 }  // namespace
 
-HANDLER(Hosts_Host_AssociatedDevice) { return host_link(op, args, associated_device); }
-HANDLER(Hosts_Host_X_QM_DevphyAddress) { return host_link(op, args, mesh_device_address); }
-HANDLER(Hosts_Host_X_QM_LanConnType) { return host_link(op, args, connection_type); }
+PARAMETER(Hosts_Host_AssociatedDevice, host_link, associated_device)
+PARAMETER(Hosts_Host_X_QM_DevphyAddress, host_link, mesh_device_address)
+PARAMETER(Hosts_Host_X_QM_LanConnType, host_link, connection_type)

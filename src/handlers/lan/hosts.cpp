@@ -53,26 +53,22 @@ HANDLER(LANDevice_Hosts_HostNumberOfEntries) {
     return GetArguments(args).answer(read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
 }
 
-HANDLER(LANDevice_Hosts_Host_IPAddress) { return LANDevice_Hosts_Host_InfoGet(op, args, "ip"); }
-HANDLER(LANDevice_Hosts_Host_AddressSource) {
-    return LANDevice_Hosts_Host_InfoGet(op, args, "addresssource");
-}
-HANDLER(LANDevice_Hosts_Host_LeaseTimeRemaining) {
-    return LANDevice_Hosts_Host_InfoGet(op, args, "lease_time");
-}
-HANDLER(LANDevice_Hosts_Host_MACAddress) { return LANDevice_Hosts_Host_InfoGet(op, args, "mac"); }
-HANDLER(LANDevice_Hosts_Host_HostName) { return LANDevice_Hosts_Host_InfoGet(op, args, "hostname"); }
-HANDLER(LANDevice_Hosts_Host_InterfaceType) { return LANDevice_Hosts_Host_InfoGet(op, args, "iftype"); }
-HANDLER(LANDevice_Hosts_Host_Active) { return LANDevice_Hosts_Host_InfoGet(op, args, "active"); }
+PARAMETER(LANDevice_Hosts_Host_IPAddress, LANDevice_Hosts_Host_InfoGet, "ip")
+PARAMETER(LANDevice_Hosts_Host_AddressSource, LANDevice_Hosts_Host_InfoGet, "addresssource")
+PARAMETER(LANDevice_Hosts_Host_LeaseTimeRemaining, LANDevice_Hosts_Host_InfoGet, "lease_time")
+PARAMETER(LANDevice_Hosts_Host_MACAddress, LANDevice_Hosts_Host_InfoGet, "mac")
+PARAMETER(LANDevice_Hosts_Host_HostName, LANDevice_Hosts_Host_InfoGet, "hostname")
+PARAMETER(LANDevice_Hosts_Host_InterfaceType, LANDevice_Hosts_Host_InfoGet, "iftype")
+PARAMETER(LANDevice_Hosts_Host_Active, LANDevice_Hosts_Host_InfoGet, "active")
 
-HANDLER(Hosts_HostNumberOfEntries) { return LANDevice_Hosts_HostNumberOfEntries(op, args); }
-HANDLER(Hosts_Host_IPAddress) { return LANDevice_Hosts_Host_IPAddress(op, args); }
-HANDLER(Hosts_Host_AddressSource) { return LANDevice_Hosts_Host_AddressSource(op, args); }
-HANDLER(Hosts_Host_LeaseTimeRemaining) { return LANDevice_Hosts_Host_LeaseTimeRemaining(op, args); }
-HANDLER(Hosts_Host_HostName) { return LANDevice_Hosts_Host_HostName(op, args); }
-HANDLER(Hosts_Host_InterfaceType) { return LANDevice_Hosts_Host_InterfaceType(op, args); }
-HANDLER(Hosts_Host_Active) { return LANDevice_Hosts_Host_Active(op, args); }
-HANDLER(Hosts_Host_PhysAddress) { return LANDevice_Hosts_Host_MACAddress(op, args); }
+ALIAS(Hosts_HostNumberOfEntries, LANDevice_Hosts_HostNumberOfEntries)
+ALIAS(Hosts_Host_IPAddress, LANDevice_Hosts_Host_IPAddress)
+ALIAS(Hosts_Host_AddressSource, LANDevice_Hosts_Host_AddressSource)
+ALIAS(Hosts_Host_LeaseTimeRemaining, LANDevice_Hosts_Host_LeaseTimeRemaining)
+ALIAS(Hosts_Host_HostName, LANDevice_Hosts_Host_HostName)
+ALIAS(Hosts_Host_InterfaceType, LANDevice_Hosts_Host_InterfaceType)
+ALIAS(Hosts_Host_Active, LANDevice_Hosts_Host_Active)
+ALIAS(Hosts_Host_PhysAddress, LANDevice_Hosts_Host_MACAddress)
 
 namespace {
 
@@ -105,5 +101,5 @@ const char* medium_name(const std::string& type) {
 
 }  // namespace
 
-HANDLER(LANDevice_Hosts_Host_Layer2Interface) { return interface_of_host(op, args, "lay2if", link_name); }
-HANDLER(Hosts_Host_Layer1Interface) { return interface_of_host(op, args, "iftype", medium_name); }
+PARAMETER(LANDevice_Hosts_Host_Layer2Interface, interface_of_host, "lay2if", link_name)
+PARAMETER(Hosts_Host_Layer1Interface, interface_of_host, "iftype", medium_name)

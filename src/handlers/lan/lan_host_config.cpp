@@ -1,5 +1,4 @@
 // InternetGatewayDevice.LANDevice.{i}.LANHostConfigManagement.
-#include "handlers/lan/lan_host_config.h"
 
 #include <cstdio>
 
@@ -43,27 +42,22 @@ HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask) {
                   {.unreadable = "get lan mask error\n", .refused = "the format of ip is wrong \n"});
 }
 
-HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingType) {
-    return read_only_option(op, args, {.at = {"network", "lan", "proto"}});
-}
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingType, read_only_option,
+          {.at = {"network", "lan", "proto"}})
 
-HANDLER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway) {
-    return required_option(op, args, kLan / "gw", "get default geteway error\n");
-}
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway, required_option, kLan / "gw",
+          "get default geteway error\n")
 
-HANDLER(LANDevice_LANHostConfigManagement_Subnetmask) {
-    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask(op, args);
-}
+ALIAS(LANDevice_LANHostConfigManagement_Subnetmask,
+      LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask)
 
 // What the DHCP server hands out as router is the LAN address itself.
-HANDLER(LANDevice_LANHostConfigManagement_DefaultGateway) {
-    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress(op, args);
-}
-HANDLER(LANDevice_LANHostConfigManagement_IPRouters) {
-    return LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress(op, args);
-}
+ALIAS(LANDevice_LANHostConfigManagement_DefaultGateway,
+      LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress)
+ALIAS(LANDevice_LANHostConfigManagement_IPRouters,
+      LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress)
 
-HANDLER(LANDevice_LANHostConfigManagement_DHCPServerEnable) { return constant(op, args, "1"); }
+PARAMETER(LANDevice_LANHostConfigManagement_DHCPServerEnable, constant, "1")
 
 HANDLER(LANDevice_LANHostConfigManagement_MinAddress) {
     return grouped_option(op, args, kDhcpServer / "startIpAddress", " get dhcp startIpAddress error\n\n",

@@ -82,7 +82,7 @@ int list(const ListArguments& arguments, Caller caller) {
 
 }  // namespace
 
-HANDLER(DHCPv4_Server_Pool_StaticAddress) { return object(op, args, {add, remove, list}); }
+PARAMETER(DHCPv4_Server_Pool_StaticAddress, object, {add, remove, list})
 
 HANDLER(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;

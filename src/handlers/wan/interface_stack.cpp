@@ -41,5 +41,5 @@ HANDLER(InterfaceStackNumberOfEntries) {
     return GetArguments(args).answer(std::to_string(shown));
 }
 
-HANDLER(InterfaceStack_HigherLayer) { return layer(op, args, &cwmp_interface_stack_row::higher); }
-HANDLER(InterfaceStack_LowerLayer) { return layer(op, args, &cwmp_interface_stack_row::lower); }
+PARAMETER(InterfaceStack_HigherLayer, layer, &cwmp_interface_stack_row::higher)
+PARAMETER(InterfaceStack_LowerLayer, layer, &cwmp_interface_stack_row::lower)

@@ -23,15 +23,12 @@ HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
     return GetArguments(args).answer(enabled ? "1" : "0");
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType) {
-    return iptv_field(op, args, {.at = kInfo / "iptv_type", .missing = "normal"}, CWMP_IPTV_TYPE);
-}
-HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID) {
-    return iptv_field(op, args, {.at = kInfo / "iptv_vid"}, CWMP_IPTV_VLAN_ID);
-}
-HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio) {
-    return iptv_field(op, args, {.at = kInfo / "iptv_prio"}, CWMP_IPTV_PRIORITY);
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType, iptv_field,
+          {.at = kInfo / "iptv_type", .missing = "normal"}, CWMP_IPTV_TYPE)
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID, iptv_field,
+          {.at = kInfo / "iptv_vid"}, CWMP_IPTV_VLAN_ID)
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio, iptv_field,
+          {.at = kInfo / "iptv_prio"}, CWMP_IPTV_PRIORITY)
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVDesCription) {
     return constant(
         op, args,

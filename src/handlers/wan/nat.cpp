@@ -8,9 +8,9 @@
 
 using namespace cwmp;
 
-HANDLER(NAT_InterfaceSettingNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(NAT_InterfaceSetting_Interface) { return constant(op, args, "Device.IP.Interface.2."); }
-HANDLER(NAT_InterfaceSetting_X_QM_FullconeNATEnabled) { return constant(op, args, "0"); }
+PARAMETER(NAT_InterfaceSettingNumberOfEntries, constant, "1")
+PARAMETER(NAT_InterfaceSetting_Interface, constant, "Device.IP.Interface.2.")
+PARAMETER(NAT_InterfaceSetting_X_QM_FullconeNATEnabled, constant, "0")
 
 HANDLER(NAT_InterfaceSetting_Enable) {
     if (op != CWMP_OP_GET) return kRefused;

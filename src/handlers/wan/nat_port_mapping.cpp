@@ -175,25 +175,17 @@ Text description(const Change& change) {
 
 }  // namespace
 
-HANDLER(NAT_PortMapping_Enable) { return mapping_field(op, args, {"enable", switch_digit, switch_word}); }
-HANDLER(NAT_PortMapping_Status) { return read_only_field(op, args, {"enable", status_word}); }
-HANDLER(NAT_PortMapping_Alias) { return mapping_field(op, args, {"name", alias}); }
-HANDLER(NAT_PortMapping_Interface) { return mapping_field(op, args, {"intf", nullptr, interface_word}); }
-HANDLER(NAT_PortMapping_RemoteHost) { return mapping_field(op, args, {"external_ip", nullptr, address}); }
-HANDLER(NAT_PortMapping_ExternalPort) {
-    return mapping_field(op, args, {"external_port", first_port, from_port});
-}
-HANDLER(NAT_PortMapping_ExternalPortEndRange) {
-    return mapping_field(op, args, {"external_port", last_port, to_port});
-}
-HANDLER(NAT_PortMapping_InternalPort) { return mapping_field(op, args, {"internal_port"}); }
-HANDLER(NAT_PortMapping_Protocol) { return mapping_field(op, args, {"protocol", nullptr, protocol}); }
-HANDLER(NAT_PortMapping_InternalClient) {
-    return mapping_field(op, args, {"ip", client_address, client_octet});
-}
-HANDLER(NAT_PortMapping_Description) {
-    return mapping_field(op, args, {"description", nullptr, description});
-}
+PARAMETER(NAT_PortMapping_Enable, mapping_field, {"enable", switch_digit, switch_word})
+PARAMETER(NAT_PortMapping_Status, read_only_field, {"enable", status_word})
+PARAMETER(NAT_PortMapping_Alias, mapping_field, {"name", alias})
+PARAMETER(NAT_PortMapping_Interface, mapping_field, {"intf", nullptr, interface_word})
+PARAMETER(NAT_PortMapping_RemoteHost, mapping_field, {"external_ip", nullptr, address})
+PARAMETER(NAT_PortMapping_ExternalPort, mapping_field, {"external_port", first_port, from_port})
+PARAMETER(NAT_PortMapping_ExternalPortEndRange, mapping_field, {"external_port", last_port, to_port})
+PARAMETER(NAT_PortMapping_InternalPort, mapping_field, {"internal_port"})
+PARAMETER(NAT_PortMapping_Protocol, mapping_field, {"protocol", nullptr, protocol})
+PARAMETER(NAT_PortMapping_InternalClient, mapping_field, {"ip", client_address, client_octet})
+PARAMETER(NAT_PortMapping_Description, mapping_field, {"description", nullptr, description})
 
 HANDLER(NAT_PortMappingNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;

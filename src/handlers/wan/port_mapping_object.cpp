@@ -95,11 +95,8 @@ int list(const ListArguments& arguments, Caller /*caller*/) {
 
 }  // namespace
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_PortMapping) {
-    return object(op, args, {add, remove, list});
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_PortMapping, object, {add, remove, list})
 
-HANDLER(NAT_PortMapping) { return WANDevice_WANConnectionDevice_WANIPConnection_PortMapping(op, args); }
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_PortMapping) {
-    return WANDevice_WANConnectionDevice_WANIPConnection_PortMapping(op, args);
-}
+ALIAS(NAT_PortMapping, WANDevice_WANConnectionDevice_WANIPConnection_PortMapping)
+ALIAS(WANDevice_WANConnectionDevice_WANPPPConnection_PortMapping,
+      WANDevice_WANConnectionDevice_WANIPConnection_PortMapping)

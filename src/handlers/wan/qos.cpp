@@ -33,8 +33,8 @@ int bandwidth(int op, Arguments args, const OptionPath& at) {
 
 }  // namespace
 
-HANDLER(WANDevice_X_QM_QoS_Upband) { return bandwidth(op, args, kSettings / "up_band"); }
-HANDLER(WANDevice_X_QM_QoS_Downband) { return bandwidth(op, args, kSettings / "down_band"); }
+PARAMETER(WANDevice_X_QM_QoS_Upband, bandwidth, kSettings / "up_band")
+PARAMETER(WANDevice_X_QM_QoS_Downband, bandwidth, kSettings / "down_band")
 
 HANDLER(WANDevice_X_QM_QoS_Enable) {
     constexpr OptionPath kEnable = kSettings / "enable";

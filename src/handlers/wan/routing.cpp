@@ -27,9 +27,9 @@ int route_field(int op, Arguments args, char (cwmp_route::*field)[size]) {
 
 }  // namespace
 
-HANDLER(Routing_RouterNumberOfEntries) { return constant(op, args, "1"); }
-HANDLER(Routing_Router_Enable) { return constant(op, args, "1"); }
-HANDLER(Routing_Router_Status) { return constant(op, args, "Enabled"); }
+PARAMETER(Routing_RouterNumberOfEntries, constant, "1")
+PARAMETER(Routing_Router_Enable, constant, "1")
+PARAMETER(Routing_Router_Status, constant, "Enabled")
 
 HANDLER(Routing_Router_IPv4ForwardingNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -43,15 +43,13 @@ HANDLER(Routing_Router_IPv4ForwardingNumberOfEntries) {
     return GetArguments(args).answer(too_many ? std::to_string(CWMP_ROUTES) : count);
 }
 
-HANDLER(Routing_Router_IPv4Forwarding_Enable) { return constant(op, args, "1"); }
-HANDLER(Routing_Router_IPv4Forwarding_Status) { return constant(op, args, "Enabled"); }
-HANDLER(Routing_Router_IPv4Forwarding_StaticRoute) { return constant(op, args, "0"); }
-HANDLER(Routing_Router_IPv4Forwarding_DestIPAddress) {
-    return route_field(op, args, &cwmp_route::destination);
-}
-HANDLER(Routing_Router_IPv4Forwarding_DestSubnetMask) { return route_field(op, args, &cwmp_route::mask); }
-HANDLER(Routing_Router_IPv4Forwarding_Interface) { return route_field(op, args, &cwmp_route::interface); }
-HANDLER(Routing_Router_IPv4Forwarding_Origin) { return route_field(op, args, &cwmp_route::origin); }
+PARAMETER(Routing_Router_IPv4Forwarding_Enable, constant, "1")
+PARAMETER(Routing_Router_IPv4Forwarding_Status, constant, "Enabled")
+PARAMETER(Routing_Router_IPv4Forwarding_StaticRoute, constant, "0")
+PARAMETER(Routing_Router_IPv4Forwarding_DestIPAddress, route_field, &cwmp_route::destination)
+PARAMETER(Routing_Router_IPv4Forwarding_DestSubnetMask, route_field, &cwmp_route::mask)
+PARAMETER(Routing_Router_IPv4Forwarding_Interface, route_field, &cwmp_route::interface)
+PARAMETER(Routing_Router_IPv4Forwarding_Origin, route_field, &cwmp_route::origin)
 
 // An access point has one way out, whatever the table says.
 HANDLER(Routing_Router_IPv4Forwarding_GatewayIPAddress) {

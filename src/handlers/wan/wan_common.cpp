@@ -13,27 +13,17 @@ int wan_counter(int op, Arguments args, const char* counter) {
 
 }  // namespace
 
-HANDLER(WANDevice_WANConnectionNumberOfEntries) { return constant(op, args, "2"); }
+PARAMETER(WANDevice_WANConnectionNumberOfEntries, constant, "2")
 
-HANDLER(WANDevice_WANCommonInterfaceConfig_EnabledForInternet) { return constant(op, args, "1"); }
-HANDLER(WANDevice_WANCommonInterfaceConfig_TotalBytesSent) { return wan_counter(op, args, "TotalBytesSent"); }
-HANDLER(WANDevice_WANCommonInterfaceConfig_TotalBytesReceived) {
-    return wan_counter(op, args, "TotalBytesReceived");
-}
-HANDLER(WANDevice_WANCommonInterfaceConfig_TotalPacketsSent) {
-    return wan_counter(op, args, "TotalPacketsSent");
-}
-HANDLER(WANDevice_WANCommonInterfaceConfig_TotalPacketsReceived) {
-    return wan_counter(op, args, "TotalPacketsReceived");
-}
-HANDLER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsSent) {
-    return wan_counter(op, args, "TotalErrorsSent");
-}
-HANDLER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsReceived) {
-    return wan_counter(op, args, "TotalErrorsReceived");
-}
+PARAMETER(WANDevice_WANCommonInterfaceConfig_EnabledForInternet, constant, "1")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_TotalBytesSent, wan_counter, "TotalBytesSent")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_TotalBytesReceived, wan_counter, "TotalBytesReceived")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_TotalPacketsSent, wan_counter, "TotalPacketsSent")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_TotalPacketsReceived, wan_counter, "TotalPacketsReceived")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsSent, wan_counter, "TotalErrorsSent")
+PARAMETER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsReceived, wan_counter, "TotalErrorsReceived")
 
-HANDLER(WANDevice_WANEthernetInterfaceConfig_Enable) { return constant(op, args, "1"); }
+PARAMETER(WANDevice_WANEthernetInterfaceConfig_Enable, constant, "1")
 HANDLER(WANDevice_WANEthernetInterfaceConfig_Status) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line({"cat /tmp/wanDetection", kLongLine, "Failed to get status\n"});

@@ -81,15 +81,12 @@ HANDLER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime) {
         op, args, {"cat /proc/uptime | awk -F '.' '{print $1}' ", kLongLine, "Failed to get  uptime\n"});
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress) {
-    return get_StasticOfWAN_by_name(op, args, kAddress, kNoAddress, "ExternalIPAddress");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway) {
-    return get_StasticOfWAN_by_name(op, args, kGateway, kNoAddress, "DefaultGateway");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask) {
-    return get_StasticOfWAN_by_name(op, args, kMask, kNoAddress, "SubnetMask");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, get_StasticOfWAN_by_name, kAddress,
+          kNoAddress, "ExternalIPAddress")
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway, get_StasticOfWAN_by_name, kGateway,
+          kNoAddress, "DefaultGateway")
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask, get_StasticOfWAN_by_name, kMask,
+          kNoAddress, "SubnetMask")
 
 HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_AddressingType) {
     static constexpr const char* kTypes[] = {"None", "Static", "DHCP"};

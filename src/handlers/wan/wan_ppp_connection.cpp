@@ -38,12 +38,9 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable) {
     return GetArguments(args).answer(*type == "pppoe" ? "1" : "0");
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Username) {
-    return account(op, args, {.at = kAccount / "username"});
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Password) {
-    return account(op, args, {.at = kAccount / "password", .secret = true});
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Username, account, {.at = kAccount / "username"})
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Password, account,
+          {.at = kAccount / "password", .secret = true})
 
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS});
@@ -67,9 +64,8 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
     return GetArguments(args).answer(leading_digits(std::string(next_word(line, position))));
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize) {
-    return read_only_option(op, args, {.at = kAccount / "mru"});
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_only_option,
+          {.at = kAccount / "mru"})
 
 namespace {
 
@@ -104,15 +100,9 @@ int GetPPPoE_internet_info(int op, va_list args, const char* field) {
     return GetArguments(args).answer(known.value_or(""));
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress) {
-    return GetPPPoE_internet_info(op, args, "ip");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway) {
-    return GetPPPoE_internet_info(op, args, "gateway");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_MACAddress) {
-    return GetPPPoE_internet_info(op, args, "mac");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress, GetPPPoE_internet_info, "ip")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway, GetPPPoE_internet_info, "gateway")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_MACAddress, GetPPPoE_internet_info, "mac")
 
 namespace {
 
@@ -123,21 +113,15 @@ int ppp_counter(int op, Arguments args, const char* counter) {
 
 }  // namespace
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesSent) {
-    return ppp_counter(op, args, "TotalBytesSent");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesReceived) {
-    return ppp_counter(op, args, "TotalBytesReceived");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsSent) {
-    return ppp_counter(op, args, "TotalPacketsSent");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsReceived) {
-    return ppp_counter(op, args, "TotalPacketsReceived");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent) {
-    return ppp_counter(op, args, "TotalErrorsSent");
-}
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsReceived) {
-    return ppp_counter(op, args, "TotalErrorsReceived");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesSent, ppp_counter,
+          "TotalBytesSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesReceived, ppp_counter,
+          "TotalBytesReceived")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsSent, ppp_counter,
+          "TotalPacketsSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsReceived, ppp_counter,
+          "TotalPacketsReceived")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent, ppp_counter,
+          "TotalErrorsSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsReceived, ppp_counter,
+          "TotalErrorsReceived")

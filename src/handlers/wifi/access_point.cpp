@@ -4,13 +4,12 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 
 using namespace cwmp;
 
-HANDLER(WiFi_AccessPointNumberOfEntries) { return constant(op, args, "4"); }
-HANDLER(WiFi_AccessPoint_Enable) { return LANDevice_WLANConfiguration_Enable(op, args); }
-HANDLER(WiFi_AccessPoint_WPS_Enable) { return LANDevice_WLANConfiguration_WPS_Enable(op, args); }
+PARAMETER(WiFi_AccessPointNumberOfEntries, constant, "4")
+FORWARD(WiFi_AccessPoint_Enable, LANDevice_WLANConfiguration_Enable)
+FORWARD(WiFi_AccessPoint_WPS_Enable, LANDevice_WLANConfiguration_WPS_Enable)
 
 HANDLER(WiFi_AccessPoint_SSIDReference) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -27,7 +26,7 @@ HANDLER(WiFi_AccessPoint_X_QM_APType) {
     return get.answer(number == 2 || number == 4 || number == 6 ? "Guest" : "Primary");
 }
 
-HANDLER(WiFi_AccessPoint_Status) { return network_status(op, args); }
+PARAMETER(WiFi_AccessPoint_Status, network_status)
 
 namespace {
 

@@ -45,12 +45,8 @@ HANDLER(WiFi_AccessPoint_AssociatedDeviceNumberOfEntries) {
     return count ? get.answer(std::to_string(clients_of(network->field, *count).size())) : kDone;
 }
 
-HANDLER(WiFi_AccessPoint_AssociatedDevice_MACAddress) {
-    return client_address(op, args, "mac", EmptyTable::is_traced);
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_X_QM_IPAddress) {
-    return client_address(op, args, "ip", EmptyTable::answers_empty);
-}
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_MACAddress, client_address, "mac", EmptyTable::is_traced)
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_X_QM_IPAddress, client_address, "ip", EmptyTable::answers_empty)
 
 // What the radio speaks, not the client.
 HANDLER(WiFi_AccessPoint_AssociatedDevice_OperatingStandard) {
@@ -62,103 +58,70 @@ HANDLER(WiFi_AccessPoint_AssociatedDevice_OperatingStandard) {
     return get.answer(mode ? read_option(network->radio->at("ax_hwmode")).value_or(*mode) : "");
 }
 
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Retransmissions) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "retransmission");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsReceived) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rx_pkt");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsSent) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "tx_pkt");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesReceived) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rx_byte");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesSent) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "tx_byte");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_ErrorsSent) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "errors_sent");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_RetransCount) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "retrans_count");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_FailedRetransCount) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "failed_retrans_count");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_RetryCount) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "retry_count");
-}
-HANDLER(WiFi_AccessPoint_AssociatedDevice_Stats_MultipleRetryCount) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "multiple_retry_count");
-}
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Retransmissions, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
+          "retransmission")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsReceived,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rx_pkt")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsSent,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "tx_pkt")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesReceived,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rx_byte")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesSent, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
+          "tx_byte")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_ErrorsSent, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
+          "errors_sent")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetransCount,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "retrans_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_FailedRetransCount,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "failed_retrans_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetryCount, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
+          "retry_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_MultipleRetryCount,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "multiple_retry_count")
 
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDeviceNumberOfEntries) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_MACAddress) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_IPAddress) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_OperatingStandard) {
-    return WiFi_AccessPoint_AssociatedDevice_OperatingStandard(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "authentication_state");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Retransmissions) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "retransmission");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsReceived) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rx_pkt");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsSent) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "tx_pkt");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesReceived) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rx_byte");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesSent) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "tx_byte");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_ErrorsSent) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "errors_sent");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetransCount) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "retrans_count");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_FailedRetransCount) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "failed_retrans_count");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetryCount) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "retry_count");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_MultipleRetryCount) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "multiple_retry_count");
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataDownlinkRate) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataUplinkRate) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_LinkRxRate) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_LinkTxRate) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI_Max) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI_Min) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_SignalStrength) {
-    return WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI(op, args);
-}
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDeviceNumberOfEntries,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_MACAddress,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_IPAddress,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress)
+ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_OperatingStandard,
+      WiFi_AccessPoint_AssociatedDevice_OperatingStandard)
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "authentication_state")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Retransmissions,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "retransmission")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsReceived,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rx_pkt")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsSent,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "tx_pkt")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesReceived,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rx_byte")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesSent,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "tx_byte")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_ErrorsSent,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "errors_sent")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetransCount,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "retrans_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_FailedRetransCount,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "failed_retrans_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetryCount,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "retry_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_MultipleRetryCount,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "multiple_retry_count")
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataDownlinkRate,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataUplinkRate,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_LinkRxRate,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_LinkTxRate,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI_Max,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI_Min,
+        LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min)
+ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_SignalStrength,
+      WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_RSSI)

@@ -33,79 +33,52 @@ int Get_AssociatedDevice_Info(int op, va_list args, const char* option) {
     return answer_client(get, find_client(network->field, count, index), option);
 }
 
-HANDLER(LANDevice_WLANConfiguration_AssociatedDeviceNumberOfEntries) {
-    return client_count(op, args, kMainPair);
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceMACAddress) {
-    return Get_AssociatedDevice_Info(op, args, "mac");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceName) {
-    return Get_AssociatedDevice_Info(op, args, "hostname");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceIPAddress) {
-    return client_option(op, args, kMainPair, "ip");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "LastDataUplinkRate");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "LastDataDownlinkRate");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkRxRate) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rxrate");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkTxRate) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "txrate");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rssi");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Min) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rssi_min");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Max) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "rssi_max");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceAuthenticationState) {
-    return WLANConfiguration_AssociatedDevice_LinkInfo_Get(op, args, "authentication_state");
-}
-HANDLER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_SignalStrength) {
-    return LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI(op, args);
-}
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDeviceNumberOfEntries, client_count, kMainPair)
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceMACAddress, Get_AssociatedDevice_Info,
+          "mac")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceName, Get_AssociatedDevice_Info,
+          "hostname")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceIPAddress, client_option, kMainPair,
+          "ip")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "LastDataUplinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "LastDataDownlinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkRxRate,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rxrate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkTxRate,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "txrate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Min,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi_min")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Max,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi_max")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceAuthenticationState,
+          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "authentication_state")
+ALIAS(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_SignalStrength,
+      LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI)
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries) {
-    return client_count(op, args, kGuestPair);
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress) {
-    return client_option(op, args, kGuestPair, "mac");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress) {
-    return client_option(op, args, kGuestPair, "ip");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "LastDataUplinkRate");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "LastDataDownlinkRate");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rxrate");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "txrate");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rssi");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rssi_min");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "rssi_max");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceAuthenticationState) {
-    return MultiSSID_AssociatedDevice_LinkInfo_Get(op, args, "authentication_state");
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_SignalStrength) {
-    return LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI(op, args);
-}
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries, client_count, kGuestPair)
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress, client_option,
+          kGuestPair, "mac")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress, client_option,
+          kGuestPair, "ip")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "LastDataUplinkRate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "LastDataDownlinkRate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rxrate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "txrate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi_min")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi_max")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceAuthenticationState,
+          MultiSSID_AssociatedDevice_LinkInfo_Get, "authentication_state")
+ALIAS(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_SignalStrength,
+      LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI)

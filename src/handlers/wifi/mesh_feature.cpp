@@ -1,6 +1,5 @@
 // X_QM_MeshFeature. but its hosts, X_QM_MultiMode., X_QM_MESH_WIFI. and X_QM_Onboarding.: features of the
 // whole mesh.
-#include "handlers/wifi/mesh_feature.h"
 
 #include "core/file.h"
 #include "cwmp/uci_access.h"
@@ -82,16 +81,12 @@ HANDLER(X_QM_MeshFeature_LED_Status) {
     return kDone;
 }
 
-HANDLER(X_QM_MeshFeature_Beamforming) {
-    return main_network_switch(op, args, kMainNetwork / "beamforming", 0);
-}
-HANDLER(X_QM_MeshFeature_FastRoaming) {
-    return main_network_switch(op, args, kMainNetwork / "ieee80211r", CWMP_APPLY_WIRELESS);
-}
+PARAMETER(X_QM_MeshFeature_Beamforming, main_network_switch, kMainNetwork / "beamforming", 0)
+PARAMETER(X_QM_MeshFeature_FastRoaming, main_network_switch, kMainNetwork / "ieee80211r", CWMP_APPLY_WIRELESS)
 
-HANDLER(X_QM_MultiMode_Mode) { return read_only_option(op, args, {.at = kMode}); }
-HANDLER(X_QM_MESH_WIFI_WorkMode) { return read_only_option(op, args, {.at = {"repacd", "repacd", "Role"}}); }
-HANDLER(X_QM_MESH_WIFI_NrdEnable) { return constant(op, args, "1"); }
+PARAMETER(X_QM_MultiMode_Mode, read_only_option, {.at = kMode})
+PARAMETER(X_QM_MESH_WIFI_WorkMode, read_only_option, {.at = {"repacd", "repacd", "Role"}})
+PARAMETER(X_QM_MESH_WIFI_NrdEnable, constant, "1")
 
 HANDLER(X_QM_Onboarding_Enable) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer(is_bound() ? "1" : "0");

@@ -4,7 +4,6 @@
 #include "core/refusal.h"
 #include "cwmp/value_checks.h"
 #include "cwmp/wireless.h"
-#include "handlers/wifi/mesh_feature.h"
 #include "handlers/wifi/mesh_script.h"
 #include "handlers/wifi/mesh_table.h"
 
@@ -46,7 +45,7 @@ int get_meshfeature_info(int op, va_list args, const char* option) {
     return GetArguments(args).answer(text);
 }
 
-HANDLER(X_QM_MeshFeature_HostNumberOfEntries) { return row_total(op, args, kMeshDevices, "count"); }
+PARAMETER(X_QM_MeshFeature_HostNumberOfEntries, row_total, kMeshDevices, "count")
 
 HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     const auto device = mesh_device(args);
@@ -58,18 +57,16 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     return GetArguments(args).answer(busy ? "1" : "0");
 }
 
-HANDLER(X_QM_MeshFeature_Host_WPS_Remaining_Time) { return get_meshfeature_info(op, args, "remaing_time"); }
-HANDLER(X_QM_MeshFeature_Host_WPS_Client_Accessed) {
-    return get_meshfeature_info(op, args, "client_accessed");
-}
-HANDLER(X_QM_MeshFeature_Host_HostName) { return get_meshfeature_info(op, args, "nickname"); }
-HANDLER(X_QM_MeshFeature_Host_HostStatus) { return get_meshfeature_info(op, args, "status"); }
-HANDLER(X_QM_MeshFeature_Host_SoftwareVersion) { return get_meshfeature_info(op, args, "fw_version"); }
-HANDLER(X_QM_MeshFeature_Host_HostAddress) { return get_meshfeature_info(op, args, "mac"); }
-HANDLER(X_QM_MeshFeature_Host_Role) { return get_meshfeature_info(op, args, "role"); }
-HANDLER(X_QM_MeshFeature_Host_DeviceModel) { return get_meshfeature_info(op, args, "device_model"); }
-HANDLER(X_QM_MeshFeature_Host_Uptime) { return get_meshfeature_info(op, args, "uptime"); }
-HANDLER(X_QM_MeshFeature_Host_Parent_Mac) { return get_meshfeature_info(op, args, "parent_mac"); }
-HANDLER(X_QM_MeshFeature_Host_Connection_type) { return get_meshfeature_info(op, args, "connection_type"); }
-HANDLER(X_QM_MeshFeature_Host_Wireless_iface_Rssi) { return get_meshfeature_info(op, args, "backhaul_rssi"); }
-HANDLER(X_QM_MeshFeature_Host_Inet_status) { return get_meshfeature_info(op, args, "inet_status"); }
+PARAMETER(X_QM_MeshFeature_Host_WPS_Remaining_Time, get_meshfeature_info, "remaing_time")
+PARAMETER(X_QM_MeshFeature_Host_WPS_Client_Accessed, get_meshfeature_info, "client_accessed")
+PARAMETER(X_QM_MeshFeature_Host_HostName, get_meshfeature_info, "nickname")
+PARAMETER(X_QM_MeshFeature_Host_HostStatus, get_meshfeature_info, "status")
+PARAMETER(X_QM_MeshFeature_Host_SoftwareVersion, get_meshfeature_info, "fw_version")
+PARAMETER(X_QM_MeshFeature_Host_HostAddress, get_meshfeature_info, "mac")
+PARAMETER(X_QM_MeshFeature_Host_Role, get_meshfeature_info, "role")
+PARAMETER(X_QM_MeshFeature_Host_DeviceModel, get_meshfeature_info, "device_model")
+PARAMETER(X_QM_MeshFeature_Host_Uptime, get_meshfeature_info, "uptime")
+PARAMETER(X_QM_MeshFeature_Host_Parent_Mac, get_meshfeature_info, "parent_mac")
+PARAMETER(X_QM_MeshFeature_Host_Connection_type, get_meshfeature_info, "connection_type")
+PARAMETER(X_QM_MeshFeature_Host_Wireless_iface_Rssi, get_meshfeature_info, "backhaul_rssi")
+PARAMETER(X_QM_MeshFeature_Host_Inet_status, get_meshfeature_info, "inet_status")

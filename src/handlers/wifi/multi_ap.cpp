@@ -74,10 +74,10 @@ int client_option(int op, Arguments args, const char* option, Caller caller = Ca
 
 }  // namespace
 
-HANDLER(WiFi_MultiAP_APDeviceNumberOfEntries) { return row_total(op, args, kMeshDevices, "count"); }
+PARAMETER(WiFi_MultiAP_APDeviceNumberOfEntries, row_total, kMeshDevices, "count")
 
-HANDLER(WiFi_MultiAP_APDevice_SoftwareVersion) { return row_option(op, args, {kMeshDevices, "fw_version"}); }
-HANDLER(WiFi_MultiAP_APDevice_MACAddress) { return row_option(op, args, {kMeshDevices, "mac", kNoAddress}); }
+PARAMETER(WiFi_MultiAP_APDevice_SoftwareVersion, row_option, {kMeshDevices, "fw_version"})
+PARAMETER(WiFi_MultiAP_APDevice_MACAddress, row_option, {kMeshDevices, "mac", kNoAddress})
 
 HANDLER(WiFi_MultiAP_APDevice_BackhaulLinkType) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -109,8 +109,8 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_APNumberOfEntries) {
     return radio ? GetArguments(args).answer(radio_count(radio->device)) : kRefused;
 }
 
-HANDLER(WiFi_MultiAP_APDevice_Radio_MACAddress) { return bssid(op, args); }
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_BSSID) { return bssid(op, args); }
+PARAMETER(WiFi_MultiAP_APDevice_Radio_MACAddress, bssid)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_BSSID, bssid)
 
 HANDLER(WiFi_MultiAP_APDevice_Radio_OperatingFrequencyBand) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -142,10 +142,6 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDeviceNumberOfEntries) {
     return radio ? GetArguments(args).answer(std::to_string(clients_of(*radio).size())) : kRefused;
 }
 
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_MACAddress) { return client_option(op, args, "mac"); }
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataDownlinkRate) {
-    return client_option(op, args, "down_speed");
-}
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataUplinkRate) {
-    return client_option(op, args, "up_speed");
-}
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_MACAddress, client_option, "mac")
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataDownlinkRate, client_option, "down_speed")
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataUplinkRate, client_option, "up_speed")

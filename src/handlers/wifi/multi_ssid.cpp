@@ -2,7 +2,6 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 
 using namespace cwmp;
 
@@ -53,19 +52,10 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey) {
                   {.refused = kPassPhraseRefused});
 }
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password) {
-    return LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey(op, args);
-}
+ALIAS(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password,
+      LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_WPAEncryptionModes) {
-    return accepted_constant(op, args, nullptr);
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_WPAAuthenticationMode) {
-    return accepted_constant(op, args, nullptr);
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iEncryptionModes) {
-    return accepted_constant(op, args, nullptr);
-}
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iAuthenticationMode) {
-    return accepted_constant(op, args, nullptr);
-}
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_WPAEncryptionModes, accepted_constant, nullptr)
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_WPAAuthenticationMode, accepted_constant, nullptr)
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iEncryptionModes, accepted_constant, nullptr)
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_IEEE11iAuthenticationMode, accepted_constant, nullptr)

@@ -6,9 +6,10 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 
 using namespace cwmp;
+
+HANDLER(LANDevice_WLANConfiguration_Channel);
 
 namespace {
 
@@ -30,41 +31,35 @@ int radio_constant(int op, Arguments args, const ByRadio& texts) {
 
 }  // namespace
 
-HANDLER(WiFi_RadioNumberOfEntries) { return LANDevice_LANWLANConfigurationNumberOfEntries(op, args); }
-HANDLER(WiFi_Radio_Enable) { return LANDevice_WLANConfiguration_Radio_Enable(op, args); }
-HANDLER(WiFi_Radio_AutoChannelEnable) { return LANDevice_WLANConfiguration_AutoChannelEnable(op, args); }
-HANDLER(WiFi_Radio_AutoChannelSupported) { return LANDevice_WLANConfiguration_AutoChannelEnable(op, args); }
-HANDLER(WiFi_Radio_TransmitPowerSupported) {
-    return LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported(op, args);
-}
-HANDLER(WiFi_Radio_TransmitPower) { return LANDevice_WLANConfiguration_X_QM_TransmitPower(op, args); }
-HANDLER(WiFi_Radio_OperatingChannelBandwidth) { return LANDevice_WLANConfiguration_X_QM_Bandwidth(op, args); }
-HANDLER(WiFi_Radio_Channel) { return LANDevice_WLANConfiguration_Channel(op, args); }
+FORWARD(WiFi_RadioNumberOfEntries, LANDevice_LANWLANConfigurationNumberOfEntries)
+FORWARD(WiFi_Radio_Enable, LANDevice_WLANConfiguration_Radio_Enable)
+FORWARD(WiFi_Radio_AutoChannelEnable, LANDevice_WLANConfiguration_AutoChannelEnable)
+FORWARD(WiFi_Radio_AutoChannelSupported, LANDevice_WLANConfiguration_AutoChannelEnable)
+FORWARD(WiFi_Radio_TransmitPowerSupported, LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported)
+FORWARD(WiFi_Radio_TransmitPower, LANDevice_WLANConfiguration_X_QM_TransmitPower)
+FORWARD(WiFi_Radio_OperatingChannelBandwidth, LANDevice_WLANConfiguration_X_QM_Bandwidth)
+FORWARD(WiFi_Radio_Channel, LANDevice_WLANConfiguration_Channel)
 HANDLER(WiFi_Radio_ChannelsInUse) {
     return op == CWMP_OP_GET ? LANDevice_WLANConfiguration_Channel(op, args) : kRefused;
 }
-HANDLER(WiFi_Radio_PossibleChannels) { return LANDevice_WLANConfiguration_ChannelsInUse(op, args); }
-HANDLER(WiFi_Radio_X_QM_FrequencyInuse) { return LANDevice_WLANConfiguration_X_QM_FrequencyInuse(op, args); }
-HANDLER(WiFi_Radio_X_QM_MultiSSID_Enable) { return LANDevice_WLANConfiguration_MultiSSID_Enable(op, args); }
+FORWARD(WiFi_Radio_PossibleChannels, LANDevice_WLANConfiguration_ChannelsInUse)
+FORWARD(WiFi_Radio_X_QM_FrequencyInuse, LANDevice_WLANConfiguration_X_QM_FrequencyInuse)
+FORWARD(WiFi_Radio_X_QM_MultiSSID_Enable, LANDevice_WLANConfiguration_MultiSSID_Enable)
 
-HANDLER(WiFi_Radio_Stats_BytesSent) { return LANDevice_WLANConfiguration_TotalBytesSent(op, args); }
-HANDLER(WiFi_Radio_Stats_BytesReceived) { return LANDevice_WLANConfiguration_TotalBytesReceived(op, args); }
-HANDLER(WiFi_Radio_Stats_PacketsSent) { return LANDevice_WLANConfiguration_TotalPacketsSent(op, args); }
-HANDLER(WiFi_Radio_Stats_PacketsReceived) {
-    return LANDevice_WLANConfiguration_TotalPacketsReceived(op, args);
-}
-HANDLER(WiFi_Radio_Stats_ErrorsReceived) {
-    return LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived(op, args);
-}
-HANDLER(WiFi_Radio_Stats_ErrorsSent) { return LANDevice_WLANConfiguration_X_QM_TotalErrorsSent(op, args); }
-HANDLER(WiFi_Radio_Stats_DiscardPacketsSent) { return radio_counter(op, args, "DiscardPacketsSent"); }
-HANDLER(WiFi_Radio_Stats_DiscardPacketsReceived) { return radio_counter(op, args, "DiscardPacketsReceived"); }
+FORWARD(WiFi_Radio_Stats_BytesSent, LANDevice_WLANConfiguration_TotalBytesSent)
+FORWARD(WiFi_Radio_Stats_BytesReceived, LANDevice_WLANConfiguration_TotalBytesReceived)
+FORWARD(WiFi_Radio_Stats_PacketsSent, LANDevice_WLANConfiguration_TotalPacketsSent)
+FORWARD(WiFi_Radio_Stats_PacketsReceived, LANDevice_WLANConfiguration_TotalPacketsReceived)
+FORWARD(WiFi_Radio_Stats_ErrorsReceived, LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived)
+FORWARD(WiFi_Radio_Stats_ErrorsSent, LANDevice_WLANConfiguration_X_QM_TotalErrorsSent)
+PARAMETER(WiFi_Radio_Stats_DiscardPacketsSent, radio_counter, "DiscardPacketsSent")
+PARAMETER(WiFi_Radio_Stats_DiscardPacketsReceived, radio_counter, "DiscardPacketsReceived")
 
-HANDLER(WiFi_Radio_MaxSupportedSSIDs) { return constant(op, args, "2"); }
-HANDLER(WiFi_Radio_Upstream) { return constant(op, args, "0"); }
-HANDLER(WiFi_Radio_AutoChannelRefreshPeriod) { return constant(op, args, ""); }
-HANDLER(WiFi_Radio_SupportedFrequencyBands) { return radio_constant(op, args, {"2.4GHz", "5GHz"}); }
-HANDLER(WiFi_Radio_SupportedStandards) { return radio_constant(op, args, {"b,g,n,ax,be", "a,n,ac,ax,be"}); }
+PARAMETER(WiFi_Radio_MaxSupportedSSIDs, constant, "2")
+PARAMETER(WiFi_Radio_Upstream, constant, "0")
+PARAMETER(WiFi_Radio_AutoChannelRefreshPeriod, constant, "")
+PARAMETER(WiFi_Radio_SupportedFrequencyBands, radio_constant, {"2.4GHz", "5GHz"})
+PARAMETER(WiFi_Radio_SupportedStandards, radio_constant, {"b,g,n,ax,be", "a,n,ac,ax,be"})
 
 HANDLER(WiFi_Radio_SupportedOperatingChannelBandwidths) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -141,10 +136,10 @@ int tuning_value(int op, Arguments args, const char* name, const char* not_store
 
 }  // namespace
 
-HANDLER(WiFi_Radio_DTIMPeriod) { return tuning_value(op, args, "dtim_period", "set dtim_period error\n\n"); }
-HANDLER(WiFi_Radio_BeaconPeriod) { return tuning_value(op, args, "beacon_int", "set beacon_int error\n\n"); }
-HANDLER(WiFi_Radio_RTSThreshold) { return tuning_value(op, args, "rts", "set rts error\n\n"); }
-HANDLER(WiFi_Radio_FragmentationThreshold) { return tuning_value(op, args, "frag", "set frag error\n\n"); }
+PARAMETER(WiFi_Radio_DTIMPeriod, tuning_value, "dtim_period", "set dtim_period error\n\n")
+PARAMETER(WiFi_Radio_BeaconPeriod, tuning_value, "beacon_int", "set beacon_int error\n\n")
+PARAMETER(WiFi_Radio_RTSThreshold, tuning_value, "rts", "set rts error\n\n")
+PARAMETER(WiFi_Radio_FragmentationThreshold, tuning_value, "frag", "set frag error\n\n")
 
 HANDLER(WiFi_Radio_X_QM_ATFEnable) {
     constexpr OptionPath kFairness = tuning("airtime_fairness");

@@ -33,19 +33,15 @@ int link_figure(int op, Arguments args, const Radio& radio, const char* column,
 
 }  // namespace
 
-HANDLER(X_QM_RE_MAPPINGNumberOfEntries) { return row_total(op, args, kSatellites, "total"); }
+PARAMETER(X_QM_RE_MAPPINGNumberOfEntries, row_total, kSatellites, "total")
 
-HANDLER(X_QM_RE_MAPPING_X_QM_DevName) { return row_option(op, args, {kSatellites, "device_model"}); }
-HANDLER(X_QM_RE_MAPPING_X_QM_ReMac) { return row_option(op, args, {kSatellites, "mac"}); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnDevMac) { return row_option(op, args, {kSatellites, "parent_mac"}); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlMac24g) { return row_option(op, args, {kSatellites, "bssid_sta_2g"}); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlMac5g) { return row_option(op, args, {kSatellites, "bssid_sta_5g"}); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlQuality24g) {
-    return row_option(op, args, {kSatellites, "signal_level_2g"});
-}
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlQuality5g) {
-    return row_option(op, args, {kSatellites, "signal_level_5g"});
-}
+PARAMETER(X_QM_RE_MAPPING_X_QM_DevName, row_option, {kSatellites, "device_model"})
+PARAMETER(X_QM_RE_MAPPING_X_QM_ReMac, row_option, {kSatellites, "mac"})
+PARAMETER(X_QM_RE_MAPPING_Status_ConnDevMac, row_option, {kSatellites, "parent_mac"})
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlMac24g, row_option, {kSatellites, "bssid_sta_2g"})
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlMac5g, row_option, {kSatellites, "bssid_sta_5g"})
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlQuality24g, row_option, {kSatellites, "signal_level_2g"})
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlQuality5g, row_option, {kSatellites, "signal_level_5g"})
 
 HANDLER(X_QM_RE_MAPPING_Status_Active) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -57,7 +53,7 @@ HANDLER(X_QM_RE_MAPPING_Status_Active) {
     return GetArguments(args).answer(status);
 }
 
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlTxRate24g) { return link_figure(op, args, kRadio2G, kRateColumn); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlTxRate5g) { return link_figure(op, args, kRadio5G, kRateColumn); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlRssi24g) { return link_figure(op, args, kRadio2G, kRssiColumn); }
-HANDLER(X_QM_RE_MAPPING_Status_ConnWlRssi5g) { return link_figure(op, args, kRadio5G, kRssiColumn); }
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlTxRate24g, link_figure, kRadio2G, kRateColumn)
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlTxRate5g, link_figure, kRadio5G, kRateColumn)
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlRssi24g, link_figure, kRadio2G, kRssiColumn)
+PARAMETER(X_QM_RE_MAPPING_Status_ConnWlRssi5g, link_figure, kRadio5G, kRssiColumn)

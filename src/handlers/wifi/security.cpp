@@ -3,7 +3,6 @@
 #include "cwmp/wireless.h"
 #include "handlers/wifi/selection.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 #include "platform/profile.h"
 
 using namespace cwmp;
@@ -21,7 +20,7 @@ std::string interface_of(int number) {
 
 }  // namespace
 
-HANDLER(WiFi_AccessPoint_Security_ModeEnabled) { return security_mode_operate(op, args); }
+PARAMETER(WiFi_AccessPoint_Security_ModeEnabled, security_mode_operate)
 
 HANDLER(WiFi_AccessPoint_Security_ModesSupported) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -32,17 +31,11 @@ HANDLER(WiFi_AccessPoint_Security_ModesSupported) {
                         : "None,WPA/WPA2-Personal,WPA2/WPA3-Personal");
 }
 
-HANDLER(WiFi_AccessPoint_Security_KeyPassphrase) {
-    return KeyPassphrase_operate(op, args, kMainNetwork.section);
-}
-HANDLER(WiFi_AccessPoint_Security_SAEPassphrase) { return WiFi_AccessPoint_Security_KeyPassphrase(op, args); }
-HANDLER(WiFi_AccessPoint_Security_WEPKey) { return WEPKey_operate(op, args, kMainNetwork.section); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_Password) {
-    return LANDevice_WLANConfiguration_X_QM_Password(op, args);
-}
-HANDLER(WiFi_AccessPoint_Security_PreSharedKey) {
-    return LANDevice_WLANConfiguration_X_QM_Password(op, args);
-}
+PARAMETER(WiFi_AccessPoint_Security_KeyPassphrase, KeyPassphrase_operate, kMainNetwork.section)
+ALIAS(WiFi_AccessPoint_Security_SAEPassphrase, WiFi_AccessPoint_Security_KeyPassphrase)
+PARAMETER(WiFi_AccessPoint_Security_WEPKey, WEPKey_operate, kMainNetwork.section)
+FORWARD(WiFi_AccessPoint_Security_X_QM_Password, LANDevice_WLANConfiguration_X_QM_Password)
+FORWARD(WiFi_AccessPoint_Security_PreSharedKey, LANDevice_WLANConfiguration_X_QM_Password)
 
 HANDLER(WiFi_AccessPoint_Security_EncryptionMode) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -55,39 +48,28 @@ HANDLER(WiFi_AccessPoint_Security_EncryptionMode) {
     return get.answer(cipher);
 }
 
-HANDLER(WiFi_AccessPoint_Security_X_QM_PSKType) { return constant(op, args, "KeyPassphrase"); }
+PARAMETER(WiFi_AccessPoint_Security_X_QM_PSKType, constant, "KeyPassphrase")
 
-HANDLER(WiFi_AccessPoint_Security_RadiusServerIPAddr) {
-    return refused_constant(op, args, "", " error: No support Security RadiusServer\n\n");
-}
-HANDLER(WiFi_AccessPoint_Security_RadiusServerPort) {
-    return refused_constant(op, args, "1812", " error: No support Security RadiusServerPort\n\n");
-}
-HANDLER(WiFi_AccessPoint_Security_RadiusSecret) {
-    return refused_constant(op, args, "", " error: No support Security RadiusSecret\n\n");
-}
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPKeyIndex) { return refused_constant(op, args, "0", kNoWep); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPKey1) { return refused_constant(op, args, "", kNoWep); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPKey2) { return refused_constant(op, args, "", kNoWep); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPKey3) { return refused_constant(op, args, "", kNoWep); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPKey4) { return refused_constant(op, args, "", kNoWep); }
-HANDLER(WiFi_AccessPoint_Security_X_QM_WEPAuthenticationMode) {
-    return refused_constant(op, args, "", " error: No support WEPAuthenticationMode\n\n");
-}
+PARAMETER(WiFi_AccessPoint_Security_RadiusServerIPAddr, refused_constant, "",
+          " error: No support Security RadiusServer\n\n")
+PARAMETER(WiFi_AccessPoint_Security_RadiusServerPort, refused_constant, "1812",
+          " error: No support Security RadiusServerPort\n\n")
+PARAMETER(WiFi_AccessPoint_Security_RadiusSecret, refused_constant, "",
+          " error: No support Security RadiusSecret\n\n")
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKeyIndex, refused_constant, "0", kNoWep)
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey1, refused_constant, "", kNoWep)
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey2, refused_constant, "", kNoWep)
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey3, refused_constant, "", kNoWep)
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey4, refused_constant, "", kNoWep)
+PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPAuthenticationMode, refused_constant, "",
+          " error: No support WEPAuthenticationMode\n\n")
 
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModeEnabled) { return security_mode_operate(op, args); }
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModesSupported) {
-    return WiFi_AccessPoint_Security_ModesSupported(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_KeyPassphrase) {
-    return KeyPassphrase_operate(op, args, kGuestNetwork.section);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_WEPKey) {
-    return WEPKey_operate(op, args, kGuestNetwork.section);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_X_QM_Password) {
-    return LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey(op, args);
-}
-HANDLER(WiFi_AccessPoint_X_QM_MultiSSID_Security_PreSharedKey) {
-    return LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey(op, args);
-}
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModeEnabled, security_mode_operate)
+ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModesSupported, WiFi_AccessPoint_Security_ModesSupported)
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_KeyPassphrase, KeyPassphrase_operate,
+          kGuestNetwork.section)
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_WEPKey, WEPKey_operate, kGuestNetwork.section)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_X_QM_Password,
+        LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_PreSharedKey,
+        LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)

@@ -3,15 +3,14 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 
 using namespace cwmp;
 
-HANDLER(WiFi_SSIDNumberOfEntries) { return constant(op, args, "4"); }
-HANDLER(WiFi_SSID_Enable) { return LANDevice_WLANConfiguration_Enable(op, args); }
-HANDLER(WiFi_SSID_BSSID) { return LANDevice_WLANConfiguration_BSSID(op, args); }
-HANDLER(WiFi_SSID_Upstream) { return constant(op, args, "0"); }
-HANDLER(WiFi_SSID_X_QM_MultiSSID_SSID) { return LANDevice_WLANConfiguration_MultiSSID_SSID(op, args); }
+PARAMETER(WiFi_SSIDNumberOfEntries, constant, "4")
+FORWARD(WiFi_SSID_Enable, LANDevice_WLANConfiguration_Enable)
+FORWARD(WiFi_SSID_BSSID, LANDevice_WLANConfiguration_BSSID)
+PARAMETER(WiFi_SSID_Upstream, constant, "0")
+FORWARD(WiFi_SSID_X_QM_MultiSSID_SSID, LANDevice_WLANConfiguration_MultiSSID_SSID)
 
 namespace {
 
@@ -37,7 +36,7 @@ HANDLER(WiFi_SSID_SSID) {
     return result;
 }
 
-HANDLER(WiFi_SSID_Status) { return network_status(op, args); }
+PARAMETER(WiFi_SSID_Status, network_status)
 
 HANDLER(WiFi_SSID_LowerLayers) {
     if (op != CWMP_OP_GET) return kRefused;

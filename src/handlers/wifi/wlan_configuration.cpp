@@ -1,11 +1,9 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: the networks. Their radios are in
 // wlan_radio.cpp.
-#include "handlers/wifi/wlan_configuration.h"
 
 #include "core/refusal.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
-#include "handlers/wifi/mesh_feature.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
 
@@ -19,7 +17,7 @@ constexpr OptionPath kDefaultNetwork = {"wifi", "default", "enable"};
 }  // namespace
 
 // Two, although the parameters of a network answer for four numbers: see docs/wireless.md.
-HANDLER(LANDevice_LANWLANConfigurationNumberOfEntries) { return constant(op, args, "2"); }
+PARAMETER(LANDevice_LANWLANConfigurationNumberOfEntries, constant, "2")
 
 // Every WLANConfiguration shows the name of the main network.
 HANDLER(LANDevice_WLANConfiguration_SSID) {
@@ -46,9 +44,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
     return kDone;
 }
 
-HANDLER(LANDevice_WLANConfiguration_X_QM_PreSharedKey) {
-    return LANDevice_WLANConfiguration_X_QM_Password(op, args);
-}
+ALIAS(LANDevice_WLANConfiguration_X_QM_PreSharedKey, LANDevice_WLANConfiguration_X_QM_Password)
 
 HANDLER(LANDevice_WLANConfiguration_BeaconType) {
     if (op == CWMP_OP_GET) return GetArguments(args).answer(stored_beacon_type(kMainNetwork).value_or(""));
@@ -59,7 +55,7 @@ HANDLER(LANDevice_WLANConfiguration_BeaconType) {
                    .write_failure_is_done = true});
 }
 
-HANDLER(LANDevice_WLANConfiguration_WPS_Enable) { return X_QM_MeshFeature_Host_WPS_Enable(op, args); }
+FORWARD(LANDevice_WLANConfiguration_WPS_Enable, X_QM_MeshFeature_Host_WPS_Enable)
 
 HANDLER(LANDevice_WLANConfiguration_BSSID) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -101,15 +97,8 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable) {
     return kDone;
 }
 
-HANDLER(LANDevice_WLANConfiguration_WPAEncryptionModes) {
-    return accepted_constant(op, args, "TKIPandAESEncryption");
-}
-HANDLER(LANDevice_WLANConfiguration_IEEE11iEncryptionModes) {
-    return LANDevice_WLANConfiguration_WPAEncryptionModes(op, args);
-}
-HANDLER(LANDevice_WLANConfiguration_WPAAuthenticationMode) {
-    return accepted_constant(op, args, "PSKAuthentication");
-}
-HANDLER(LANDevice_WLANConfiguration_IEEE11iAuthenticationMode) {
-    return LANDevice_WLANConfiguration_WPAAuthenticationMode(op, args);
-}
+PARAMETER(LANDevice_WLANConfiguration_WPAEncryptionModes, accepted_constant, "TKIPandAESEncryption")
+ALIAS(LANDevice_WLANConfiguration_IEEE11iEncryptionModes, LANDevice_WLANConfiguration_WPAEncryptionModes)
+PARAMETER(LANDevice_WLANConfiguration_WPAAuthenticationMode, accepted_constant, "PSKAuthentication")
+ALIAS(LANDevice_WLANConfiguration_IEEE11iAuthenticationMode,
+      LANDevice_WLANConfiguration_WPAAuthenticationMode)

@@ -6,7 +6,6 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/selection.h"
 #include "handlers/wifi/settings.h"
-#include "handlers/wifi/wlan_configuration.h"
 
 using namespace cwmp;
 
@@ -140,7 +139,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     return get.answer(std::to_string(decimal_prefix(line->c_str()) * kFactor) + "MHz");
 }
 
-HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported) { return constant(op, args, "25,50,100"); }
+PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported, constant, "25,50,100")
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
     constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
@@ -194,17 +193,9 @@ HANDLER(LANDevice_WLANConfiguration_Status) {
     return line ? get.answer(*line == "UP" ? "Up" : "Disabled") : kRefused;
 }
 
-HANDLER(LANDevice_WLANConfiguration_TotalBytesSent) { return radio_counter(op, args, "TotalBytesSent"); }
-HANDLER(LANDevice_WLANConfiguration_TotalBytesReceived) {
-    return radio_counter(op, args, "TotalBytesReceived");
-}
-HANDLER(LANDevice_WLANConfiguration_TotalPacketsSent) { return radio_counter(op, args, "TotalPacketsSent"); }
-HANDLER(LANDevice_WLANConfiguration_TotalPacketsReceived) {
-    return radio_counter(op, args, "TotalPacketsReceived");
-}
-HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived) {
-    return radio_counter(op, args, "TotalErrorsReceived");
-}
-HANDLER(LANDevice_WLANConfiguration_X_QM_TotalErrorsSent) {
-    return radio_counter(op, args, "TotalErrorsSent");
-}
+PARAMETER(LANDevice_WLANConfiguration_TotalBytesSent, radio_counter, "TotalBytesSent")
+PARAMETER(LANDevice_WLANConfiguration_TotalBytesReceived, radio_counter, "TotalBytesReceived")
+PARAMETER(LANDevice_WLANConfiguration_TotalPacketsSent, radio_counter, "TotalPacketsSent")
+PARAMETER(LANDevice_WLANConfiguration_TotalPacketsReceived, radio_counter, "TotalPacketsReceived")
+PARAMETER(LANDevice_WLANConfiguration_X_QM_TotalErrorsReceived, radio_counter, "TotalErrorsReceived")
+PARAMETER(LANDevice_WLANConfiguration_X_QM_TotalErrorsSent, radio_counter, "TotalErrorsSent")
