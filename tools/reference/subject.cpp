@@ -133,8 +133,9 @@ class Subject {
         finding_.value = answer_text(got);
         fact("GET " + finding_.value + seen_text(got.seen, ""));
         if (!got.changes.empty()) fact("GET stores " + changes_text(got, ""));
-        const bool fits =
-            got.value.empty() ? node_.secret || node_.type.holds("") : node_.type.holds(got.value);
+        // The agent's buffer is empty before.
+        if (value_ == kUntouched) value_.clear();
+        const bool fits = node_.type.holds(value_) || (node_.secret && value_.empty());
         if (readable_ && !fits) finding_.misfit = "answer " + finding_.value + " is no " + node_.type.text;
         reads_ = got.seen.options;
         commands_ = got.seen.commands;
