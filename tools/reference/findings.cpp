@@ -3,8 +3,8 @@
 #include <array>
 #include <fstream>
 
-#include "../dm/failure.h"
-#include "../dm/text.h"
+#include "failure.h"
+#include "text.h"
 
 namespace cwmp {
 

@@ -7,12 +7,12 @@
 #include <functional>
 #include <map>
 
-#include "../dm/agent.h"
-#include "../dm/agent_state.h"
-#include "../dm/failure.h"
-#include "../dm/path.h"
+#include "agent.h"
+#include "agent_state.h"
+#include "failure.h"
 #include "findings.h"
 #include "pages.h"
+#include "path.h"
 
 namespace cwmp {
 

@@ -4,9 +4,9 @@
 #include <fstream>
 #include <map>
 
-#include "../dm/failure.h"
-#include "../dm/model.h"
+#include "failure.h"
 #include "findings.h"
+#include "model.h"
 
 namespace cwmp {
 

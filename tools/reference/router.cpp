@@ -7,7 +7,7 @@
 #include <array>
 #include <cstring>
 
-#include "../dm/failure.h"
+#include "failure.h"
 
 namespace cwmp {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "../dm/library.h"
-#include "../dm/model.h"
+#include "library.h"
+#include "model.h"
 #include "store.h"
 #include "watch.h"
 

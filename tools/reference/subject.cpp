@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <map>
 
-#include "../dm/services.h"
-#include "../dm/text.h"
+#include "services.h"
+#include "text.h"
 #include "values.h"
 
 namespace cwmp {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <initializer_list>
 
-#include "../dm/text.h"
+#include "text.h"
 
 namespace cwmp {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "../dm/types.h"
+#include "types.h"
 
 namespace cwmp {
 
