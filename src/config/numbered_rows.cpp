@@ -44,4 +44,9 @@ std::vector<int> find_rows(const char* package, int last, std::initializer_list<
     return rows;
 }
 
+std::optional<int> pick_row(const std::vector<int>& rows, int index) {
+    if (index < 1 || static_cast<std::size_t>(index) > rows.size()) return std::nullopt;
+    return rows[static_cast<std::size_t>(index) - 1];
+}
+
 }  // namespace cwmp

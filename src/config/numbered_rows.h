@@ -22,5 +22,7 @@ struct Criterion {
 // The numbers of the rows, up to last, that meet all criteria, ascending. One look at the package: a count
 // beyond what is there costs nothing.
 std::vector<int> find_rows(const char* package, int last, std::initializer_list<Criterion> criteria);
+// The index-th of them, from 1.
+std::optional<int> pick_row(const std::vector<int>& rows, int index);
 
 }  // namespace cwmp

@@ -40,6 +40,15 @@ SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args) {
     if (op == CWMP_OP_STAGE) begin_stage_pass();
 }
 
+int number_of_pair(const int* locate) {
+    if (locate[1] == 0) return locate[0];
+    return locate[0] == 1 ? locate[1] : 0;
+}
+
+int tolerant_constant(int op, Arguments args, const char* text) {
+    return op == CWMP_OP_GET ? constant(op, args, text) : kDone;
+}
+
 int constant(int op, Arguments args, const char* text) {
     return op == CWMP_OP_GET ? GetArguments(args).answer(text) : kRefused;
 }

@@ -87,7 +87,13 @@ class SetArguments : public ChangeArguments {
     const char* value() const { return text_; }
 };
 
+// The number that a path's first two choose: the second under a first 1, or the first where there is but one; 0
+// for any other pair.
+int number_of_pair(const int* locate);
+
 // A read-only parameter with a fixed value.
 int constant(int op, Arguments args, const char* text);
+// The same that takes a SET without effect.
+int tolerant_constant(int op, Arguments args, const char* text);
 
 }  // namespace cwmp

@@ -49,7 +49,7 @@ const Counter* find_counter(const char* name) {
 }
 
 const char* chosen_name(const int* locate, const char* const names[3]) {
-    const int number = locate[1] != 0 ? (locate[0] == 1 ? locate[1] : 0) : locate[0];
+    const int number = number_of_pair(locate);
     return number >= 1 && number <= 3 && names[number - 1] != nullptr ? names[number - 1] : "";
 }
 

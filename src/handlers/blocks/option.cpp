@@ -12,6 +12,7 @@ int fail(Caller caller, const char* event) {
 }
 
 bool write(const Option& parameter, const std::string& text) {
+    if (parameter.at.package == nullptr) return true;
     // Changes of the live store are subject to the mirror policy.
     return std::strcmp(parameter.store, kLiveStore) == 0 ? write_option(parameter.at, text)
                                                          : write_option(parameter.at, text, parameter.store);
@@ -19,7 +20,7 @@ bool write(const Option& parameter, const std::string& text) {
 
 int get_option(Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     const GetArguments get(args);
-    if (parameter.secret) return get.answer("");
+    if (parameter.secret || parameter.at.package == nullptr) return get.answer("");
     const auto stored = read_option(parameter.at, parameter.store);
     if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
     return get.answer(stored ? stored->c_str() : parameter.missing);

@@ -9,7 +9,7 @@
 namespace cwmp {
 
 struct Option {
-    OptionPath at;
+    OptionPath at;  // no package: nothing is stored; a SET is checked and raises its flags
     const char* store = kLiveStore;
     const char* missing = "";            // the answer when the option cannot be read
     Check accepts = nullptr;             // null: any text, stored as it comes

@@ -133,10 +133,8 @@ HANDLER(ManagementServer_ConnectionRequestPassword) {
 }
 
 // Writable, without effect.
-HANDLER(ManagementServer_KickURL) { return op == CWMP_OP_GET ? constant(op, args, "") : kDone; }
-HANDLER(ManagementServer_UDPConnectionRequestAddressNotificationLimit) {
-    return op == CWMP_OP_GET ? constant(op, args, "0") : kDone;
-}
+PARAMETER(ManagementServer_KickURL, tolerant_constant, "")
+PARAMETER(ManagementServer_UDPConnectionRequestAddressNotificationLimit, tolerant_constant, "0")
 
 PARAMETER(ManagementServer_AliasBasedAddressing, constant, "0")
 PARAMETER(ManagementServer_SupportedConnReqMethods, constant, "HTTP,STUN,XMPP")

@@ -12,11 +12,6 @@ namespace {
 constexpr Section kCustom{"iptv", "Custom"};
 constexpr int kPorts = 6;
 
-// A fixed value that takes a SET without effect.
-int tolerant_constant(int op, Arguments args, const char* text) {
-    return op == CWMP_OP_GET ? constant(op, args, text) : kDone;
-}
-
 struct OtherVlan {
     const char* option;
     const char* usual;

@@ -32,7 +32,7 @@ const char* word_of(const std::string& line) {
 
 int connection_of(const int* locate) {
     if (locate == nullptr) return 0;
-    const int number = locate[1] == 0 ? locate[0] : (locate[0] == 1 ? locate[1] : 0);
+    const int number = number_of_pair(locate);
     return number == 1 || number == 2 ? number : 0;
 }
 

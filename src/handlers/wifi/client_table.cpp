@@ -29,9 +29,7 @@ std::vector<int> clients_of(InterfaceField interface, int hosts) {
 }
 
 std::optional<int> find_client(InterfaceField interface, int hosts, int index) {
-    const auto clients = clients_of(interface, hosts);
-    if (index < 1 || static_cast<std::size_t>(index) > clients.size()) return std::nullopt;
-    return clients[static_cast<std::size_t>(index) - 1];
+    return pick_row(clients_of(interface, hosts), index);
 }
 
 int answer_client(const GetArguments& get, std::optional<int> client, const char* option) {

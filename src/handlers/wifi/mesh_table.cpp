@@ -12,6 +12,12 @@ std::optional<int> mesh_device(Arguments args, Caller caller) {
     return std::nullopt;
 }
 
+int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto row = mesh_device(args, caller);
+    return row ? GetArguments(args).answer(text(*row)) : kRefused;
+}
+
 int row_option(int op, Arguments args, const RowOption& parameter, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto row = mesh_device(args, caller);

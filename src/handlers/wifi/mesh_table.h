@@ -12,6 +12,9 @@ inline constexpr const char* kMeshDevices = "meshinfo";
 // The device that the first instance number means; nothing, logged under the caller's name, when it is none.
 std::optional<int> mesh_device(Arguments args, Caller caller = Caller::here());
 
+// A read-only text of a device or a satellite.
+int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller = Caller::here());
+
 // A read-only option of a numbered row, such as a device or a satellite.
 struct RowOption {
     const char* package = nullptr;

@@ -36,19 +36,22 @@ std::string backhaul(int device) { return read_row(kMeshDevices, device, "connec
 
 bool is_master(int device) { return read_row(kMeshDevices, device, "role") == "master"; }
 
-const char* radio_count(int device) {
+std::string radio_count(int device) {
     if (is_master(device)) return "2";
     const auto type = backhaul(device);
     const bool wireless = contains(type, "band2_4") || contains(type, "band5") || contains(type, "band6");
     return wireless ? "2" : "0";
 }
 
-int bssid(int op, Arguments args, Caller caller = Caller::here()) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args, caller);
-    if (!radio) return kRefused;
-    return GetArguments(args).answer(
-        read_row(kMeshDevices, radio->device, radio->bssid_option()).value_or(""));
+std::string link_type(int device) {
+    const auto type = backhaul(device);
+    if (type.empty()) return "None";
+    return contains(type, "band") ? "Wi-Fi" : "Ethernet";
+}
+
+std::string parent_address(int device) {
+    if (is_master(device)) return kNoAddress;
+    return read_row(kMeshDevices, device, "parent_mac").value_or(kNoAddress);
 }
 
 // The rows of a radio's clients. A device without an id has none.
@@ -59,17 +62,35 @@ std::vector<int> clients_of(const MeshRadio& radio) {
                      {{"LinkDeviceId", *id}, {"connection_type", radio.client_band()}});
 }
 
+// A read-only text of a radio.
+int radio_text(int op, Arguments args, std::string (*text)(const MeshRadio& radio),
+               Caller caller = Caller::here()) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const auto radio = mesh_radio(args, caller);
+    return radio ? GetArguments(args).answer(text(*radio)) : kRefused;
+}
+
+std::string bssid(const MeshRadio& radio) {
+    return read_row(kMeshDevices, radio.device, radio.bssid_option()).value_or("");
+}
+
+// As many access points on each radio as the device has radios.
+std::string access_points(const MeshRadio& radio) { return radio_count(radio.device); }
+std::string frequency_band(const MeshRadio& radio) { return radio.radio->frequency_band; }
+std::string client_count(const MeshRadio& radio) { return std::to_string(clients_of(radio).size()); }
+std::string network_name(const MeshRadio& /*radio*/) {
+    return read_option(kMainNetwork / "ssid").value_or("");
+}
+
 int client_option(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto radio = mesh_radio(args, caller);
     if (!radio) return kRefused;
     const int index = locate_of(args)[3];
     if (index < 1) return refuse(caller, kError, "locate error\n");
-    const auto clients = clients_of(*radio);
-    if (static_cast<std::size_t>(index) > clients.size())
-        return refuse(caller, kError, "locate[3] is wrong\n");
-    const int client = clients[static_cast<std::size_t>(index) - 1];
-    return GetArguments(args).answer(read_row(kMeshClients, client, option).value_or(""));
+    const auto client = pick_row(clients_of(*radio), index);
+    if (!client) return refuse(caller, kError, "locate[3] is wrong\n");
+    return GetArguments(args).answer(read_row(kMeshClients, *client, option).value_or(""));
 }
 
 }  // namespace
@@ -78,45 +99,13 @@ PARAMETER(WiFi_MultiAP_APDeviceNumberOfEntries, row_total, kMeshDevices, "count"
 
 PARAMETER(WiFi_MultiAP_APDevice_SoftwareVersion, row_option, {kMeshDevices, "fw_version"})
 PARAMETER(WiFi_MultiAP_APDevice_MACAddress, row_option, {kMeshDevices, "mac", kNoAddress})
-
-HANDLER(WiFi_MultiAP_APDevice_BackhaulLinkType) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto device = mesh_device(args);
-    if (!device) return kRefused;
-    const auto type = backhaul(*device);
-    if (type.empty()) return GetArguments(args).answer("None");
-    return GetArguments(args).answer(contains(type, "band") ? "Wi-Fi" : "Ethernet");
-}
-
-HANDLER(WiFi_MultiAP_APDevice_BackhaulMACAddress) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto device = mesh_device(args);
-    if (!device) return kRefused;
-    if (is_master(*device)) return GetArguments(args).answer(kNoAddress);
-    return row_option(op, args, {kMeshDevices, "parent_mac", kNoAddress});
-}
-
-HANDLER(WiFi_MultiAP_APDevice_RadioNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto device = mesh_device(args);
-    return device ? GetArguments(args).answer(radio_count(*device)) : kRefused;
-}
-
-// As many access points on each radio as the device has radios.
-HANDLER(WiFi_MultiAP_APDevice_Radio_APNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args);
-    return radio ? GetArguments(args).answer(radio_count(radio->device)) : kRefused;
-}
-
-PARAMETER(WiFi_MultiAP_APDevice_Radio_MACAddress, bssid)
-PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_BSSID, bssid)
-
-HANDLER(WiFi_MultiAP_APDevice_Radio_OperatingFrequencyBand) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args);
-    return radio ? GetArguments(args).answer(radio->radio->frequency_band) : kRefused;
-}
+PARAMETER(WiFi_MultiAP_APDevice_BackhaulLinkType, row_text, link_type)
+PARAMETER(WiFi_MultiAP_APDevice_BackhaulMACAddress, row_text, parent_address)
+PARAMETER(WiFi_MultiAP_APDevice_RadioNumberOfEntries, row_text, radio_count)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_APNumberOfEntries, radio_text, access_points)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_MACAddress, radio_text, bssid)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_BSSID, radio_text, bssid)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_OperatingFrequencyBand, radio_text, frequency_band)
 
 // The channel of this router's radio: the mesh shares one.
 HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
@@ -131,17 +120,8 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
     return command_line(op, args, {command.c_str(), kLongLine, "Failed to get  Channel\n"});
 }
 
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_SSID) {
-    if (op != CWMP_OP_GET || !mesh_radio(args)) return kRefused;
-    return read_only_option(op, args, {.at = kMainNetwork / "ssid"});
-}
-
-HANDLER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDeviceNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args);
-    return radio ? GetArguments(args).answer(std::to_string(clients_of(*radio).size())) : kRefused;
-}
-
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_SSID, radio_text, network_name)
+PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDeviceNumberOfEntries, radio_text, client_count)
 PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_MACAddress, client_option, "mac")
 PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataDownlinkRate, client_option, "down_speed")
 PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_AssociatedDevice_LastDataUplinkRate, client_option, "up_speed")

@@ -31,6 +31,12 @@ int link_figure(int op, Arguments args, const Radio& radio, const char* column,
     return line ? get.answer(leading_digits(*line)) : kRefused;
 }
 
+std::string active(int satellite) {
+    auto status = read_row(kSatellites, satellite, "group_status").value_or("");
+    if (status == "connected") return "1";
+    return status == "disconnected" ? "0" : status;
+}
+
 }  // namespace
 
 PARAMETER(X_QM_RE_MAPPINGNumberOfEntries, row_total, kSatellites, "total")
@@ -43,15 +49,7 @@ PARAMETER(X_QM_RE_MAPPING_Status_ConnWlMac5g, row_option, {kSatellites, "bssid_s
 PARAMETER(X_QM_RE_MAPPING_Status_ConnWlQuality24g, row_option, {kSatellites, "signal_level_2g"})
 PARAMETER(X_QM_RE_MAPPING_Status_ConnWlQuality5g, row_option, {kSatellites, "signal_level_5g"})
 
-HANDLER(X_QM_RE_MAPPING_Status_Active) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto satellite = mesh_device(args);
-    if (!satellite) return kRefused;
-    auto status = read_row(kSatellites, *satellite, "group_status").value_or("");
-    if (status == "connected") status = "1";
-    if (status == "disconnected") status = "0";
-    return GetArguments(args).answer(status);
-}
+PARAMETER(X_QM_RE_MAPPING_Status_Active, row_text, active)
 
 PARAMETER(X_QM_RE_MAPPING_Status_ConnWlTxRate24g, link_figure, kRadio2G, kRateColumn)
 PARAMETER(X_QM_RE_MAPPING_Status_ConnWlTxRate5g, link_figure, kRadio5G, kRateColumn)

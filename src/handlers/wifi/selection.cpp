@@ -42,10 +42,7 @@ const Radio* radio_by_number(int number) {
     return nullptr;
 }
 
-const Radio* radio_by_pair(const int* locate) {
-    if (locate[1] == 0) return radio_by_number(locate[0]);
-    return locate[0] == 1 ? radio_by_number(locate[1]) : nullptr;
-}
+const Radio* radio_by_pair(const int* locate) { return radio_by_number(number_of_pair(locate)); }
 
 const Network* network_by_number(int number) {
     return number >= 1 && number <= 4 ? &kNetworks[number - 1] : nullptr;

@@ -12,22 +12,10 @@ FORWARD(WiFi_SSID_BSSID, LANDevice_WLANConfiguration_BSSID)
 PARAMETER(WiFi_SSID_Upstream, constant, "0")
 FORWARD(WiFi_SSID_X_QM_MultiSSID_SSID, LANDevice_WLANConfiguration_MultiSSID_SSID)
 
-namespace {
-
 // A number that is no network's has no name, and takes any.
-int no_network_name(int op, Arguments args) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer("");
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
-}
-
-}  // namespace
-
 HANDLER(WiFi_SSID_SSID) {
     const auto* network = network_by_number(locate_of(args)[0]);
-    if (network == nullptr) return no_network_name(op, args);
+    if (network == nullptr) return option(op, args, {.at = {}, .apply = CWMP_APPLY_WIRELESS});
     const int result = option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
                               {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
     if (op != CWMP_OP_GET && result == kDone && network->is_guest()) {

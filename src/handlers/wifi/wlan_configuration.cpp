@@ -28,20 +28,13 @@ HANDLER(LANDevice_WLANConfiguration_SSID) {
 HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
     constexpr int kLastNumber = 6;
     const int number = locate_of(args)[0];
-    if (op == CWMP_OP_GET || (number >= 1 && number <= kLastNumber)) {
-        return option(op, args,
-                      {.at = {"wifi", network_section(number), "password"},
-                       .accepts = pass_phrase,
-                       .apply = CWMP_APPLY_WIRELESS,
-                       .secret = true},
-                      {.refused = kPassPhraseRefused, .unwritten = "set password error\n\n"});
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    if (!pass_phrase(set.value())) return REFUSE("%s", kPassPhraseRefused);
-    // No network has this number: there is nothing to store.
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
+    const bool is_network = number >= 1 && number <= kLastNumber;
+    return option(op, args,
+                  {.at = {is_network ? "wifi" : nullptr, network_section(number), "password"},
+                   .accepts = pass_phrase,
+                   .apply = CWMP_APPLY_WIRELESS,
+                   .secret = true},
+                  {.refused = kPassPhraseRefused, .unwritten = "set password error\n\n"});
 }
 
 ALIAS(LANDevice_WLANConfiguration_X_QM_PreSharedKey, LANDevice_WLANConfiguration_X_QM_Password)
