@@ -10,7 +10,7 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
     if (radio == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = kGuestNetwork,
-                           .band_option = radio->band_option,
+                           .radio = *radio,
                            .replaces_default = false,
                            .can_be_all_off = true,
                            .unreadable = "can not foud wifi.guest.enable\n"});

@@ -1,7 +1,5 @@
 #include "handlers/wifi/network_switch.h"
 
-#include <cstring>
-
 #include "core/refusal.h"
 
 namespace cwmp {
@@ -11,9 +9,7 @@ struct Bands {
     bool on_2g = false;
     bool on_5g = false;
 
-    bool& operator[](const char* band_option) {
-        return std::strcmp(band_option, kRadio2G.band_option) == 0 ? on_2g : on_5g;
-    }
+    bool& operator[](const Radio& radio) { return &radio == &kRadio2G ? on_2g : on_5g; }
     bool any() const { return on_2g || on_5g; }
 };
 
@@ -44,7 +40,7 @@ int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller calle
     const std::string value = set.value();
     log_event(caller, kError, "set wifi enable : %s\n", value.c_str());
     if (value != "0" && value != "1") return kRefused;
-    bands[target.band_option] = value == "1";
+    bands[target.radio] = value == "1";
     if (!bands.any() && !target.can_be_all_off) return kRefused;
     store(target, bands);
     set.raise(CWMP_APPLY_WIRELESS);
@@ -53,21 +49,21 @@ int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller calle
 
 }  // namespace
 
-std::optional<bool> is_on(Section network, const char* band_option) {
+std::optional<bool> is_on(Section network, const Radio& radio) {
     const auto enable = read_option(network / "enable");
     if (!enable) return std::nullopt;
-    return *enable != "0" && read_option(network / band_option) != "0";
+    return *enable != "0" && read_option(network / radio.band_option) != "0";
 }
 
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
     if (op != CWMP_OP_GET) return set_switch(op, args, target, caller);
-    const auto on = is_on(target.network, target.band_option);
+    const auto on = is_on(target.network, target.radio);
     return on ? GetArguments(args).answer(flag(*on)) : kRefused;
 }
 
-int band_status(int op, Arguments args, Section network, const char* band_option) {
+int band_status(int op, Arguments args, Section network, const Radio& radio) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto on = is_on(network, band_option);
+    const auto on = is_on(network, radio);
     return on ? GetArguments(args).answer(*on ? "Up" : "Down") : kRefused;
 }
 
@@ -75,7 +71,7 @@ int network_status(int op, Arguments args) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return kRefused;
-    return band_status(op, args, {"wifi", network->section}, network->radio->band_option);
+    return band_status(op, args, {"wifi", network->section}, *network->radio);
 }
 
 }  // namespace cwmp

@@ -10,7 +10,7 @@ namespace cwmp {
 
 struct NetworkSwitch {
     Section network;
-    const char* band_option;
+    const Radio& radio;
     bool replaces_default;   // switching it on ends the factory's default network
     bool can_be_all_off;     // its last band can be switched off
     const char* unreadable;  // logged by a SET when the section cannot be read
@@ -19,11 +19,11 @@ struct NetworkSwitch {
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller = Caller::here());
 
 // Nothing when the section cannot be read. A band that is not mentioned is on.
-std::optional<bool> is_on(Section network, const char* band_option);
+std::optional<bool> is_on(Section network, const Radio& radio);
 
 // A read-only "Up" or "Down" of a band of a network, or of the network that the first instance number
 // selects.
-int band_status(int op, Arguments args, Section network, const char* band_option);
+int band_status(int op, Arguments args, Section network, const Radio& radio);
 int network_status(int op, Arguments args);
 
 }  // namespace cwmp

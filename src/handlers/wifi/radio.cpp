@@ -110,7 +110,7 @@ HANDLER(WiFi_Radio_Status) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return REFUSE("get wireless mode error\n\n");
-    return band_status(op, args, kMainNetwork, radio->band_option);
+    return band_status(op, args, kMainNetwork, *radio);
 }
 
 namespace {

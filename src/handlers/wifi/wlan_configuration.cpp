@@ -64,7 +64,7 @@ HANDLER(LANDevice_WLANConfiguration_Enable) {
     if (network == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = {"wifi", network->section},
-                           .band_option = network->radio->band_option,
+                           .radio = *network->radio,
                            .replaces_default = true,
                            .can_be_all_off = network->is_guest(),
                            .unreadable = kMainUnreadable});
@@ -75,7 +75,7 @@ HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
     if (radio == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = kMainNetwork,
-                           .band_option = radio->band_option,
+                           .radio = *radio,
                            .replaces_default = true,
                            .can_be_all_off = false,
                            .unreadable = kMainUnreadable});
