@@ -102,7 +102,7 @@ constexpr const char* kParametersHead =
     "- Access: R read, W read and write; of an object AD when instances can be added and deleted, - when "
     "they are "
     "fixed.\n"
-    "- Type: what the parameter answers and takes ([dm.md](dm.md) tells how it is written), then what an "
+    "- Type: what the parameter answers and takes ([model.md](model.md) tells how it is written), then what an "
     "agent must "
     "know of it.\n"
     "- Value: in the demo router. Unset: in a router without store, files and answers, where that is "
