@@ -11,7 +11,7 @@ constexpr cwmp::Section kEthernet{kPackage, "ethernet"};
 }  // namespace
 
 int uci_get_profile(const char* section, const char* option, char* value, size_t size) {
-    const auto stored = cwmp::read_option({kPackage, section, option}, cwmp::kProfileStore);
+    const auto stored = cwmp::read_option(kPackage, section, option, cwmp::kProfileStore);
     if (!stored || size == 0) return -1;
     value[stored->copy(value, size - 1)] = '\0';
     return 0;

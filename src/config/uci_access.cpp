@@ -8,33 +8,25 @@
 #include "core/log.h"
 
 namespace cwmp {
-namespace {
-
-std::optional<std::string> read_value(const OptionPath& at, const char* confdir) {
+std::optional<std::string> read_option(const char* package, const char* section, const char* option,
+                                       const char* confdir) {
     constexpr const char* kFunction = "uciRawGetValueBypath";
     UciContext context(confdir);
     if (!context) {
         log_event({kFunction, __LINE__}, kError, "Fail to alloc context for uci.\n\n");
         return std::nullopt;
     }
-    if (!context.load(at.package)) {
+    if (!context.load(package)) {
         log_event({kFunction, __LINE__}, kError, "Fail to load uci package.\n\n");
         return std::nullopt;
     }
-    uci_section* section = context.section(at.section);
-    if (section == nullptr) {
+    uci_section* found = context.section(section);
+    if (found == nullptr) {
         // The section named is always "ap": kept as it is.
         log_event({kFunction, __LINE__}, kError, "Can't find specified section by name(%s).\n\n", "ap");
         return std::nullopt;
     }
-    return context.value(section, at.option);
-}
-
-}  // namespace
-
-std::optional<std::string> read_option(const char* package, const char* section, const char* option,
-                                       const char* confdir) {
-    return read_value({package, section, option}, confdir);
+    return context.value(found, option);
 }
 
 bool write_option(const char* package, const char* section, const char* option, const std::string& value) {
@@ -55,7 +47,7 @@ using cwmp::kScratchStore;
 int uciRawGetValueBypath(const char* package, const char* section, const char* option, char* out,
                          const char* confdir) {
     if (package == nullptr || section == nullptr || option == nullptr || out == nullptr) return -1;
-    const auto value = cwmp::read_option({package, section, option}, confdir);
+    const auto value = cwmp::read_option(package, section, option, confdir);
     if (!value) return -1;
     std::memcpy(out, value->c_str(), value->size() + 1);
     return 0;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -104,10 +105,12 @@ bool UciContext::load_to_change(const char* package) {
 }
 
 uci_section* UciContext::section(const char* name) const {
+    assert(is_loaded());
     return uci_lookup_section(context_.get(), package_, name);
 }
 
 std::vector<uci_section*> UciContext::sections(const char* type) const {
+    assert(is_loaded());
     std::vector<uci_section*> found;
     uci_element* element = nullptr;
     uci_foreach_element(&package_->sections, element) {
@@ -141,6 +144,7 @@ int UciContext::set_option(const char* section, const char* option, const char* 
 }
 
 int UciContext::set_section(const char* section, const char* type) {
+    assert(is_loaded());
     if (!is_uci_name(section) || !is_uci_type(type)) return UCI_ERR_INVAL;
     if (noting_) note_section(section);
     uci_ptr pointer = pointer_to(package_, section, nullptr, type);
@@ -148,6 +152,7 @@ int UciContext::set_section(const char* section, const char* type) {
 }
 
 int UciContext::delete_section(const char* section) {
+    assert(is_loaded());
     if (noting_) note_deletion(section);
     uci_ptr pointer = pointer_to(package_, section, nullptr, nullptr);
     return uci_delete(context_.get(), &pointer);

@@ -1,4 +1,21 @@
 // One libuci context with one loaded package: the only place that talks to libuci.
+//
+//   state      made by               holds                            may be called
+//   none       no memory             nothing; false as a bool         nothing
+//   empty      the constructor       a context, no package            load, load_to_change, revert
+//   loaded     load                  a package to read                section, sections, value
+//   held       load_to_change        the same, the directory's lock   the same, set_..., delete_..., restore, commit
+//   changed    a set or delete       changes in memory alone          the same
+//   committed  commit                no lock; the file is the whole   nothing but the end
+//                                    new text, or still the old one
+//
+// The lock is taken before the load: what is read to decide on a change is what the change is made to. It ends
+// with the object on every way out; a change that was not committed is gone then.
+//
+// Within a transaction each change adds a note of what was there to notes_, and commit keeps them before it stores.
+//
+// libuci's own commit is not used: it writes over the file as it goes and looks at no result. Its staged changes
+// are taken in at the load and forgotten after the commit, those of other tools too, as libuci does.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,20 @@
 // One event, logged once in the source: the console line with the function's name and line, then the same
 // text for the system log.
+//
+//   sink                 gets                          when
+//   cwmp_listen's        [function line] message       always
+//   /dev/console         [pid] [function line] message   level <= l_dbglvl
+//   system log           cwmp syslog:message           level <= l_dbglvl and use_syslog is 1
+//   cwmp_last_refusal    message, trimmed              refuse() alone, at every level (refusal.h)
+//
+// In this order, and nothing is kept back: a console line stands before the effect that follows it. The message is
+// formatted once, and cut before a sink sees it.
+//
+// The console is reached by a shell's echo or directly (console_shell.cpp, console_direct.cpp); both escape what a
+// shell would expand. The exported log_printf alone does not: its callers are outside.
+//
+// Who reports: a helper takes the Caller of the exported function it works for, because readers of field logs know
+// the exported names alone. A handler's own name is not stored a second time (exported_names.h).
 #pragma once
 
 #include "core/exported_names.h"

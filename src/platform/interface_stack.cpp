@@ -1,4 +1,16 @@
 // The interface stack: two fixed tables, and which of their rows the WAN type shows.
+//
+//   WAN type            shown ids     what they are
+//   pppoe, pppoeshare   2, 5          IP.Interface 5 over PPP
+//   pptp                0, 3, 7, 9    IP.Interface 6 over the tunnel, 3 below it
+//   l2tp                1, 4, 8, 10   IP.Interface 7 over the tunnel, 4 below it
+//   static, dhcp        11            IP.Interface 2
+//   any other           unchanged     nobody knows what the WAN is: the last answer stands
+//
+// Ids not named follow no WAN type and keep their flag. Shown or not, a row's place is fixed: readers count rows.
+//
+// A row's flag is part of the exported table and not worked out by its readers, because an agent reads and sets
+// it too. It follows the WAN type only when refreshIntfStacks is called.
 #include "cwmp/interface_stack.h"
 
 #include <cstdint>

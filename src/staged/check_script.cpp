@@ -53,7 +53,7 @@ bool run_script(const char* arguments, Caller caller) {
 }
 
 json_object* json_value(const Record& record, const Object& object, int option) {
-    if (object.fields[option].width == 0) {
+    if (object.fields[option].kind == Kind::enable) {
         return json_object_new_int(record.enable() == CWMP_STAGED_ENABLED ? 1 : 0);
     }
     const auto text = record.text(option);
@@ -97,12 +97,12 @@ bool load(const Object& object, json_object* answer) {
 
 enum class Loading { unreadable, nothing, loaded };
 
-Loading load_by_name(const std::string& name, Caller caller) {
+// object is null for a name that no group has: the script is asked all the same.
+Loading load(const std::string& name, const Object* object, Caller caller) {
     if (!run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), caller))
         return Loading::unreadable;
     const Json answer = read_json(kAnswerFile);
     if (answer == nullptr) return Loading::unreadable;
-    const Object* object = object_of_revert_name(name);
     const bool loaded = object != nullptr && load(*object, answer.get());
     unlink(kAnswerFile);
     return loaded ? Loading::loaded : Loading::nothing;
@@ -120,7 +120,7 @@ int func_obj_result_ok(const char* file) {
 
 int initialize_revert_data(const char* name) {
     if (name == nullptr) return 0;
-    return load_by_name(name, Caller::here()) == Loading::unreadable ? -1 : 0;
+    return load(name, object_of_revert_name(name), Caller::here()) == Loading::unreadable ? -1 : 0;
 }
 
 namespace cwmp::staged {
@@ -140,7 +140,7 @@ Verdict ask_script(const Object& object, const char* action, Caller caller) {
 
 bool load_revert_record(const Object& object) {
     const auto loading =
-        load_by_name(std::string(object.name) + kRevertSuffix, {"initialize_revert_data", __LINE__});
+        load(std::string(object.name) + kRevertSuffix, &object, {"initialize_revert_data", __LINE__});
     unlink(kAnswerFile);
     return loading == Loading::loaded;
 }

@@ -12,21 +12,6 @@ using Pool = cwmp_dhcp_record;
 Pool dhcp_obj_data;
 Pool dhcp_obj_data_revert;
 
-const Object cwmp::staged::kDhcp = {
-    .name = "dhcp",
-    .staging = &dhcp_obj_data,
-    .revert = &dhcp_obj_data_revert,
-    .size = sizeof(Pool),
-    .apply = CWMP_APPLY_DHCP_SERVER,
-    .count = 3,
-    .fields = {{"dhcp_start_ip", offsetof(Pool, start_address), sizeof(Pool::start_address), 15},
-               {"dhcp_end_ip", offsetof(Pool, end_address), sizeof(Pool::end_address), 15},
-               {"dhcp_dnsserver", offsetof(Pool, dns_servers), sizeof(Pool::dns_servers), 15}},
-    .pre_revert = dhcp_pre_revert,
-    .restorable = false,
-    .check_failed = {"!!! dhcp check fail\n\n", kError},
-};
-
 namespace {
 
 constexpr std::size_t kLongestDnsServers = 50;
@@ -42,7 +27,23 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kDhcp = {
+    .name = "dhcp",
+    .staging = &dhcp_obj_data,
+    .revert = &dhcp_obj_data_revert,
+    .size = sizeof(Pool),
+    .apply = CWMP_APPLY_DHCP_SERVER,
+    .count = 3,
+    .fields = {{"dhcp_start_ip", offsetof(Pool, start_address), sizeof(Pool::start_address), 15},
+               {"dhcp_end_ip", offsetof(Pool, end_address), sizeof(Pool::end_address), 15},
+               {"dhcp_dnsserver", offsetof(Pool, dns_servers), sizeof(Pool::dns_servers), 15}},
+    .pre_revert = dhcp_pre_revert,
+    .passes = passes,
+    .restorable = false,
+    .check_failed = {"!!! dhcp check fail\n\n", kError},
+};
+
 int dhcp_pre(int option, const char* value) { return stage(kDhcp, option, value); }
 int dhcp_pre_revert(int option, const char* value) { return stage_revert(kDhcp, option, value); }
-int dhcp_check() { return check(kDhcp, passes); }
+int dhcp_check() { return check(kDhcp); }
 int dhcp_set(unsigned int* flags) { return apply(kDhcp, flags); }

@@ -13,13 +13,25 @@ constexpr int kPassed = 1;
 constexpr int kFailed = 0;
 
 // A revert must undo the running transaction only: what an earlier one loaded goes when the next one begins.
-bool transaction_ended = false;
+class RunningTransaction {
+  public:
+    void begin() {
+        if (!ended_) return;
+        ended_ = false;
+        for (const Object* object : kObjects) Record::revert(*object).clear();
+    }
+    void end() { ended_ = true; }
+
+  private:
+    bool ended_ = false;
+};
+RunningTransaction running;
 
 int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
         Caller caller) {
     log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, value != nullptr ? value : "(null)");
     if (value == nullptr || option < 0 || option >= object.count) return kFailed;
-    if (object.fields[option].width != 0) {
+    if (object.fields[option].kind == Kind::text) {
         record.put_text(option, value);
         return kPassed;
     }
@@ -80,7 +92,7 @@ bool Check::fail(const char* message, int level) const {
 
 // What a check has not seen must not be applied: a new field takes the marker away.
 int stage(const Object& object, int option, const char* value, Caller caller) {
-    begin_stage_pass();
+    running.begin();
     const auto staging = Record::staging(object);
     const int taken = put(object, staging, option, value, false, caller);
     if (taken == kPassed) staging.checked() = 0;
@@ -91,7 +103,7 @@ int stage_revert(const Object& object, int option, const char* value, Caller cal
     return put(object, Record::revert(object), option, value, object.true_enables_revert, caller);
 }
 
-int check(const Object& object, bool (*passes)(const Check&), Caller caller) {
+int check(const Object& object, Caller caller) {
     const auto staging = Record::staging(object);
     if (staging.checked() == 1) {
         log_event(caller, kProgress, "!!!  %s check ever exec, return \n\n", object.name);
@@ -99,7 +111,7 @@ int check(const Object& object, bool (*passes)(const Check&), Caller caller) {
     }
     log_event(caller, kProgress, "!!!  %s check enter \n\n", object.name);
     const bool loaded = load_revert_record(object);
-    if (!passes(Check(object, caller))) {
+    if (!object.passes(Check(object, caller))) {
         log_event(caller, object.check_failed.level, "%s", object.check_failed.text);
         const Object* cleared = object.check_failure_clears;
         Record::staging(cleared != nullptr ? *cleared : object).clear();
@@ -111,7 +123,7 @@ int check(const Object& object, bool (*passes)(const Check&), Caller caller) {
 }
 
 int apply(const Object& object, unsigned int* flags, Caller caller) {
-    transaction_ended = true;
+    running.end();
     log_event(caller, kProgress, "!!!  %s set enter \n\n", object.name);
     const auto staging = Record::staging(object);
     if (staging.checked() != 1) {
@@ -130,8 +142,4 @@ int apply(const Object& object, unsigned int* flags, Caller caller) {
 
 }  // namespace cwmp::staged
 
-void cwmp::begin_stage_pass() {
-    if (!staged::transaction_ended) return;
-    staged::transaction_ended = false;
-    for (const staged::Object* object : staged::kObjects) staged::Record::revert(*object).clear();
-}
+void cwmp::begin_stage_pass() { staged::running.begin(); }

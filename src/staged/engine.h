@@ -1,5 +1,23 @@
 // The operations that all groups of settings share. Their events carry the name of the exported operation
 // that calls them.
+//
+// A group has a staging and a revert record:
+//
+//   state     staging record             revert record               goes on
+//   idle      zero                       zero                        stage: staged
+//   staged    fields, marker 0           zero, or what is in force   check: checked, or refused: idle, revert
+//                                                                    record without marker
+//   checked   all fields, marker 1       in force, marker 1; marker  stage: staged
+//                                        0 when the script told      apply: applied, or rejected: idle with the
+//                                        none                        revert record kept
+//   applied   zero                       kept                        next stage pass: idle; stage: staged
+//
+// check of a checked group and apply of one that is not checked do nothing and pass: every handler of the group
+// runs them, the first one works. func_obj_revert copies the revert records that are marked into the staging
+// records, applies them, and leaves every group idle; the DHCP pool is not copied.
+//
+// The records stand apart because a refused transaction must still know what the applied groups had before. They
+// are kept until the next stage pass and not until the apply, because the refusal may come from a later group.
 #pragma once
 
 #include "staged/object.h"
@@ -44,7 +62,7 @@ class Check {
 
 int stage(const Object& object, int option, const char* value, Caller caller = Caller::here());
 int stage_revert(const Object& object, int option, const char* value, Caller caller = Caller::here());
-int check(const Object& object, bool (*passes)(const Check&), Caller caller = Caller::here());
+int check(const Object& object, Caller caller = Caller::here());
 int apply(const Object& object, unsigned int* flags, Caller caller = Caller::here());
 // Notes what is in force of a group that is about to be applied. False when it must not be applied, because the
 // transaction that runs could not undo it.

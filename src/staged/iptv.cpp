@@ -19,30 +19,6 @@ void log_settings(Caller caller) {
               iptv_obj_data.vlan_id, 19, iptv_obj_data.type, 19, iptv_obj_data.priority);
 }
 
-}  // namespace
-
-const Object cwmp::staged::kIptv = {
-    .name = "iptv",
-    .staging = &iptv_obj_data,
-    .revert = &iptv_obj_data_revert,
-    .size = sizeof(Iptv),
-    .apply = CWMP_APPLY_IPTV,
-    .count = 4,
-    .fields = {enable_word("iptv_enable"),
-               {"iptv_type", offsetof(Iptv, type), sizeof(Iptv::type), 19},
-               {"iptv_vid", offsetof(Iptv, vlan_id), sizeof(Iptv::vlan_id), 19},
-               {"iptv_prio", offsetof(Iptv, priority), sizeof(Iptv::priority), 19}},
-    .json_order = {CWMP_IPTV_ENABLE, CWMP_IPTV_VLAN_ID, CWMP_IPTV_TYPE, CWMP_IPTV_PRIORITY},
-    .pre_revert = iptv_pre_revert,
-    .true_enables_revert = true,
-    .check_failed = {"!!! iptv  check fail\n\n"},
-    // What was staged for IPTV stays: kept as it is.
-    .check_failure_clears = &kLan,
-    .before_apply = log_settings,
-};
-
-namespace {
-
 bool type_passes(const Check& check) {
     if (!check.staged(CWMP_IPTV_TYPE)) return check.fill(CWMP_IPTV_TYPE);
     const auto type = check.text(CWMP_IPTV_TYPE);
@@ -64,7 +40,28 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kIptv = {
+    .name = "iptv",
+    .staging = &iptv_obj_data,
+    .revert = &iptv_obj_data_revert,
+    .size = sizeof(Iptv),
+    .apply = CWMP_APPLY_IPTV,
+    .count = 4,
+    .fields = {enable_word("iptv_enable"),
+               {"iptv_type", offsetof(Iptv, type), sizeof(Iptv::type), 19},
+               {"iptv_vid", offsetof(Iptv, vlan_id), sizeof(Iptv::vlan_id), 19},
+               {"iptv_prio", offsetof(Iptv, priority), sizeof(Iptv::priority), 19}},
+    .json_order = {CWMP_IPTV_ENABLE, CWMP_IPTV_VLAN_ID, CWMP_IPTV_TYPE, CWMP_IPTV_PRIORITY},
+    .pre_revert = iptv_pre_revert,
+    .passes = passes,
+    .true_enables_revert = true,
+    .check_failed = {"!!! iptv  check fail\n\n"},
+    // What was staged for IPTV stays: kept as it is.
+    .check_failure_clears = &kLan,
+    .before_apply = log_settings,
+};
+
 int iptv_pre(int option, const char* value) { return stage(kIptv, option, value); }
 int iptv_pre_revert(int option, const char* value) { return stage_revert(kIptv, option, value); }
-int iptv_check() { return check(kIptv, passes); }
+int iptv_check() { return check(kIptv); }
 int iptv_set(unsigned int* flags) { return apply(kIptv, flags); }

@@ -12,19 +12,6 @@ using Lan = cwmp_lan_record;
 Lan lan_obj_data;
 Lan lan_obj_data_revert;
 
-const Object cwmp::staged::kLan = {
-    .name = "lan",
-    .staging = &lan_obj_data,
-    .revert = &lan_obj_data_revert,
-    .size = sizeof(Lan),
-    .apply = CWMP_APPLY_LAN,
-    .count = 2,
-    .fields = {{"lan_ip", offsetof(Lan, address), sizeof(Lan::address), 15},
-               {"lan_mask", offsetof(Lan, mask), sizeof(Lan::mask), 15}},
-    .pre_revert = lan_pre_revert,
-    .check_failed = {"!!! lan check fail\n"},
-};
-
 namespace {
 
 bool passes(const Check& check) {
@@ -35,7 +22,21 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kLan = {
+    .name = "lan",
+    .staging = &lan_obj_data,
+    .revert = &lan_obj_data_revert,
+    .size = sizeof(Lan),
+    .apply = CWMP_APPLY_LAN,
+    .count = 2,
+    .fields = {{"lan_ip", offsetof(Lan, address), sizeof(Lan::address), 15},
+               {"lan_mask", offsetof(Lan, mask), sizeof(Lan::mask), 15}},
+    .pre_revert = lan_pre_revert,
+    .passes = passes,
+    .check_failed = {"!!! lan check fail\n"},
+};
+
 int lan_pre(int option, const char* value) { return stage(kLan, option, value); }
 int lan_pre_revert(int option, const char* value) { return stage_revert(kLan, option, value); }
-int lan_check() { return check(kLan, passes); }
+int lan_check() { return check(kLan); }
 int lan_set(unsigned int* flags) { return apply(kLan, flags); }

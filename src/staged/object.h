@@ -9,14 +9,21 @@
 
 namespace cwmp::staged {
 
+enum class Kind : std::uint8_t { text, enable };
+
 struct Field {
     const char* key;       // in the JSON that the check script is handed
     std::uint16_t offset;  // in the record
-    std::uint16_t width;   // bytes; 0 for the enable word
+    std::uint16_t width;   // bytes
     std::uint16_t kept;    // characters of a value
+    Kind kind = Kind::text;
 };
 
-constexpr Field enable_word(const char* key) { return {.key = key, .offset = 0, .width = 0, .kept = 0}; }
+constexpr Field enable_word(const char* key) {
+    return {.key = key, .offset = 0, .width = sizeof(std::int32_t), .kept = 0, .kind = Kind::enable};
+}
+
+class Check;
 
 struct Event {
     const char* text = "";
@@ -35,8 +42,9 @@ struct Object {
     Field fields[kMostFields] = {};
     std::uint8_t json_order[kMostFields] = {0, 1, 2, 3, 4};
     int (*pre_revert)(int option, const char* value) = nullptr;
-    bool true_enables_revert = false;  // not only "1"
-    bool restorable = true;            // by a revert
+    bool (*passes)(const Check&) = nullptr;  // the group's rules
+    bool true_enables_revert = false;        // not only "1"
+    bool restorable = true;                  // by a revert
     Event check_failed = {};
     const Object* check_failure_clears = nullptr;  // null: the object itself
     void (*before_apply)(Caller caller) = nullptr;
@@ -69,6 +77,7 @@ class Record {
 
   private:
     Record(const Object& object, void* bytes) : object_(object), bytes_(static_cast<char*>(bytes)) {}
+    const Field& field(int option) const;
 
     const Object& object_;
     char* bytes_;

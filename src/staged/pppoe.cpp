@@ -12,24 +12,6 @@ using Account = cwmp_pppoe_record;
 Account pppoe_obj_data;
 Account pppoe_obj_data_revert;
 
-const Object cwmp::staged::kPppoe = {
-    .name = "pppoe",
-    .staging = &pppoe_obj_data,
-    .revert = &pppoe_obj_data_revert,
-    .size = sizeof(Account),
-    .apply = CWMP_APPLY_WAN,
-    .count = 4,
-    .fields = {enable_word("pppoe_enable"),
-               {"pppoe_username", offsetof(Account, username), sizeof(Account::username), 254},
-               {"pppoe_password", offsetof(Account, password), sizeof(Account::password), 254},
-               {"pppoe_dnsserver", offsetof(Account, dns_servers), sizeof(Account::dns_servers), 15}},
-    .pre_revert = pppoe_pre_revert,
-    .true_enables_revert = true,
-    .check_failed = {"!!!  pppoe check fail \n\n"},
-    .apply_rejected = "!!!!!!!! set pppoe fail\n",
-    .request_failed = "!!!  pppoe  json file create fail \n\n",
-};
-
 namespace {
 
 constexpr std::size_t kLongestDnsServers = 32;
@@ -53,7 +35,26 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kPppoe = {
+    .name = "pppoe",
+    .staging = &pppoe_obj_data,
+    .revert = &pppoe_obj_data_revert,
+    .size = sizeof(Account),
+    .apply = CWMP_APPLY_WAN,
+    .count = 4,
+    .fields = {enable_word("pppoe_enable"),
+               {"pppoe_username", offsetof(Account, username), sizeof(Account::username), 254},
+               {"pppoe_password", offsetof(Account, password), sizeof(Account::password), 254},
+               {"pppoe_dnsserver", offsetof(Account, dns_servers), sizeof(Account::dns_servers), 15}},
+    .pre_revert = pppoe_pre_revert,
+    .passes = passes,
+    .true_enables_revert = true,
+    .check_failed = {"!!!  pppoe check fail \n\n"},
+    .apply_rejected = "!!!!!!!! set pppoe fail\n",
+    .request_failed = "!!!  pppoe  json file create fail \n\n",
+};
+
 int pppoe_pre(int option, const char* value) { return stage(kPppoe, option, value); }
 int pppoe_pre_revert(int option, const char* value) { return stage_revert(kPppoe, option, value); }
-int pppoe_check() { return check(kPppoe, passes); }
+int pppoe_check() { return check(kPppoe); }
 int pppoe_set(unsigned int* flags) { return apply(kPppoe, flags); }

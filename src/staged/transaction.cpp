@@ -25,7 +25,7 @@ bool stage_noted(const Object& object, transaction::NoteReader note) {
     const auto staging = Record::staging(object);
     for (int option = 0; option < object.count; ++option) {
         const std::string text = note.next();
-        if (object.fields[option].width == 0) {
+        if (object.fields[option].kind == Kind::enable) {
             staging.enable() = decimal_prefix(text.c_str());
         } else {
             staging.put_text(option, text);
@@ -66,7 +66,7 @@ bool cwmp::staged::note_in_force(const Object& object) {
     note << object.name;
     const auto revert = Record::revert(object);
     for (int option = 0; revert.checked() == 1 && option < object.count; ++option) {
-        const bool is_switch = object.fields[option].width == 0;
+        const bool is_switch = object.fields[option].kind == Kind::enable;
         note << (is_switch ? std::to_string(revert.enable()) : std::string(revert.text(option)));
     }
     if (revert.checked() != 1) note << "";

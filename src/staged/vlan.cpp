@@ -12,18 +12,6 @@ using Vlan = cwmp_vlan_record;
 Vlan vlan_obj_data;
 Vlan vlan_obj_data_revert;
 
-const Object cwmp::staged::kVlan = {
-    .name = "vlan",
-    .staging = &vlan_obj_data,
-    .revert = &vlan_obj_data_revert,
-    .size = sizeof(Vlan),
-    .apply = CWMP_APPLY_WAN,
-    .count = 2,
-    .fields = {enable_word("vlan_enable"), {"vlan_vid", offsetof(Vlan, vlan_id), sizeof(Vlan::vlan_id), 19}},
-    .pre_revert = vlan_pre_revert,
-    .check_failed = {"!!! vlan check fail\n"},
-};
-
 namespace {
 
 bool passes(const Check& check) {
@@ -36,7 +24,20 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kVlan = {
+    .name = "vlan",
+    .staging = &vlan_obj_data,
+    .revert = &vlan_obj_data_revert,
+    .size = sizeof(Vlan),
+    .apply = CWMP_APPLY_WAN,
+    .count = 2,
+    .fields = {enable_word("vlan_enable"), {"vlan_vid", offsetof(Vlan, vlan_id), sizeof(Vlan::vlan_id), 19}},
+    .pre_revert = vlan_pre_revert,
+    .passes = passes,
+    .check_failed = {"!!! vlan check fail\n"},
+};
+
 int vlan_pre(int option, const char* value) { return stage(kVlan, option, value); }
 int vlan_pre_revert(int option, const char* value) { return stage_revert(kVlan, option, value); }
-int vlan_check() { return check(kVlan, passes); }
+int vlan_check() { return check(kVlan); }
 int vlan_set(unsigned int* flags) { return apply(kVlan, flags); }

@@ -14,22 +14,6 @@ using Wan = cwmp_wan_record;
 Wan wan_obj_data;
 Wan wan_obj_data_revert;
 
-const Object cwmp::staged::kWan = {
-    .name = "wan",
-    .staging = &wan_obj_data,
-    .revert = &wan_obj_data_revert,
-    .size = sizeof(Wan),
-    .apply = CWMP_APPLY_WAN,
-    .count = 5,
-    .fields = {{"wan_ip", offsetof(Wan, address), sizeof(Wan::address), 15},
-               {"wan_mask", offsetof(Wan, mask), sizeof(Wan::mask), 15},
-               {"wan_gate", offsetof(Wan, gateway), sizeof(Wan::gateway), 15},
-               {"wan_dnsserver", offsetof(Wan, dns_servers), sizeof(Wan::dns_servers), 49},
-               {"wan_type", offsetof(Wan, type), sizeof(Wan::type), 19}},
-    .pre_revert = wan_pre_revert,
-    .check_failed = {"!!! wan check fail\n"},
-};
-
 namespace {
 
 constexpr const char* kSuccess = "!!! wan check success\n";
@@ -59,6 +43,23 @@ bool passes(const Check& check) {
 
 }  // namespace
 
+const Object cwmp::staged::kWan = {
+    .name = "wan",
+    .staging = &wan_obj_data,
+    .revert = &wan_obj_data_revert,
+    .size = sizeof(Wan),
+    .apply = CWMP_APPLY_WAN,
+    .count = 5,
+    .fields = {{"wan_ip", offsetof(Wan, address), sizeof(Wan::address), 15},
+               {"wan_mask", offsetof(Wan, mask), sizeof(Wan::mask), 15},
+               {"wan_gate", offsetof(Wan, gateway), sizeof(Wan::gateway), 15},
+               {"wan_dnsserver", offsetof(Wan, dns_servers), sizeof(Wan::dns_servers), 49},
+               {"wan_type", offsetof(Wan, type), sizeof(Wan::type), 19}},
+    .pre_revert = wan_pre_revert,
+    .passes = passes,
+    .check_failed = {"!!! wan check fail\n"},
+};
+
 int wan_pre(int option, const char* value) {
     print(option, value);
     return stage(kWan, option, value);
@@ -69,5 +70,5 @@ int wan_pre_revert(int option, const char* value) {
     return stage_revert(kWan, option, value);
 }
 
-int wan_check() { return check(kWan, passes); }
+int wan_check() { return check(kWan); }
 int wan_set(unsigned int* flags) { return apply(kWan, flags); }

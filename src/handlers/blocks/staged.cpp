@@ -1,6 +1,7 @@
 #include "handlers/blocks/staged.h"
 
 #include "core/refusal.h"
+
 namespace cwmp {
 
 namespace {
@@ -24,14 +25,11 @@ int execute(const StagedField& field, int mode, const char* value, unsigned int*
 
 }  // namespace
 
-bool enters_pass(int op) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
-    return mode_of(op).has_value();
-}
+bool is_pass(int op) { return mode_of(op).has_value(); }
 
 int staged(int op, Arguments args, const StagedField& field, Caller caller) {
-    if (!enters_pass(op)) return kDone;
     const auto mode = mode_of(op);
+    if (!mode) return kDone;
     const SetArguments set(op, args);
     // The engine refuses to stage a value that is not there; check and apply take none.
     if (field.to_stage == nullptr || set.value() == nullptr)

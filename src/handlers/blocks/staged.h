@@ -18,9 +18,8 @@ struct StagedField {
     std::optional<std::string> (*to_stage)(const char* value) = nullptr;
 };
 
-// Whether op is one of the three passes of a SET. The stage pass begins a transaction, whatever becomes of the
-// value: to be asked before anything is refused.
-bool enters_pass(int op);
+// Whether op is one of the three passes of a SET.
+bool is_pass(int op);
 
 // SET in its three passes; any other op does nothing and is done. The handler answers GET itself:
 //     return op == CWMP_OP_GET ? read_only_option(op, args, {...}) : staged(op, args, {CWMP_STAGED_LAN,

@@ -54,7 +54,7 @@ std::optional<std::string> type_of_wan(const char* value) {
 bool has_switch(int client) { return client == kInternet && interfaces::has_plain_wan(); }
 
 int set_enable(int op, Arguments args, Caller caller = Caller::here()) {
-    if (!enters_pass(op)) return kDone;
+    if (!is_pass(op)) return kDone;
     const auto client = require_number(SetArguments(op, args).locate()[0], kClients, caller);
     if (!client) return kRefused;
     if (!has_switch(*client)) return refuse_instance(*client, caller);

@@ -102,7 +102,7 @@ int counter(int op, Arguments args, Object object, const char* word, Caller call
 
 int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller) {
-    if (!enters_pass(op)) return kDone;
+    if (!is_pass(op)) return kDone;
     const Instance* instance = require_instance(object, SetArguments(op, args).locate(), caller);
     if (instance == nullptr) return kRefused;
     for (const auto& [number, field] : fields) {
