@@ -71,8 +71,6 @@ std::string staged_file(const uci_context* context, const char* package) {
 
 bool is_uci_value(const char* value) { return uci_validate_text(value); }
 
-void UciContext::Free::operator()(uci_context* context) const { uci_free_context(context); }
-
 UciContext::UciContext(const char* confdir)
     : confdir_(confdir != nullptr ? confdir : kLiveStore), context_(uci_alloc_context()) {
     if (context_ == nullptr || confdir == nullptr) return;
@@ -88,20 +86,20 @@ UciContext::UciContext(const char* confdir, const char* savedir)
 }
 
 bool UciContext::load(const char* package) {
-    return package != nullptr && is_uci_package(package) && is_trusted_directory(confdir_) &&
-           uci_load(context_.get(), package, &package_) == UCI_OK && package_ != nullptr;
+    if (package != nullptr && is_uci_package(package)) package_ = load_or_reuse(context_, package);
+    return is_loaded();
 }
 
 bool UciContext::load_to_change(const char* package) {
     if (!lock_ && !lock_.take(confdir_)) return false;
     sweep_temporary_files(confdir_);
     struct stat staged = {};
-    if (package != nullptr && is_uci_package(package) &&
-        stat(staged_file(context_.get(), package).c_str(), &staged) == 0)
-        staged_ = staged.st_size;
+    if (package == nullptr || !is_uci_package(package)) return false;
+    if (stat(staged_file(context_.get(), package).c_str(), &staged) == 0) staged_ = staged.st_size;
     noting_ = transaction::is_running() && is_noted(confdir_);
     context_->flags = static_cast<uci_flags>(context_->flags | UCI_FLAG_SAVED_DELTA);
-    return load(package);
+    package_ = load_anew(context_.get(), package);
+    return is_loaded();
 }
 
 uci_section* UciContext::section(const char* name) const {

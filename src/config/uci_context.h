@@ -18,17 +18,15 @@
 // are taken in at the load and forgotten after the commit, those of other tools too, as libuci does.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "config/kept_packages.h"
 #include "config/store_directory.h"
 #include "config/transaction.h"
 #include "core/log.h"
 
-struct uci_context;
-struct uci_package;
 struct uci_section;
 
 namespace cwmp {
@@ -54,7 +52,8 @@ class UciContext {
 
     explicit operator bool() const { return context_ != nullptr; }
 
-    // A package of the directory: paths, which libuci would take too, are refused.
+    // A package of the directory, to be read: paths, which libuci would take too, are refused. In a bulk read it is
+    // parsed once.
     bool load(const char* package);
     // To change the package: nobody else of this library changes the directory before commit() has returned or
     // this object has ended.
@@ -89,9 +88,6 @@ class UciContext {
     std::optional<int> revert(std::string tuple);
 
   private:
-    struct Free {
-        void operator()(uci_context* context) const;
-    };
     void note_section(const char* name);
     void note_option(const char* section, const char* option);
     void note_deletion(const char* section);
@@ -102,7 +98,7 @@ class UciContext {
 
     const char* confdir_ = kLiveStore;
     StoreLock lock_;  // given back when the package is no longer in memory
-    std::unique_ptr<uci_context, Free> context_;
+    OwnedContext context_;
     uci_package* package_ = nullptr;
     bool noting_ = false;
     std::string notes_;

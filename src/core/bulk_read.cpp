@@ -29,10 +29,20 @@ struct BulkRead {
     time_t begun = seconds();
     std::size_t bytes = 0;
     std::forward_list<Kept> commands;
+    std::size_t package_bytes = 0;
+    ForgetPackages forget = nullptr;
+
+    void forget_packages() {
+        if (forget != nullptr) forget();
+        bytes -= package_bytes;
+        package_bytes = 0;
+    }
+    ~BulkRead() { forget_packages(); }
 };
 
 std::unique_ptr<BulkRead> bulk_read;
 bool goes_on = false;
+unsigned moments = 0;
 
 }  // namespace
 
@@ -46,7 +56,10 @@ void end_bulk_read() {
 }
 
 KeepBulkRead::KeepBulkRead() { goes_on = true; }
-KeepBulkRead::~KeepBulkRead() { goes_on = false; }
+KeepBulkRead::~KeepBulkRead() {
+    goes_on = false;
+    forget_packages();
+}
 
 const std::string* kept_output(const char* command) {
     if (!in_bulk_read()) return nullptr;
@@ -65,7 +78,24 @@ void keep_output(const char* command, std::string output) {
     bulk_read->commands.push_front({command, std::move(output)});
 }
 
+unsigned packages_moment() { return in_bulk_read() ? moments : 0; }
+
+void keep_package(std::size_t size, ForgetPackages forget) {
+    bulk_read->bytes += size;
+    bulk_read->package_bytes += size;
+    bulk_read->forget = forget;
+}
+
+void forget_packages() {
+    if (bulk_read != nullptr) bulk_read->forget_packages();
+    ++moments;
+}
+
 }  // namespace cwmp
 
-void cwmp_bulk_read_begin() { cwmp::bulk_read = std::make_unique<cwmp::BulkRead>(); }
+void cwmp_bulk_read_begin() {
+    cwmp::bulk_read.reset();
+    cwmp::bulk_read = std::make_unique<cwmp::BulkRead>();
+    ++cwmp::moments;
+}
 void cwmp_bulk_read_end() { cwmp::end_bulk_read(); }

@@ -40,6 +40,7 @@ void run(const std::string& text) {
 void refresh(const std::string& text) {
     if (kept_output(text.c_str()) != nullptr) return;
     run_shell(text.c_str());
+    forget_packages();
     if (in_bulk_read()) keep_output(text.c_str(), "");
 }
 

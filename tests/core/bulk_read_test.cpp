@@ -1,6 +1,10 @@
 #include "cwmp/bulk_read.h"
 
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <ctime>
 #include <functional>
 
 #include "cwmp/diagnostics.h"
@@ -9,6 +13,19 @@
 #include "cwmp/staged_objects.h"
 #include "cwmp/uci_access.h"
 #include "router_test.h"
+
+namespace {
+
+time_t seconds_ahead = 0;
+
+}  // namespace
+
+// Found before that of the C library, by the library too.
+extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
+    const auto result = syscall(SYS_clock_gettime, clock, now);
+    now->tv_sec += seconds_ahead;
+    return static_cast<int>(result);
+}
 
 namespace {
 
@@ -42,6 +59,14 @@ TEST_F(BulkRead, ACommandRunsOnceBetweenBeginAndEnd) {
     EXPECT_EQ(model_now("F\n"), "");
     end();
     EXPECT_EQ(model_now("G\n"), "G");
+
+    begin();
+    seconds_ahead = 59;
+    EXPECT_EQ(model_now("H\n"), "H");
+    EXPECT_EQ(model_now("I\n"), "H");
+    seconds_ahead = 62;
+    EXPECT_EQ(model_now("J\n"), "J") << "the agent forgot the end for good";
+    seconds_ahead = 0;
 }
 
 TEST_F(BulkRead, ScriptsThatRefreshAFileRunOnceAndOthersCommandsEachTime) {
@@ -60,6 +85,34 @@ TEST_F(BulkRead, ScriptsThatRefreshAFileRunOnceAndOthersCommandsEachTime) {
         EXPECT_EQ(commands().size(), bulk ? 4U : 6U);
         end();
     }
+}
+
+TEST_F(BulkRead, APackageIsReadOnceUntilAScriptMayHaveChangedIt) {
+    const auto code_now = [&](const std::string& code) {
+        package("custom", "config d 'DeviceInfo'\n\toption ProvisioningCode '" + code + "'\n");
+        return get("DeviceInfo_ProvisioningCode").value;
+    };
+    package("nat", "config rule_vs '1'\n");
+    package("meshinfo", "", kScratch);
+    begin();
+    EXPECT_EQ(code_now("a"), "a");
+    EXPECT_EQ(code_now("b"), "a");
+    get("WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress", {1});
+    EXPECT_EQ(code_now("c"), "c");
+    get("NAT_PortMappingNumberOfEntries");
+    EXPECT_EQ(option("nat.nat.PortMappingNumberOfEntries"), "1");
+    EXPECT_EQ(code_now("d"), "d") << "the GET's own write";
+    remove_file(std::string(kLive) + "/custom");
+    begin();
+    forget();
+    EXPECT_EQ(get("DeviceInfo_ProvisioningCode").value, "");
+    const auto events = console();
+    EXPECT_EQ(code_now("e"), "");
+    forget();
+    get("DeviceInfo_ProvisioningCode");
+    EXPECT_EQ(console(), events);
+    end();
+    EXPECT_EQ(code_now("f"), "f");
 }
 
 TEST_F(BulkRead, AChangeEndsIt) {
@@ -84,7 +137,8 @@ TEST_F(BulkRead, AChangeEndsIt) {
             FROM_LIBRARY(uciRevert)
             ("custom");
         },
-        [&] { FROM_LIBRARY(libdiagnostics_startTraceRoute)(); },
+        [&] { FROM_LIBRARY(libdiagnostics_startTraceRoute)
+              (); },
     };
     package("nat", "");
     package("custom", "");
@@ -102,6 +156,13 @@ TEST_F(BulkRead, WhatDoesNotFitRunsAgain) {
     EXPECT_EQ(model_now(line + "\n" + std::string(CWMP_BULK_READ_LIMIT, 'y')), line);
     EXPECT_EQ(model_now("other\n"), "other");
     EXPECT_EQ(model_now("another\n"), "other");
+
+    std::string large = "config d 'DeviceInfo'\n";
+    while (large.size() < CWMP_BULK_READ_LIMIT / 2) large += "\tlist o 'x'\n";
+    for (const std::string code : {"a", "b"}) {
+        package("custom", large + "\toption ProvisioningCode '" + code + "'\n");
+        EXPECT_EQ(get("DeviceInfo_ProvisioningCode").value, code);
+    }
 }
 
 }  // namespace
