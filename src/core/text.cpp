@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 
 namespace cwmp {
@@ -14,6 +16,15 @@ std::optional<int> leading_decimal(const char* text) {
 }
 
 int decimal_prefix(const char* text) { return leading_decimal(text).value_or(0); }
+
+std::string formatted(const char* format, ...) {
+    va_list args;
+    va_start(args, format);
+    char text[kLongestFormatted];
+    std::vsnprintf(text, sizeof text, format, args);
+    va_end(args);
+    return text;
+}
 
 bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 

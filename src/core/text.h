@@ -13,6 +13,10 @@ int decimal_prefix(const char* text);
 // The same, telling a text without a number from a zero.
 std::optional<int> leading_decimal(const char* text);
 
+// The text that printf would print, cut to fit.
+inline constexpr std::size_t kLongestFormatted = 1024;
+std::string formatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
 bool contains(const std::string& text, const char* part);
 bool all_digits(const std::string& text);
 // The digits that a text begins with.

@@ -11,18 +11,10 @@ namespace cwmp::interfaces {
 
 namespace {
 
-// The first line of a command about a device or a network interface; missing without one.
-std::string line_of(const char* tool, const char* name, const char* filter, const char* missing) {
-    auto line = Command(tool + shell_word(name) + filter).line();
+// The first line of a command; missing without one.
+std::string line_of(const std::string& command, const char* missing = "") {
+    auto line = Command(command).line();
     return line && !line->empty() ? *std::move(line) : missing;
-}
-
-std::string ifconfig(const char* device, const char* filter, const char* missing) {
-    return line_of("ifconfig ", device, filter, missing);
-}
-
-std::string interface_status(const char* interface, const char* filter) {
-    return line_of("ubus call network.interface.", interface, filter, "");
 }
 
 std::string digits_or_zero(const std::string& line) {
@@ -44,7 +36,8 @@ std::string present(const Instance& instance) { return is_present(instance) ? "1
 
 std::string status(const Instance& instance) {
     if (!is_present(instance)) return "NotPresent";
-    return ifconfig(instance.device, " | grep MTU | awk '{print $1}'", "") == "UP" ? "Up" : "Down";
+    return line_of(formatted("ifconfig %s | grep MTU | awk '{print $1}'", instance.device)) == "UP" ? "Up"
+                                                                                                    : "Down";
 }
 
 std::string device_name(const Instance& instance) { return instance.device; }
@@ -56,7 +49,8 @@ std::string lower_layers(const Instance& instance) {
 }
 
 std::string mac_of(const std::string& device) {
-    return device.empty() ? "" : ifconfig(device.c_str(), " | grep HWaddr | awk '{print $5}'", "");
+    if (device.empty()) return "";
+    return line_of(formatted("ifconfig %s | grep HWaddr | awk '{print $5}'", shell_word(device).c_str()));
 }
 
 std::string mac_address(const Instance& instance) {
@@ -66,23 +60,28 @@ std::string mac_address(const Instance& instance) {
 std::string mtu(const Instance& instance) {
     constexpr const char* kUsual = "1500";
     if (!is_present(instance)) return kUsual;
-    return ifconfig(instance.device, " | grep MTU | awk -F 'MTU:' '{print $2}' | awk '{print $1}'", kUsual);
+    return line_of(
+        formatted("ifconfig %s | grep MTU | awk -F 'MTU:' '{print $2}' | awk '{print $1}'", instance.device),
+        kUsual);
 }
 
 std::string mask(const Instance& instance) {
     if (!is_present(instance)) return "";
-    return ifconfig(instance.device, " | grep Mask | awk -F ':' '{print $4}'", "");
+    return line_of(formatted("ifconfig %s | grep Mask | awk -F ':' '{print $4}'", instance.device));
 }
 
 std::string address(const Instance& instance) {
     if (!is_present(instance)) return "";
-    return interface_status(instance.interface, " status | grep '\"address' | awk -F '\"' '{print $4}'");
+    return line_of(
+        formatted("ubus call network.interface.%s status | grep '\"address' | awk -F '\"' '{print $4}'",
+                  instance.interface));
 }
 
 std::string last_change(const Instance& instance) {
     if (!is_present(instance)) return "0";
     return digits_or_zero(
-        interface_status(instance.interface, " status | grep uptime | awk -F ':' '{print $2}' "));
+        line_of(formatted("ubus call network.interface.%s status | grep uptime | awk -F ':' '{print $2}' ",
+                          instance.interface)));
 }
 
 int device_counter(Arguments args, const char* device, const char* word) {

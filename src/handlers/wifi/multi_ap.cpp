@@ -115,8 +115,9 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
     const std::string interface = interface_word(radio->radio->main);
     const auto command =
         interface_info->cpeType == CWMP_PLATFORM_BCM
-            ? " wl -i " + interface + " status | grep 'Primary channel' | awk '{ print $3}'"
-            : "iwlist " + interface + " channel | grep Current | awk ' {print $5}' | sed 's/)//g'";
+            ? formatted(" wl -i %s status | grep 'Primary channel' | awk '{ print $3}'", interface.c_str())
+            : formatted("iwlist %s channel | grep Current | awk ' {print $5}' | sed 's/)//g'",
+                        interface.c_str());
     return command_line(op, args, {command.c_str(), kLongLine, "Failed to get  Channel\n"});
 }
 

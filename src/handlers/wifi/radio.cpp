@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "core/refusal.h"
+#include "core/text.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
@@ -87,14 +88,12 @@ HANDLER(WiFi_Radio_RegulatoryDomain) {
 }
 
 HANDLER(WiFi_Radio_MaxBitRate) {
-    constexpr std::size_t kColumns = 10;
     if (op != CWMP_OP_GET) return kRefused;
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
-    std::string interface = interface_word(radio->main);
-    if (interface.size() < kColumns) interface.insert(0, kColumns - interface.size(), ' ');
     const auto command =
-        "iwconfig " + interface + " | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'";
+        formatted("iwconfig %10s | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'",
+                  interface_word(radio->main).c_str());
     return command_line(op, args, {command.c_str(), kLongLine, "Failed to get eth  MaxBitRate\n"});
 }
 

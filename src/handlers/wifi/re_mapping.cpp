@@ -24,8 +24,8 @@ int link_figure(int op, Arguments args, const Radio& radio, const char* column,
     const auto bssid = read_row(kSatellites, *satellite, is_2g ? "bssid_2g" : "bssid_5g");
     // The text goes into a command: anything but an address is none.
     if (!bssid || libutil_netChkStrMacAddr(bssid->c_str()) == 0) return get.answer("");
-    const auto command = "wlanconfig " + interface_word(radio.backhaul) + " list | grep -i " + *bssid +
-                         " | awk  -F ' ' '{print $" + column + "}' ";
+    const auto command = formatted("wlanconfig %s list | grep -i %s | awk  -F ' ' '{print $%s}' ",
+                                   interface_word(radio.backhaul).c_str(), bssid->c_str(), column);
     const auto line =
         first_line({command.c_str(), kLongLine, "Failed to get rssi and txrate info. \n"}, caller);
     return line ? get.answer(leading_digits(*line)) : kRefused;

@@ -2,6 +2,7 @@
 // wlan_radio.cpp.
 
 #include "core/refusal.h"
+#include "core/text.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
@@ -55,7 +56,7 @@ HANDLER(LANDevice_WLANConfiguration_BSSID) {
     const GetArguments get(args);
     const auto* network = network_by_number(get.locate()[0]);
     if (network == nullptr) return get.answer("0:0:0:0:0:0");
-    const auto command = std::string("ifconfig ") + network->interface + " | grep HWaddr | awk  '{print $5}'";
+    const auto command = formatted("ifconfig %s | grep HWaddr | awk  '{print $5}'", network->interface);
     return get.answer(first_line({command.c_str(), kLongLine, "Failed to popen\n"}).value_or("MAC_BLANK"));
 }
 

@@ -89,8 +89,8 @@ HANDLER(LANDevice_WLANConfiguration_Channel) {
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
-        const auto command =
-            "iwlist " + interface_word(radio->main) + " channel | grep Current | awk -F '=' '{print $2}'";
+        const auto command = formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'",
+                                       interface_word(radio->main).c_str());
         auto channel = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"});
         if (channel && channel->empty()) {
             channel = read_reported(radio->at("channel"), "Failed to get  ChannelInConfig\n");
@@ -130,9 +130,13 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     const std::string interface = interface_word(radio->main);
     if (interface_info->cpeType != CWMP_PLATFORM_QCAS) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
     const std::string command =
-        "iwlist " + interface +
-        (is_2g ? " channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'"
-               : R"( channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')");
+        is_2g
+            ? formatted(
+                  "iwlist %s channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'",
+                  interface.c_str())
+            : formatted(
+                  R"(iwlist %s channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')",
+                  interface.c_str());
     const auto line = first_line({command.c_str(), kLongLine, "Failed to get  FrequencyInUse\n"});
     if (!line) return kRefused;
     if (line->empty()) return get.answer("");
@@ -187,7 +191,7 @@ HANDLER(LANDevice_WLANConfiguration_Status) {
     const auto* radio = get.locate()[1] == 0 ? nullptr : radio_by_pair(get.locate());
     if (radio == nullptr) return kRefused;
     const auto command =
-        "ifconfig " + interface_word(radio->main) + " | sed '1d' | grep UP | awk '{print $1}'";
+        formatted("ifconfig %s | sed '1d' | grep UP | awk '{print $1}'", interface_word(radio->main).c_str());
     const auto line =
         first_line({command.c_str(), kLongLine, "Failed to get  status of WLANConfiguration \n"});
     return line ? get.answer(*line == "UP" ? "Up" : "Disabled") : kRefused;
