@@ -77,6 +77,16 @@ Instance deletable(Session& session, const std::string& path) {
     return {*target.node, target.numbers, number};
 }
 
+// Looks at NAME=VALUE of an instance that is still to be added; its faults name the path as it was typed.
+void require_assignable(const Model& model, const std::string& object, const std::string& text) {
+    try {
+        assignment(model, object + "1." + text);
+    } catch (Failure& failure) {
+        failure.subject = object + ' ' + text.substr(0, text.find('='));
+        throw;
+    }
+}
+
 // Runs the action unless something was wrong before; a failure undoes all of it.
 template <typename Action>
 void change(Session& session, Action action) {
@@ -126,7 +136,7 @@ void add_instance(Session& session, const std::string& object, const Words& assi
         const Node& table = table_of(target);
         require_changeable(table, object);
         session.agent.resolve(target);
-        for (const std::string& text : assignments) assignment(session.model, object + "1." + text);
+        for (const std::string& text : assignments) require_assignable(session.model, object, text);
         change(session, [&](Change& whole) {
             unsigned flags = 0;
             const int number = session.agent.add(table, target.numbers, flags);

@@ -161,7 +161,7 @@ std::string found_so_far(const Test& test) {
             results += counts ? 1 : 0;
         }
     }
-    return std::to_string(results) + (*test.mark ? " networks" : " hops");
+    return std::to_string(results) + (*test.mark ? " cells" : " hops");
 }
 
 // Those that are not given get their usual value: what an earlier test has left says nothing about this one.
@@ -190,7 +190,8 @@ void run(Session& session, const Test& test, const TestRequest& request, int sec
             // For a moment the state may still be that of the test before.
             const std::string now = state(session, test);
             if (waited > 0 || now != before) require_no_error(test, now);
-            return found_so_far(test);
+            // The output as well.
+            return waited > 0 ? found_so_far(test) : "the test starts";
         });
         session.report.diagnostics_complete = true;
     }
