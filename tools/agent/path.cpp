@@ -46,7 +46,7 @@ std::string nearest_path(const Model& model, const std::string& path) {
 [[noreturn]] void refuse(const Model& model, const std::string& path, Exit exit, const std::string& message) {
     for (const char* root : {"", "Device.", "InternetGatewayDevice."}) {
         const std::string near = path.empty() ? "" : nearest_path(model, root + path);
-        if (near.empty()) continue;
+        if (near.empty() || near == path) continue;
         throw Failure{path, kInvalidName, exit, message + "; did you mean " + near + "?"};
     }
     throw Failure{path, kInvalidName, exit, message};
