@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
 
 #define EXPORT extern "C" __attribute__((visibility("default")))
@@ -22,10 +23,7 @@ const char* setting(const char* name, const char* otherwise) {
 void (*told)(int, const char*) = nullptr;
 
 void note(const std::string& line) {
-    FILE* calls = std::fopen(setting("AGENT_CALLS", "/dev/null"), "a");
-    if (!calls) return;
-    std::fprintf(calls, "%s\n", line.c_str());
-    std::fclose(calls);
+    std::ofstream(setting("AGENT_CALLS", "/dev/null"), std::ios::app) << line << "\n";
 }
 
 void record(const char* name, int op, int* locate, const char* text) {
@@ -34,34 +32,27 @@ void record(const char* name, int op, int* locate, const char* text) {
     if (told) told(6, "[f 6] a\tb\n\n");
     std::string line = std::string(name) + ' ' + std::to_string(op) + " [";
     for (int i = 0; i < CWMP_LOCATE_SIZE; ++i) {
-        line += std::to_string(locate[i]);
+        if (locate[i]) line += (i ? "," : "") + std::to_string(locate[i]);
         locate[i] = 99;
     }
     note(line + ']' + (*text ? " " : "") + text);
 }
 
-const char* next_number() {
-    static char digit[] = "0";
-    ++digit[0];
-    return digit;
-}
-
-std::string described(const cwmp_agent_state* agent) {
-    if (!agent) return "";
-    return std::string("agent ") + agent->acs_url + " http://" + agent->host + ":" +
-           std::to_string(agent->port) + agent->path;
+int answer(const char* name, const char* otherwise, const char* call) {
+    note(call);
+    return std::atoi(setting(name, otherwise));
 }
 
 // A SET is refused in the pass whose operation number its value ends in: "refuse3".
 int parameter(const char* name, int op, va_list args, const char* answer, unsigned flag) {
-    va_list own;
-    va_copy(own, args);
-    int* locate = va_arg(own, int*);
-    char* value = va_arg(own, char*);
-    unsigned* flags = op == CWMP_OP_GET ? nullptr : va_arg(own, unsigned*);
-    const auto* agent = va_arg(own, const cwmp_agent_state*);
-    va_end(own);
-    record(name, op, locate, (std::string(flags ? value : "") + described(agent)).c_str());
+    int* locate = va_arg(args, int*);
+    char* value = va_arg(args, char*);
+    unsigned* flags = op == CWMP_OP_GET ? nullptr : va_arg(args, unsigned*);
+    const auto* agent = va_arg(args, const cwmp_agent_state*);
+    std::string text = flags ? value : "";
+    if (agent)
+        text = text + agent->acs_url + ' ' + agent->host + ' ' + std::to_string(agent->port) + agent->path;
+    record(name, op, locate, text.c_str());
     if (!flags) {
         if (!answer) return -1;
         std::strcpy(value, answer);
@@ -73,21 +64,17 @@ int parameter(const char* name, int op, va_list args, const char* answer, unsign
 }
 
 int object(const char* name, int op, va_list args) {
-    va_list own;
-    va_copy(own, args);
-    int* locate = va_arg(own, int*);
-    void* second = va_arg(own, void*);
-    void* third = va_arg(own, void*);
-    va_end(own);
+    int* locate = va_arg(args, int*);
+    void* second = va_arg(args, void*);
+    void* third = va_arg(args, void*);
     record(name, op, locate, op == CWMP_OP_DELETE ? static_cast<const char*>(second) : "");
-    const int answer = std::atoi(setting("AGENT_OBJECT_ANSWER", "0"));
     if (op == CWMP_OP_LIST) {
         const uint32_t numbers[] = {2, 3, 70};
         if (*static_cast<uint32_t*>(third) < 64) return 1;
         std::memcpy(second, numbers, sizeof numbers);
         return 0;
     }
-    if (answer) return answer;
+    if (const int refused = std::atoi(setting("AGENT_OBJECT_ANSWER", "0"))) return refused;
     if (op == CWMP_OP_ADD) std::strcpy(static_cast<char*>(second), setting("AGENT_ADDED", "4"));
     *static_cast<unsigned*>(third) |= 0x80;
     return 0;
@@ -108,7 +95,8 @@ PARAMETER(Box_PortNumberOfEntries, setting("AGENT_PORTS", "2"), 0)
 PARAMETER(Box_Port_Speed, "100", 0x1)
 PARAMETER(Queue_Weight, "5", 0x10008)
 PARAMETER(Box_Rule_Name, "rule", 0)
-PARAMETER(Box_Count, next_number(), 0)
+char counted[] = "0";
+PARAMETER(Box_Count, (++counted[0], counted), 0)
 OBJECT(Box_Rule)
 OBJECT(Box_Port_Map)
 PARAMETER(Box_Port_Map_Name, "map", 0)
@@ -118,19 +106,15 @@ cwmp_lan_record lan_obj_data, lan_obj_data_revert;
 cwmp_dhcp_record dhcp_obj_data, dhcp_obj_data_revert;
 }
 
-namespace {
-
 // A field of a group; the value as in parameter().
 template <typename Record>
-int grouped(const char* name, int op, va_list args, Record& staging, Record& revert, char* field) {
+static int grouped(const char* name, int op, va_list args, Record& staging, Record& revert, char* field) {
     const int result = parameter(name, op, args, "", 0);
     if (op == CWMP_OP_STAGE) field[0] = 'x';
     if (op == CWMP_OP_CHECK && result == 0) staging.checked = revert.checked = 1;
     if (op == CWMP_OP_APPLY || result != 0) staging = {};
     return result;
 }
-
-}  // namespace
 
 #define GROUPED(NAME, RECORD, FIELD)                                            \
     EXPORT int NAME(int op, va_list args) {                                     \
@@ -142,27 +126,17 @@ GROUPED(Pool_Start, dhcp_obj_data, start_address)
 
 EXPORT void cwmp_bulk_read_begin(void) { note("bulk"); }
 EXPORT void cwmp_bulk_read_end(void) { note("bulk end"); }
-EXPORT int cwmp_transaction_begin(int) {
-    note("begin");
-    return std::atoi(setting("AGENT_BEGIN", "0"));
-}
+EXPORT int cwmp_transaction_begin(int) { return answer("AGENT_BEGIN", "0", "begin"); }
 EXPORT int cwmp_transaction_end(int keep, unsigned* flags) {
-    note(keep ? "keep" : "undo");
-    if (!keep) *flags |= 0x40;
-    return std::atoi(setting("AGENT_END", "0"));
+    *flags |= keep ? 0 : 0x40;
+    return answer("AGENT_END", "0", keep ? "keep" : "undo");
 }
 EXPORT int cwmp_transaction_recover(unsigned* flags) {
-    *flags |= 0x40;
-    return std::atoi(setting("AGENT_END", "1"));
+    return *flags |= 0x40, answer("AGENT_END", "1", "recover");
 }
 EXPORT void cwmp_listen(void (*listener)(int level, const char* line)) { told = listener; }
 EXPORT const char* cwmp_last_refusal(void) { return setting("AGENT_REASON", ""); }
-
 EXPORT int debug_level(int, va_list args) {
-    va_list own;
-    va_copy(own, args);
-    int* levels = va_arg(own, int*);
-    va_end(own);
-    std::printf("level %d syslog %d\n", levels[0], levels[1]);
-    return 0;
+    const int* levels = va_arg(args, int*);
+    return std::printf("level %d syslog %d\n", levels[0], levels[1]) < 0;
 }
