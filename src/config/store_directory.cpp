@@ -24,7 +24,7 @@ constexpr const char* kTemporary = ".uci-";
 std::string real_path(const std::string& path) {
     char* real = realpath(path.c_str(), nullptr);
     if (real == nullptr) return {};
-    const std::string text = real;
+    std::string text = real;
     std::free(real);
     return text;
 }

@@ -19,7 +19,7 @@ class Command {
     explicit Command(const char* text);
     // One of others, who alone know what it changes: never kept.
     struct Foreign {};
-    Command(const char* text, Foreign) { start(text); }
+    Command(const char* text, Foreign /*kind*/) { start(text); }
     ~Command();
     Command(const Command&) = delete;
     Command& operator=(const Command&) = delete;

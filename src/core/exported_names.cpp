@@ -2,7 +2,8 @@
 
 #include <link.h>
 
-// What the linker says of this very library.
+// What the linker says of this very library; not every link.h declares it.
+// NOLINTNEXTLINE(readability-redundant-declaration)
 extern ElfW(Dyn) _DYNAMIC[];
 extern "C" __attribute__((visibility("hidden"))) const char __ehdr_start;
 
@@ -17,7 +18,7 @@ const Entry* table(decltype(ElfW(Dyn)::d_tag) tag) {
     // glibc has made an address of the offset, musl has not.
     const auto base = reinterpret_cast<std::uintptr_t>(&__ehdr_start);
     const auto place = entry->d_un.d_ptr;
-    return reinterpret_cast<const Entry*>(place < base ? base + place : place);
+    return reinterpret_cast<const Entry*>(&__ehdr_start + (place < base ? place : place - base));
 }
 
 }  // namespace

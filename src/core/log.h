@@ -35,8 +35,8 @@ inline constexpr int kMessageSize = 2048;
 //
 // A handler, whose name begins with a capital, is known by the hash of its name.
 struct Caller {
-    const char* name;
-    int line;
+    const char* name = nullptr;
+    int line = 0;
     std::uint32_t hash = 0;  // where there is no name
 
     static constexpr Caller here(const char* function = __builtin_FUNCTION(), int line = __builtin_LINE()) {

@@ -137,8 +137,10 @@ TEST_F(BulkRead, AChangeEndsIt) {
             FROM_LIBRARY(uciRevert)
             ("custom");
         },
-        [&] { FROM_LIBRARY(libdiagnostics_startTraceRoute)
-              (); },
+        [&] {
+            FROM_LIBRARY(libdiagnostics_startTraceRoute)
+            ();
+        },
     };
     package("nat", "");
     package("custom", "");
