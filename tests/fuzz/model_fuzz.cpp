@@ -124,12 +124,13 @@ void lie(const std::vector<fs::path>& answers) {
     uci_foreach_element(&package->sections, section) {
         uci_foreach_element_safe(&uci_to_section(section)->options, next, option) {
             if (!one_in(4) || value.empty() || !uci_validate_text(value.c_str())) continue;
+            const std::string option_name = option->name;  // uci_set frees it before it is done
             uci_ptr pointer = {};
             pointer.p = package;
             pointer.s = uci_to_section(section);
             pointer.package = package->e.name;
             pointer.section = section->name;
-            pointer.option = option->name;
+            pointer.option = option_name.c_str();
             pointer.value = value.c_str();
             uci_set(context.get(), &pointer);
         }
