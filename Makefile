@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 30
 DEMO_ROOT := build/release/demo-root
 
-.PHONY: help demo shell test check fuzz fuzz-model bench aarch64 lint format parameters clean release sanitize $(DEMO_ROOT)
+.PHONY: help demo shell test check fuzz fuzz-model faults bench aarch64 lint format parameters clean release sanitize $(DEMO_ROOT)
 
 help:
 	@echo "make demo        build, enter the sandboxed router, show and change parameters there"
@@ -12,6 +12,7 @@ help:
 	@echo "make check       release and sanitizer build, all tests"
 	@echo "make fuzz        fuzz the parser of scan logs for FUZZ_SECONDS (30)"
 	@echo "make fuzz-model  random calls of every handler under the sanitizers, for SECONDS (60); SEED=..."
+	@echo "make faults      every call of some operations fails once, or kills; SECONDS=60 a part; SEED=..."
 	@echo "make bench       benchmarks against raw libuci and popen, library size; SHORT=1 a trial run"
 	@echo "make aarch64     cross-compile for 64-bit Arm; clang, libc++ and musl compile, too"
 	@echo "make lint        format, scripts, links, clang-tidy on what changed; ALL=1 clang-tidy on everything"
@@ -49,6 +50,9 @@ fuzz:
 
 fuzz-model: sanitize
 	@router/enter build/sanitize/tests/model_fuzz-root /usr/lib/router/tests/model_fuzz $(or $(SECONDS),60) $(SEED)
+
+faults: release
+	@router/enter build/release/tests/faults-root /usr/lib/router/tests/faults_test $(or $(SECONDS),0) $(SEED)
 
 bench:
 	@router/enter --possible

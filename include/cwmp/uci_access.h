@@ -35,7 +35,7 @@ CWMP_EXPORT int uciRawGetValue_tr069_config(const char* package, const char* sec
  * Sets an option. With a confdir the directory (one level, mode 0775) and the package file are created when
  * they are missing; confdir NULL is the live store, whose packages must exist. A missing section is created
  * with its own name as type. An empty value deletes the option; when there is none it changes nothing and is
- * done. A refused commit (read-only store) is not reported.
+ * done. A refused commit (read-only store) is -1 within a transaction (transaction.h), else it is not reported.
  */
 CWMP_EXPORT int uciRawSetValueByPath(const char* package, const char* section, const char* option,
                                      const char* value, const char* confdir);

@@ -58,6 +58,15 @@ bool StoreLock::take(const char* directory) {
     return static_cast<bool>(directory_);
 }
 
+std::optional<std::string> package_text(const std::string& directory, const std::string& package) {
+    const Descriptor file(open((directory + '/' + package).c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status = {};
+    if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
+    std::string text = read_whole(file.get());
+    if (static_cast<off_t>(text.size()) != status.st_size) return std::nullopt;
+    return text;
+}
+
 bool replace_package_file(const std::string& directory, const std::string& package, std::string_view text) {
     const std::string path = real_path(directory + '/' + package);
     struct stat status = {};

@@ -1,6 +1,7 @@
 // What keeps the files of a store directory whole, whoever is killed and whatever fails.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,9 @@ class StoreLock {
   private:
     Descriptor directory_;
 };
+
+// A package file's text; nothing when it cannot be read whole.
+std::optional<std::string> package_text(const std::string& directory, const std::string& package);
 
 // Replaces a package file of a locked directory: it is the old text or the whole new one, also for who is
 // killed in between. False when it is the old one.

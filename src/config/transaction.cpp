@@ -100,10 +100,8 @@ bool keep_changes(const char* directory, const char* package, const std::string&
     const std::string first = (NoteWriter('T') << directory << package).line();
     const std::string_view begins(first.data(), first.size() - 1);
     if (read_whole(running.file.get(), running.start).find(begins) != std::string::npos) return keep(lines);
-    const std::string path = std::string(directory) + '/' + package;
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    const std::string text = read_whole(file.get());
-    return keep((NoteWriter('T') << directory << package << text).line() + lines);
+    const auto text = package_text(directory, package);
+    return text && keep((NoteWriter('T') << directory << package << *text).line() + lines);
 }
 
 bool take_over() {
@@ -162,6 +160,8 @@ bool undo(const std::string& notes) {
     running.kept = !undone;
     return undone;
 }
+
+void keep_notes() { running.kept = true; }
 
 void end() {
     if (!running.kept) cut_back(running.start > kFirst ? running.start : 0);

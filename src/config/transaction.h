@@ -18,7 +18,8 @@ namespace cwmp::transaction {
 //   T directory package text                                     the package's file before its first change
 //   O directory package section option place kind value...       an option: kind 0 absent, 1 text, 2 list
 //   S directory package section place kind type                  a section: kind 0 absent, 1 named, 2 anonymous
-//   G group text...                                              a group of settings in force, no text: unknown
+//   G group value...                                             a group of settings in force, no value: unknown;
+//                                                                before each '!', or '=' if the group left it as is
 //
 // place counts the options of the section, or the sections of the package, that stood before it.
 class NoteWriter {
@@ -56,6 +57,8 @@ bool take_over();
 std::string notes();
 // Plays notes of options and sections back. False when a package could not be stored: the notes are kept then.
 bool undo(const std::string& notes);
+// What could not be undone may be tried again: end() leaves the notes.
+void keep_notes();
 // Forgets the notes.
 void end();
 

@@ -39,12 +39,12 @@ void move_to(uci_list& all, uci_element& element, int place) {
     next->prev = &moved;
 }
 
-// A package's text as this version of libuci writes it; empty when it cannot be read.
+// A package's text as this version of libuci writes it; nothing when it cannot be read.
 std::string rewritten(const std::string& text, const char* package) {
     const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
                                                                             uci_free_context);
-    std::string source = text;
-    const File stream(text.empty() ? nullptr : fmemopen(source.data(), source.size(), "r"));
+    std::string source = text + '\n';
+    const File stream(fmemopen(source.data(), source.size(), "r"));
     uci_package* read = nullptr;
     if (context == nullptr || stream == nullptr ||
         uci_import(context.get(), stream.get(), package, &read, true) != UCI_OK || read == nullptr) {
@@ -147,7 +147,9 @@ bool UciContext::restore_option(transaction::NoteReader& note) {
 bool UciContext::commit_as(const std::string& text, Caller caller) {
     const Export now(context_.get(), package_);
     const bool same = now && now.text() == rewritten(text, package_->e.name);
-    const bool stored = now && store_text(same ? std::string_view(text) : now.text(), caller);
+    // What was never stored needs no room to be undone.
+    const bool is_there = same && staged_ == 0 && package_text(confdir_, package_->e.name) == text;
+    const bool stored = is_there || (now && store_text(same ? std::string_view(text) : now.text(), caller));
     lock_ = {};
     return stored;
 }

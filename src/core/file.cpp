@@ -1,6 +1,7 @@
 #include "core/file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -45,7 +46,11 @@ void Lines::reset(int descriptor) {
 }
 
 std::optional<std::string> first_line_of_file(const char* path, std::size_t limit) {
-    return Lines(open(path, O_RDONLY | O_CLOEXEC)).next(limit);
+    const int file = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    Lines lines(file);
+    struct stat status = {};
+    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    return lines.next(limit);
 }
 
 }  // namespace cwmp

@@ -38,7 +38,8 @@ class Lines {
     std::string text_;
 };
 
-// At most limit bytes of a file's first line; nothing when it cannot be opened or is empty.
+// At most limit bytes of a file's first line; nothing when it cannot be opened, is empty or no file: a
+// pipe that somebody has made in its place is not waited for.
 std::optional<std::string> first_line_of_file(const char* path, std::size_t limit);
 
 }  // namespace cwmp

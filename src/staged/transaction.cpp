@@ -5,12 +5,17 @@
 
 #include "config/transaction.h"
 #include "core/text.h"
+#include "staged/check_script.h"
 #include "staged/engine.h"
 
 using namespace cwmp;
 using namespace cwmp::staged;
 
 namespace {
+
+// Before the value of each field in a note: whether the group that was applied holds another one.
+constexpr char kChanged = '!';
+constexpr char kSame = '=';
 
 void forget_groups() {
     for (const Object* object : kObjects) {
@@ -19,12 +24,18 @@ void forget_groups() {
     }
 }
 
-// Stages what a note says was in force. False when it says that nobody knew.
-bool stage_noted(const Object& object, transaction::NoteReader note) {
+// Stages what a note says was in force. What the group has not changed is what the script tells of it now. False
+// when nobody knew.
+bool stage_noted(const Object& object, transaction::NoteReader note, bool& silent) {
     if (note.ends()) return false;
     const auto staging = Record::staging(object);
+    const bool told = load_revert_record(object);
+    silent = silent || !told;
     for (int option = 0; option < object.count; ++option) {
-        const std::string text = note.next();
+        std::string text = note.next();
+        const bool changed = text.starts_with(kChanged);
+        text.erase(0, 1);
+        if (!changed && told && object.fields[option].kind != Kind::enable) text = Record::revert(object).text(option);
         if (object.fields[option].kind == Kind::enable) {
             staging.enable() = decimal_prefix(text.c_str());
         } else {
@@ -36,7 +47,8 @@ bool stage_noted(const Object& object, transaction::NoteReader note) {
 }
 
 // A group that was applied twice gets back what it had before the first time.
-bool undo_groups(const std::string& notes, unsigned int* flags) {
+// silent: the script did not answer.
+bool undo_groups(const std::string& notes, unsigned int* flags, bool& silent) {
     forget_groups();
     bool known = true;
     for (const Object* object : kObjects) {
@@ -45,15 +57,19 @@ bool undo_groups(const std::string& notes, unsigned int* flags) {
         if (at == std::string::npos) continue;
         const std::size_t start = at + begins.size();
         const auto fields = std::string_view(notes).substr(start, notes.find('\n', start) - start);
-        known = stage_noted(*object, transaction::NoteReader(fields)) && known;
+        known = stage_noted(*object, transaction::NoteReader(fields), silent) && known;
     }
     return apply_all(flags) && known;
 }
 
+// The script is asked when the options are what they were, and writes over some of them: these come back again.
 bool undo(unsigned int* flags) {
     const auto notes = transaction::notes();
-    const bool groups_undone = undo_groups(notes, flags);
-    const bool options_undone = transaction::undo(notes);
+    bool silent = false;
+    bool options_undone = transaction::undo(notes);
+    const bool groups_undone = undo_groups(notes, flags, silent);
+    if (notes.find("\nG\t") != std::string::npos) options_undone = transaction::undo(notes);
+    if (!groups_undone && silent) transaction::keep_notes();
     transaction::end();
     return groups_undone && options_undone;
 }
@@ -65,9 +81,12 @@ bool cwmp::staged::note_in_force(const Object& object) {
     transaction::NoteWriter note('G');
     note << object.name;
     const auto revert = Record::revert(object);
+    const auto staging = Record::staging(object);
     for (int option = 0; revert.checked() == 1 && option < object.count; ++option) {
         const bool is_switch = object.fields[option].kind == Kind::enable;
-        note << (is_switch ? std::to_string(revert.enable()) : std::string(revert.text(option)));
+        const bool changed = is_switch || revert.text(option) != staging.text(option);
+        note << (changed ? kChanged : kSame) +
+                    (is_switch ? std::to_string(revert.enable()) : std::string(revert.text(option)));
     }
     if (revert.checked() != 1) note << "";
     return transaction::keep(note.line());
