@@ -92,17 +92,6 @@ TEST_F(Config, AnyTextComesBackWhole) {
     }
 }
 
-TEST_F(Config, NewDirectoriesAreOpenToTheGroup) {
-    umask(077);
-    told("call uciRawSetValue_tr069_config 'hosts' 'host_1' 'name' 'x'");
-    told("call uciRawAddSectionBypath 'nat' 'rule_2' 'rule' '/tmp/cwmp-config'");
-    for (const char* directory : {kScratch, "/tmp/cwmp-config"}) {
-        struct stat status = {};
-        EXPECT_EQ(stat(directory, &status), 0);
-        EXPECT_EQ(status.st_mode & 07777, 0775U) << directory;
-    }
-}
-
 TEST_F(Config, AReadOnlyStoreLosesNothing) {
     if (mount("none", kLive, "tmpfs", 0, nullptr) != 0) GTEST_SKIP() << "this host allows no mount";
     world("custom.box:typed | custom.box.name=old");

@@ -152,19 +152,4 @@ TEST_F(BulkRead, AChangeEndsIt) {
     }
 }
 
-TEST_F(BulkRead, WhatDoesNotFitRunsAgain) {
-    const std::string line(99, 'x');
-    begin();
-    EXPECT_EQ(model_now(line + "\n" + std::string(CWMP_BULK_READ_LIMIT, 'y')), line);
-    EXPECT_EQ(model_now("other\n"), "other");
-    EXPECT_EQ(model_now("another\n"), "other");
-
-    std::string large = "config d 'DeviceInfo'\n";
-    while (large.size() < CWMP_BULK_READ_LIMIT / 2) large += "\tlist o 'x'\n";
-    for (const std::string code : {"a", "b"}) {
-        package("custom", large + "\toption ProvisioningCode '" + code + "'\n");
-        EXPECT_EQ(get("DeviceInfo_ProvisioningCode").value, code);
-    }
-}
-
 }  // namespace

@@ -53,35 +53,19 @@ class Logging : public RouterTest {
     std::string recorded() { return text_of("/var/log/router/commands").value_or(""); }
 };
 
-TEST_F(Logging, WritesTheConsoleByOneEchoOfProcessIdAndMessage) {
-    FROM_LIBRARY(log_printf)(LOG_ERR, "[%s %d] %s-%d\n\n", "caller", 12, "text", 7);
-    char line[64];
-    std::snprintf(line, sizeof line, "[%5d] [caller 12] text-7\n\n \r\n", getpid());
-    EXPECT_EQ(raw_console(), line);
-    EXPECT_EQ(recorded(), console_command("[caller 12] text-7\n\n") + '\0');
-}
-
 TEST_F(Logging, WritesUpToTheThreshold) {
-    struct Row {
-        int threshold, level;
-        bool written;
-    };
-    EXPECT_EQ(FROM_LIBRARY(l_dbglvl), 3);
     EXPECT_EQ(FROM_LIBRARY(use_syslog), 0);
-    for (const Row& row : {Row{3, 0, true}, Row{3, 3, true}, Row{3, 4, false}, Row{3, 6, false},
-                           Row{7, 7, true}, Row{0, 3, false}, Row{-1, 0, false}, Row{-1, -1, true}}) {
-        SCOPED_TRACE(::testing::PrintToString(row.threshold) + " " + ::testing::PrintToString(row.level));
-        FROM_LIBRARY(l_dbglvl) = row.threshold;
+    for (const auto& [threshold, level, written] :
+         {std::tuple{3, 3, true}, {3, 4, false}, {0, 3, false}, {-1, -1, true}}) {
+        testing::internal::CaptureStdout();
+        this->level(threshold);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "l_dbglvl of debug_level:" + std::to_string(threshold) + " syslog:0\n");
         forget();
-        FROM_LIBRARY(log_printf)(row.level, "[f 1] event\n");
-        EXPECT_EQ(console(), row.written ? Texts{"f: event\n"} : Texts{});
+        FROM_LIBRARY(log_printf)(level, "[f 1] say \"a  b\" %s\n", "%s%n");
+        EXPECT_EQ(recorded(), written ? console_command("[f 1] say \"a  b\" %s%n\n") + '\0' : "");
+        EXPECT_EQ(console(), written ? Texts{"f: say a b %s%n\n"} : Texts{}) << threshold << level;
     }
-}
-
-TEST_F(Logging, PassesQuotesToTheShellAsTheyAre) {
-    FROM_LIBRARY(log_printf)(LOG_ERR, "[f 1] say \"a  b\" %s\n", "%s%n");
-    EXPECT_EQ(recorded(), console_command("[f 1] say \"a  b\" %s%n\n") + '\0');
-    EXPECT_THAT(console(), ElementsAre("f: say a b %s%n\n"));
 }
 
 TEST_F(Logging, CutsTheMessageButNotTheCommandAroundIt) {
@@ -101,21 +85,11 @@ TEST_F(Logging, CutsTheMessageButNotTheCommandAroundIt) {
 
 TEST_F(Logging, WritesTheSystemLogOnlyWhenSwitchedOnWithOne) {
     const SystemLog log;
-    struct Row {
-        int threshold, on, level;
-        Texts entries;
-    };
-    const std::vector<Row> rows = {{3, 0, 3, {}},
-                                   {3, 1, 3, {"<11>cwmp: cwmp syslog:event 1\n"}},
-                                   {3, 1, 4, {}},
-                                   {7, 1, 7, {"<15>cwmp: cwmp syslog:event 1\n"}},
-                                   {7, 1, 0, {"<8>cwmp: cwmp syslog:event 1\n"}},
-                                   {7, 2, 3, {}},
-                                   {7, -1, 3, {}}};
-    for (const Row& row : rows) {
-        level(row.threshold, row.on);
-        FROM_LIBRARY(log_syslog)(row.level, "event %d\n", 1);
-        EXPECT_EQ(log.entries(), row.entries) << row.threshold << ' ' << row.on << ' ' << row.level;
+    for (const auto& [on, severity, entry] :
+         {std::tuple{0, 3, ""}, {1, 7, "<15>cwmp: cwmp syslog:event 1\n"}, {2, 3, ""}}) {
+        level(7, on);
+        FROM_LIBRARY(log_syslog)(severity, "event %d\n", 1);
+        EXPECT_EQ(log.entries(), *entry != 0 ? Texts{entry} : Texts{}) << on;
     }
     EXPECT_EQ(raw_console(), "");
 }
@@ -179,20 +153,6 @@ TEST_F(Logging, TheStunPasswordIsInNoLog) {
     all.push_back(raw_console());
     EXPECT_THAT(all, Contains(HasSubstr("uci set By path cwmp.tr111.STUNPassword=***.")));
     EXPECT_THAT(all, Not(Contains(HasSubstr("hidden"))));
-}
-
-TEST_F(Logging, DebugLevelSetsAndPrintsBothSwitchesWhateverTheOperation) {
-    int32_t switches[] = {7, 1};
-    for (const int op : {0, 1, 2, 99}) {
-        switches[0] = op + 10;
-        testing::internal::CaptureStdout();
-        EXPECT_EQ(call(handler("debug_level"), op, switches, nullptr), 0);
-        const std::string number = std::to_string(op + 10);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                  "l_dbglvl of debug_level:" + number + " syslog:1\n");
-        EXPECT_EQ(FROM_LIBRARY(l_dbglvl), op + 10);
-        EXPECT_EQ(FROM_LIBRARY(use_syslog), 1);
-    }
 }
 
 }  // namespace

@@ -164,27 +164,6 @@ TEST_F(MessageChannel, ARequestWithoutReplyEndsInTimeAndLeavesTheHandleUsable) {
     FROM_LIBRARY(msg_cleanup)(&handle);
 }
 
-TEST_F(MessageChannel, ARequestWaitsForItsServer) {
-    auto handle = client();
-    const pid_t late = start([&](const auto& ready) {
-        ready();
-        usleep(50 * 1000);
-        cwmp_message_handle server = {};
-        cwmp_message message = {};
-        FROM_LIBRARY(msg_init)(&server);
-        FROM_LIBRARY(msg_srvInit)(kServer, &server);
-        FROM_LIBRARY(msg_recv)(&server, &message);
-        return FROM_LIBRARY(msg_send)(&server, &message) == 0 ? 0 : 1;
-    });
-    cwmp_message message = {.type = 1, .payload = {}};
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(request(handle, message), 0);
-    EXPECT_THAT(testing::internal::GetCapturedStdout(),
-                HasSubstr("send 1 error " + std::to_string(getpid()) + ", -1\n"));
-    EXPECT_EQ(exit_code(late), 0);
-    FROM_LIBRARY(msg_cleanup)(&handle);
-}
-
 TEST_F(MessageChannel, AFailedRequestLeavesNothingOpen) {
     auto handle = client();
     cwmp_message message = {.type = kType, .payload = {}};
@@ -192,12 +171,7 @@ TEST_F(MessageChannel, AFailedRequestLeavesNothingOpen) {
     const int next = dup(handle.descriptor);
     close(next);
     for (int i = 0; i < 3; ++i) EXPECT_EQ(request(handle, message), -1);
-    const int closed = handle.descriptor;
-    close(closed);
-    for (int i = 0; i < 3; ++i) {
-        handle.descriptor = -1;  // the bind fails
-        EXPECT_EQ(request(handle, message), -1);
-    }
+    FROM_LIBRARY(msg_cleanup)(&handle);
     const int after = dup(0);
     EXPECT_LE(after, next);
     close(after);
@@ -224,12 +198,10 @@ TEST_F(MessageChannel, ASocketFileLeftBehindIsReplaced) {
     EXPECT_EQ(FROM_LIBRARY(msg_recv)(&server, &received), 0);
     EXPECT_EQ(received.payload[0], 5);
     EXPECT_EQ(FROM_LIBRARY(msg_send)(&server, &received), -1) << "the sender has no address";
-    cwmp_message_handle second = {};
-    ASSERT_EQ(FROM_LIBRARY(msg_init)(&second), 0);
     rename("/var/tmp", "/var/moved");
-    EXPECT_EQ(FROM_LIBRARY(msg_srvInit)(kServer, &second), -1);
+    EXPECT_EQ(FROM_LIBRARY(msg_srvInit)(kServer, &refused), -1);
     rename("/var/moved", "/var/tmp");
-    for (auto* handle : {&refused, &server, &second}) FROM_LIBRARY(msg_cleanup)(handle);
+    for (auto* handle : {&refused, &server}) FROM_LIBRARY(msg_cleanup)(handle);
 }
 
 TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
@@ -247,10 +219,7 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
         {kType, {}, 0, 1, 0, 0},
         {kType, unbound, -1, 5, 5, ENOENT},
         {1, unbound, -1, 1, 1, ENOENT},
-        {2000, unbound, -1, 5, 5, ENOENT},
-        {kType, {ENOENT, ENOENT, ENOENT, ENOENT, 0}, 0, 5, 4, 0},
         {kType, refused, -1, 3, 0, ECONNREFUSED},
-        {1, {ECONNREFUSED, ECONNREFUSED, 0}, 0, 3, 0, 0},
         {kType, {ENOENT, ECONNREFUSED, ENOENT, ECONNREFUSED, ENOENT, ENOENT, 0}, 0, 7, 4, 0},
         {kType, {EINTR, EINTR, EINTR, EINTR, EINTR, EINTR, EINTR, 0}, 0, 8, 0, 0},
         {kType, {EMSGSIZE, 0}, -1, 1, 0, EMSGSIZE},
@@ -283,24 +252,6 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
         EXPECT_EQ(testing::internal::GetCapturedStderr(), reasons);
         EXPECT_EQ(sends, std::vector<int>(row.attempts, row.type == 2000 ? MSG_DONTWAIT : 0));
     }
-    FROM_LIBRARY(msg_cleanup)(&handle);
-}
-
-TEST_F(MessageChannel, AFullQueueIsNotWaitedForWithType2000) {
-    start([&](const auto& ready) {
-        cwmp_message_handle server = {};
-        FROM_LIBRARY(msg_init)(&server);
-        FROM_LIBRARY(msg_srvInit)(kServer, &server);
-        ready();
-        pause();
-        return 0;
-    });
-    auto handle = client();
-    const cwmp_message message = {.type = 2000, .payload = {}};
-    int sent = 0;
-    while (sent < 100000 && FROM_LIBRARY(msg_send)(&handle, &message) == 0) ++sent;
-    EXPECT_GT(sent, 0);
-    EXPECT_LT(sent, 100000);
     FROM_LIBRARY(msg_cleanup)(&handle);
 }
 

@@ -58,19 +58,6 @@ TEST_F(Staged, ValuesAreCutToTheirField) {
     EXPECT_EQ(FROM_LIBRARY(vlan_obj_data).vlan_id, std::string("7"));
 }
 
-TEST_F(Staged, LoadingReplacesTheRecordOnlyWhenThereIsAnAnswer) {
-    auto& record = FROM_LIBRARY(lan_obj_data_revert);
-    in_force("lan", R"({"lan_ip":"10.0.0.1","lan_mask":"255.0.0.0"})");
-    EXPECT_EQ(FROM_LIBRARY(initialize_revert_data)("lan_revert"), 0);
-    in_force("lan", "nonsense");
-    EXPECT_EQ(FROM_LIBRARY(initialize_revert_data)("lan_revert"), -1);
-    EXPECT_STREQ(record.mask, "255.0.0.0");
-    in_force("lan", R"({"lan_ip":"10.0.0.2","lan_mask":true})");
-    EXPECT_EQ(FROM_LIBRARY(initialize_revert_data)("lan_revert"), 0);
-    EXPECT_STREQ(record.address, "10.0.0.2");
-    EXPECT_STREQ(record.mask, "");
-}
-
 TEST_F(Staged, FailedIptvCheckDropsTheLanAndKeepsIptv) {
     in_force("iptv", "{}");
     exec(CWMP_STAGED_LAN, CWMP_STAGED_STAGE, CWMP_LAN_ADDRESS, "10.0.0.1");

@@ -187,6 +187,7 @@ Words changes(const Snapshot& before, const Snapshot& after) {
         const std::string parent = parent_of(key);
         if (!after.contains(key) && (parent == key || after.contains(parent))) told.push_back("-" + key);
     }
+    std::string section;  // told last; what else changed in it is told by the option alone
     for (const auto& [key, text] : after) {
         const auto old = before.find(key);
         if (old != before.end() && old->second == text) continue;
@@ -195,10 +196,13 @@ Words changes(const Snapshot& before, const Snapshot& after) {
             told.push_back("+" + key);
         } else if (!is_file && parent_of(key).back() == '.') {
             told.push_back(key + ":" + text);
+            section = key;
         } else if (is_file && old != before.end() && !old->second.empty() && text.starts_with(old->second)) {
             told.push_back(key + "+=" + escape(text.substr(old->second.size())));
         } else {
-            told.push_back(key + "=" + escape(text));
+            const bool again = !is_file && parent_of(key) == section;
+            told.push_back((again ? key.substr(section.size()) : key) + "=" + escape(text));
+            section = is_file ? "" : parent_of(key);
         }
     }
     return told;

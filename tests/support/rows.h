@@ -26,7 +26,7 @@ Words words(const std::string& text);
 // Store, scratch and mirror packages by option, "wifi.ap.ssid", "tr069/hosts.1.mac", and other files by path.
 using Snapshot = std::map<std::string, std::string>;
 Snapshot snapshot();
-// What a call changed: "wifi.ap.ssid=x", "-wifi.ap.ssid", "nat.rule_1:rule", "/tmp/file=text", "/tmp/file+=text".
+// What a call changed: "wifi.ap.ssid=x", ".enable=1" of the same section, "-wifi.ap.ssid", "nat.rule_1:rule", "/tmp/file=text", "/tmp/file+=text".
 Words changes(const Snapshot& before, const Snapshot& after);
 
 }  // namespace rows

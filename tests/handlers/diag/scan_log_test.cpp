@@ -52,22 +52,4 @@ TEST_F(ScanLog, ALogGivesAtMost15Results) {
     EXPECT_EQ(parse(cells(2), INT_MAX), INT_MAX);
 }
 
-TEST_F(ScanLog, GarbageIsSurvived) {
-    std::string noise;
-    unsigned state = 1;
-    for (int i = 0; i < 20000; ++i) noise += static_cast<char>((state = state * 1103515245 + 12345) >> 16);
-    EXPECT_EQ(parse(noise), 0);
-    EXPECT_EQ(parse(""), 0);
-    const std::string whole =
-        cells(1) + "Frequency:2.462 GHz (Channel 11)\nIE: IEEE 802.11i/WPA2 Version 1\n";
-    for (std::size_t length = 0; length < whole.size(); length += 7)
-        EXPECT_LE(parse(whole.substr(0, length)), 1);
-    for (const char* line : {"Cell", "Cell ", "ESSID", "ESSID:\"", "Mode", "Frequency", "Signal level",
-                             "Mb/s", "bcn_int", "Version", "Version /", "Pairwise Ciphers", "phy_mode",
-                             "phy_mode____", "dtim_period", "Frequency:", "Quality=  Signal level=- - - -"}) {
-        EXPECT_LE(parse(cells(1) + line + "\n"), 2) << line;
-    }
-    EXPECT_EQ(FROM_LIBRARY(NeighboringWiFi_Diagnostic)(nullptr, 0), -1);
-}
-
 }  // namespace

@@ -62,17 +62,4 @@ TEST_F(Wan, TheRouteTableHas32RowsAndStartsAtOne) {
     EXPECT_EQ(get("Routing_Router_IPv4Forwarding_DestIPAddress", {1, 2}).value, "");
 }
 
-TEST_F(Wan, ExportedBodies) {
-    char value[CWMP_VALUE_SIZE] = "";
-    const char* const commands[2] = {"echo one", "true"};
-    const int internet[2] = {1, 1}, management[2] = {1, 2};
-    EXPECT_EQ(FROM_LIBRARY(_get_wanIPconnection)(internet, value, commands, "none"), 0);
-    EXPECT_STREQ(value, "one");
-    EXPECT_EQ(FROM_LIBRARY(_get_wanIPconnection)(management, value, commands, "none"), 0);
-    EXPECT_STREQ(value, "none");
-    EXPECT_EQ(FROM_LIBRARY(_get_wanIPconnection_dnsservers)(internet, value), 0);
-    EXPECT_STREQ(value, "0.0.0.0,");
-    EXPECT_EQ(FROM_LIBRARY(_get_wanIPconnection_dnsservers)(nullptr, value), -1);
-}
-
 }  // namespace
