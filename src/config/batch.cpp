@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/log.h"
+#include "core/text.h"
 
 namespace cwmp {
 namespace {
@@ -48,7 +49,7 @@ bool ensure_package_file(const char* confdir, const char* package, const char* f
 // What a log shows of a value: the STUN password appears in none.
 const char* shown(std::string_view package, std::string_view section, std::string_view option,
                   const char* value) {
-    const bool is_secret = package == "cwmp" && section == "tr111" && option == "STUNPassword";
+    const bool is_secret = package == "cwmp"sv && section == "tr111"sv && option == "STUNPassword"sv;
     return is_secret ? "***" : value;
 }
 

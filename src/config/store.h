@@ -22,6 +22,7 @@ struct Section {
     constexpr OptionPath operator/(const char* option) const { return {package, section, option}; }
 };
 
+std::optional<std::string> read_option(const char* package, const char* section, const char* option);
 std::optional<std::string> read_option(const char* package, const char* section, const char* option,
                                        const char* confdir);
 bool write_option(const char* package, const char* section, const char* option, const std::string& value);
@@ -31,7 +32,11 @@ bool write_option(const char* package, const char* section, const char* option, 
 // The same of a path, taken apart at the call: its names travel in registers, which halves what a call takes.
 #define CWMP_INLINE [[gnu::always_inline]] inline
 
-CWMP_INLINE std::optional<std::string> read_option(const OptionPath& at, const char* confdir = kLiveStore) {
+CWMP_INLINE std::optional<std::string> read_option(const OptionPath& at) {
+    return read_option(at.package, at.section, at.option);
+}
+
+CWMP_INLINE std::optional<std::string> read_option(const OptionPath& at, const char* confdir) {
     return read_option(at.package, at.section, at.option, confdir);
 }
 

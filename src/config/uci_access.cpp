@@ -29,6 +29,10 @@ std::optional<std::string> read_option(const char* package, const char* section,
     return context.value(found, option);
 }
 
+std::optional<std::string> read_option(const char* package, const char* section, const char* option) {
+    return read_option(package, section, option, kLiveStore);
+}
+
 bool write_option(const char* package, const char* section, const char* option, const std::string& value) {
     return uciRawSetValue(package, section, option, value.c_str()) == 0;
 }

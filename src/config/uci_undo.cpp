@@ -14,11 +14,11 @@
 namespace cwmp {
 namespace {
 
-constexpr const char* kAbsent = "0";
-constexpr const char* kText = "1";
-constexpr const char* kNamed = "1";
-constexpr const char* kList = "2";
-constexpr const char* kAnonymous = "2";
+constexpr std::string_view kAbsent = "0";
+constexpr std::string_view kText = "1";
+constexpr std::string_view kNamed = "1";
+constexpr std::string_view kList = "2";
+constexpr std::string_view kAnonymous = "2";
 
 // The elements that stand before one.
 std::string place_of(const uci_list& all, const uci_element& element) {
@@ -61,7 +61,7 @@ void UciContext::note_section(const char* name) {
     transaction::NoteWriter note('S');
     note << confdir_ << package_->e.name << name;
     if (found == nullptr) {
-        note << "0" << kAbsent;
+        note << "0"sv << kAbsent;
     } else {
         note << place_of(package_->sections, found->e) << (found->anonymous ? kAnonymous : kNamed)
              << found->type;
@@ -75,7 +75,7 @@ void UciContext::note_option(const char* section, const char* option) {
     transaction::NoteWriter note('O');
     note << confdir_ << package_->e.name << section << option;
     if (found == nullptr) {
-        note << "0" << kAbsent;
+        note << "0"sv << kAbsent;
     } else if (found->type == UCI_TYPE_STRING) {
         note << place_of(owner->options, found->e) << kText << found->v.string;
     } else {

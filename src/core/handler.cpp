@@ -25,6 +25,10 @@ int GetArguments::answer(std::string_view text) const { return answer_in(value_,
 int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
 int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
 
+int answer(Arguments args, std::string_view text) { return GetArguments(args).answer(text); }
+int answer(Arguments args, const char* text) { return answer(args, std::string_view(text)); }
+int answer(Arguments args, const std::string& text) { return answer(args, std::string_view(text)); }
+
 ChangeArguments::ChangeArguments(Arguments args) {
     end_bulk_read();
     forget_refusal();
@@ -50,7 +54,7 @@ int tolerant_constant(int op, Arguments args, const char* text) {
 }
 
 int constant(int op, Arguments args, const char* text) {
-    return op == CWMP_OP_GET ? GetArguments(args).answer(text) : kRefused;
+    return op == CWMP_OP_GET ? answer(args, text) : kRefused;
 }
 
 }  // namespace cwmp

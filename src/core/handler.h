@@ -91,6 +91,11 @@ class SetArguments : public ChangeArguments {
 // for any other pair.
 int number_of_pair(const int* locate);
 
+// A GET's answer where neither instance numbers nor an earlier answer matter.
+int answer(Arguments args, std::string_view text);
+int answer(Arguments args, const char* text);
+int answer(Arguments args, const std::string& text);
+
 // A read-only parameter with a fixed value.
 int constant(int op, Arguments args, const char* text);
 // The same that takes a SET without effect.

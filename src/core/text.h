@@ -8,6 +8,9 @@
 
 namespace cwmp {
 
+// A literal that stands for a view: "text"sv. Without the suffix its length is counted wherever it is used.
+using namespace std::string_view_literals;
+
 // The decimal number at the start of a text, as atoi reads it but held at the limits of int; 0 without one.
 int decimal_prefix(const char* text);
 // The same, telling a text without a number from a zero.
@@ -25,7 +28,7 @@ std::string leading_digits(const std::string& text);
 // The first word of text from position on, blanks being the separators given; moves position behind it.
 // Empty at the end of the text.
 std::string_view next_word(std::string_view text, std::size_t& position,
-                           std::string_view separators = " \t\n");
+                           std::string_view separators = " \t\n"sv);
 
 // Copies a text into a fixed field, cut to fit and always terminated.
 template <std::size_t size>

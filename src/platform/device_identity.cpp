@@ -57,5 +57,5 @@ int FwinfoDeviceInfo(int op, va_list args, const char* command) {
     if (op != CWMP_OP_GET) return cwmp::kRefused;
     cwmp::Command pipe(command);
     if (!pipe) return REFUSE("Failed to use fwinfo to get  DeviceInfo \n");
-    return cwmp::GetArguments(args).answer(pipe.line(kLimit).value_or(""));
+    return cwmp::answer(args, pipe.line(kLimit).value_or(""));
 }

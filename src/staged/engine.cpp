@@ -36,7 +36,7 @@ int put(const Object& object, const Record& record, int option, const char* valu
         return kPassed;
     }
     const std::string_view word = value;
-    const bool enabled = word == "1" || (true_enables && word == "true");
+    const bool enabled = word == "1"sv || (true_enables && word == "true"sv);
     record.enable() = enabled ? CWMP_STAGED_ENABLED : CWMP_STAGED_DISABLED;
     return kPassed;
 }

@@ -16,7 +16,7 @@ std::optional<std::string> first_line(const CommandLine& source, Caller caller) 
 int command_line(int op, Arguments args, const CommandLine& source, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line(source, caller);
-    return line ? GetArguments(args).answer(*line) : kRefused;
+    return line ? answer(args, *line) : kRefused;
 }
 
 }  // namespace cwmp

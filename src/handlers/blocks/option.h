@@ -16,6 +16,10 @@ struct Option {
     unsigned int apply = 0;              // the service groups that a SET raises
     bool secret = false;                 // never read back: GET answers the empty text
     bool write_failure_is_done = false;  // a SET that the store refuses is done all the same
+
+    // For size: with a destructor one is built from instructions. Without, it is copied from a template, whose
+    // pointers take a relocation each.
+    constexpr ~Option() {}
 };
 
 // What a failure logs under the handler's name; nothing where there is no text.
@@ -23,6 +27,8 @@ struct OptionEvents {
     const char* unreadable = nullptr;  // with a text, an option that cannot be read fails the GET
     const char* refused = nullptr;     // the value does not pass the check
     const char* unwritten = nullptr;   // the store refuses the write
+
+    constexpr ~OptionEvents() {}  // as above
 };
 
 // GET answers the stored text; SET stores the new one.

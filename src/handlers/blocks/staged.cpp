@@ -19,7 +19,7 @@ std::optional<int> mode_of(int op) {
     }
 }
 
-int execute(const StagedField& field, int mode, const char* value, unsigned int* flags) {
+int execute(StagedField field, int mode, const char* value, unsigned int* flags) {
     return func_obj_exec(field.object, field.option, mode, value, flags) != 0 ? kDone : kRefused;
 }
 
@@ -27,7 +27,7 @@ int execute(const StagedField& field, int mode, const char* value, unsigned int*
 
 bool is_pass(int op) { return mode_of(op).has_value(); }
 
-int staged(int op, Arguments args, const StagedField& field, Caller caller) {
+int staged(int op, Arguments args, StagedField field, Caller caller) {
     const auto mode = mode_of(op);
     if (!mode) return kDone;
     const SetArguments set(op, args);

@@ -24,6 +24,6 @@ bool is_pass(int op);
 // SET in its three passes; any other op does nothing and is done. The handler answers GET itself:
 //     return op == CWMP_OP_GET ? read_only_option(op, args, {...}) : staged(op, args, {CWMP_STAGED_LAN,
 //     ...});
-int staged(int op, Arguments args, const StagedField& field, Caller caller = Caller::here());
+int staged(int op, Arguments args, StagedField field, Caller caller = Caller::here());
 
 }  // namespace cwmp

@@ -27,7 +27,7 @@ HANDLER(DeviceInfo_ManufacturerOUI) {
         if (oui.size() == kOuiLength) break;
         if (digit != '-' && digit != ':') oui += digit;
     }
-    return GetArguments(args).answer(oui);
+    return answer(args, oui);
 }
 
 PARAMETER(DeviceInfo_ModelName, FwinfoDeviceInfo, "fwinfo MODEL")
@@ -48,14 +48,14 @@ HANDLER(DeviceInfo_X_QM_ProductID) {
         first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
     if (!line) return kRefused;
     const int identifier = static_cast<int>(std::strtoul(line->c_str(), nullptr, 16));
-    return GetArguments(args).answer(std::to_string(identifier));
+    return answer(args, std::to_string(identifier));
 }
 
 HANDLER(DeviceInfo_SerialNumber) {
     if (op != CWMP_OP_GET) return kRefused;
     char serial[256] = "";
     const bool known = get_device_sn(serial, sizeof serial - 1) >= 1;
-    return GetArguments(args).answer(known ? serial : "");
+    return answer(args, known ? serial : "");
 }
 
 // Two blanks: the device knows the command in this form.
@@ -101,7 +101,7 @@ int memory_status(int op, Arguments args, const char* key, Caller caller = Calle
         next_word(*line, position);
         number = next_word(*line, position);
     }
-    return GetArguments(args).answer(number);
+    return answer(args, number);
 }
 
 }  // namespace
@@ -121,5 +121,5 @@ HANDLER(DeviceInfo_ProcessStatus_CPUUsage) {
                                   kShortLine, "Failed to get  CPUUsage\n"});
     if (!line) return kRefused;
     const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
-    return GetArguments(args).answer(std::to_string(100 - idle));
+    return answer(args, std::to_string(100 - idle));
 }

@@ -88,7 +88,7 @@ int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller calle
 HANDLER(ManagementServer_URL) {
     const auto* agent = agent_state(op, args);
     if (op != CWMP_OP_GET) return set_url(SetArguments(op, args), agent, Caller::here());
-    return agent != nullptr ? GetArguments(args).answer(field(agent->acs_url)) : kRefused;
+    return agent != nullptr ? answer(args, field(agent->acs_url)) : kRefused;
 }
 
 PARAMETER(ManagementServer_Username, server_setting, "cwmp, username val", {.at = kInfo / "username"})
@@ -123,7 +123,7 @@ HANDLER(ManagementServer_ConnectionRequestURL) {
     if (agent == nullptr) return kRefused;
     const std::string url =
         "http://" + field(agent->host) + ":" + std::to_string(agent->port) + field(agent->path);
-    return GetArguments(args).answer(url.substr(0, kLongest));
+    return answer(args, url.substr(0, kLongest));
 }
 PARAMETER(ManagementServer_ConnectionRequestUsername, server_setting, "cwmp, ConnectionRequestUsername val",
           {.at = kInfo / "conn_username"})

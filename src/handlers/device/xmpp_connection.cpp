@@ -23,7 +23,7 @@ int setting(int op, Arguments args, const OptionPath& at, const char* missing, C
 int client_status(int op, Arguments args, const char* file, const char* missing) {
     constexpr std::size_t kLongest = 19;
     if (op != CWMP_OP_GET) return kRefused;
-    return GetArguments(args).answer(first_line_of_file(file, kLongest).value_or(missing));
+    return answer(args, first_line_of_file(file, kLongest).value_or(missing));
 }
 
 std::optional<std::string> connect_algorithm(const char* value) {
@@ -62,9 +62,7 @@ PARAMETER(XMPP_Connection_ServerRetryIntervalMultiplier, setting, kConnection / 
 PARAMETER(XMPP_Connection_ServerRetryMaxInterval, setting, kConnection / "retry_max_int", "30720",
           number<1, UINT_MAX>)
 
-HANDLER(XMPP_Connection_JabberID) {
-    return op == CWMP_OP_GET ? GetArguments(args).answer(jabber_id()) : kRefused;
-}
+HANDLER(XMPP_Connection_JabberID) { return op == CWMP_OP_GET ? answer(args, jabber_id()) : kRefused; }
 
 PARAMETER(XMPP_Connection_Status, client_status, "/tmp/xmpp/Status", "Disabled")
 PARAMETER(XMPP_Connection_TLSEstablished, client_status, "/tmp/xmpp/TLSEstablished", "0")
@@ -75,7 +73,7 @@ HANDLER(XMPP_Connection_LastChangeDate) {
     // The client puts a blank between date and time; the file itself is mended.
     refresh("sed -i 's/ /T/g' /tmp/xmpp/LastChangeTime");
     const auto date = first_line_of_file("/tmp/xmpp/LastChangeTime", kLongest);
-    return GetArguments(args).answer(date.value_or("1997-07-01T00:00:00"));
+    return answer(args, date.value_or("1997-07-01T00:00:00"));
 }
 
 PARAMETER(XMPP_Connection_ServerNumberOfEntries, constant, "1")

@@ -65,7 +65,7 @@ HANDLER(IPPingDiagnostics_ProtocolVersion) {
     for (const auto& protocol : kProtocols) {
         if (stored == protocol.stored) name = protocol.name;
     }
-    return GetArguments(args).answer(name);
+    return answer(args, name);
 }
 
 HANDLER(IPPingDiagnostics_NumberOfRepetitions) {

@@ -26,7 +26,7 @@ bool shows_run_of(std::string_view tool, std::string_view line) {
         if (column >= kFixedColumns && !is_column(word)) break;
         word = next_word(line, position);
     }
-    if (is_named(word, "sh") && next_word(line, position) == "-c") word = next_word(line, position);
+    if (is_named(word, "sh"sv) && next_word(line, position) == "-c"sv) word = next_word(line, position);
     return is_named(word, tool);
 }
 

@@ -6,12 +6,12 @@
 namespace cwmp {
 namespace {
 
-constexpr const char* kDigits = "0123456789";
+constexpr std::string_view kDigits = "0123456789";
 
 bool has(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
 // The number-th field, counted from 1; empty when there are fewer.
-std::string_view field(std::string_view text, int number, std::string_view separators = " ") {
+std::string_view field(std::string_view text, int number, std::string_view separators = " "sv) {
     std::size_t position = 0;
     std::string_view found;
     while (number-- > 0) found = next_word(text, position, separators);
@@ -51,10 +51,10 @@ CellFact name(std::string_view line) {
 // "IEEE80211_MODE_11NG_HT20", where the fourth field is the standard and the fifth the width.
 void add_mode_facts(std::string_view line, ScanLine& result) {
     constexpr std::size_t kWidthDigits = 2;
-    const std::string_view mode = field(line, 4, "_");
+    const std::string_view mode = field(line, 4, "_"sv);
     std::string standards(mode.substr(leading(mode, kDigits).size()));
     result.facts[0] = fact("OperatingStandards", strlowr(standards.data()));
-    const std::string_view width = field(line, 5, "_");
+    const std::string_view width = field(line, 5, "_"sv);
     const std::size_t start = width.find_first_of(kDigits);
     if (start == std::string_view::npos) return;
     const std::string_view digits = leading(width.substr(start, kWidthDigits), kDigits);
@@ -80,10 +80,10 @@ CellFact ScanLog::rates(const std::string& line) {
 
 CellFact ScanLog::security(std::string_view line) {
     if (security_known_) {
-        return field(line, 2) == "WPA" ? CellFact{"SecurityMode", "WPA-WPA2"} : CellFact{};
+        return field(line, 2) == "WPA"sv ? CellFact{"SecurityMode", "WPA-WPA2"} : CellFact{};
     }
     security_known_ = true;
-    if (!has(line, "/")) return {"SecurityMode", "WPA"};
+    if (!has(line, "/"sv)) return {"SecurityMode", "WPA"};
     return fact("SecurityMode", field(after(line, '/'), 1));
 }
 
@@ -91,8 +91,8 @@ CellFact ScanLog::ciphers(std::string_view line) {
     if (ciphers_known_) return {};
     ciphers_known_ = true;
     const std::string_view list = after(line, ':');
-    const bool aes = has(list, "CCMP");
-    const bool tkip = has(list, "TKIP");
+    const bool aes = has(list, "CCMP"sv);
+    const bool tkip = has(list, "TKIP"sv);
     if (aes) return {"EncryptionMode", tkip ? "TKIP+AES" : "AES"};
     return tkip ? CellFact{"EncryptionMode", "TKIP"} : CellFact{};
 }
@@ -104,34 +104,34 @@ ScanLine ScanLog::read(const std::string& text) {
     const std::string_view unquoted = line.substr(0, line.find('"'));
     ScanLine result;
     CellFact& first = result.facts[0];
-    if (has(unquoted, "support scanning")) {
+    if (has(unquoted, "support scanning"sv)) {
         result.kind = ScanLine::Kind::kNoScanning;
-    } else if (field(line, 1) == "Cell") {
+    } else if (field(line, 1) == "Cell"sv) {
         return begin_cell(line);
     } else if (!in_cell_) {
         return result;
-    } else if (has(line, "ESSID")) {
+    } else if (has(line, "ESSID"sv)) {
         first = name(line);
-    } else if (has(line, "Mode")) {
+    } else if (has(line, "Mode"sv)) {
         first = fact("Mode", after(line, ':').substr(0, kLongestMode));
-    } else if (has(line, "Frequency")) {
+    } else if (has(line, "Frequency"sv)) {
         first = fact("Frequency", after(line, ':'));
-        result.facts[1] = fact("Channel", leading(field(line, 4), "123456789"));
-    } else if (has(line, "Signal level")) {
+        result.facts[1] = fact("Channel", leading(field(line, 4), "123456789"sv));
+    } else if (has(line, "Signal level"sv)) {
         first = fact("Quality", after(line, '='));
         result.facts[1] = fact("SignalStrength", negative_number(field(line, 3)));
         result.facts[2] = fact("Noise", negative_number(field(line, 6)));
-    } else if (has(line, "Mb/s")) {
+    } else if (has(line, "Mb/s"sv)) {
         first = rates(text);
-    } else if (has(line, "bcn_int")) {
+    } else if (has(line, "bcn_int"sv)) {
         first = fact("BeaconPeriod", after(line, '='));
-    } else if (has(line, "Version")) {
+    } else if (has(line, "Version"sv)) {
         first = security(line);
-    } else if (has(line, "Pairwise Ciphers")) {
+    } else if (has(line, "Pairwise Ciphers"sv)) {
         first = ciphers(line);
-    } else if (has(line, "phy_mode")) {
+    } else if (has(line, "phy_mode"sv)) {
         add_mode_facts(line, result);
-    } else if (has(line, "dtim_period")) {
+    } else if (has(line, "dtim_period"sv)) {
         first = fact("DTIMPeriod", after(line, '='));
     }
     return result;

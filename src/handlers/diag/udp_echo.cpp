@@ -66,9 +66,9 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
     if (op == CWMP_OP_GET) {
         const auto device = read_test(kEcho / "IfName");
         for (const auto& interface : kInterfaces) {
-            if (device == interface.device) return GetArguments(args).answer(interface.path);
+            if (device == interface.device) return answer(args, interface.path);
         }
-        return GetArguments(args).answer("");
+        return answer(args, "");
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr || !text_within(set.value(), kLongest)) return kRefused;
@@ -87,7 +87,7 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
     if (!stored) return kRefused;
     if (*stored != "0" && *stored != "1")
         return REFUSE("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n", stored->c_str());
-    return GetArguments(args).answer(*stored);
+    return answer(args, *stored);
 }
 
 HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {

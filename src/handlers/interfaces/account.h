@@ -13,6 +13,8 @@ struct Account {
     const char* option = nullptr;
     Check accepts = nullptr;
     bool secret = false;  // GET answers the empty text
+
+    constexpr ~Account() {}  // for size, as an Option has one
 };
 
 // GET answers what is kept for the type, whatever the WAN. A SET keeps the value for the type and, where the

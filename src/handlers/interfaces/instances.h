@@ -11,9 +11,9 @@ enum class Object { IpInterface, IpAddress, Ppp, L2tp, Pptp, EthernetLink, VlanT
 struct Instance {
     Object object;
     int number;
-    int stack;           // its id in the interface stack
-    const char* device;  // empty: none
-    const char* interface;
+    int stack;                             // its id in the interface stack
+    char device[sizeof "pppoe-internet"];  // empty: none
+    char interface[sizeof "internet"];
 };
 
 enum IpInterface {

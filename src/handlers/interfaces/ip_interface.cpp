@@ -2,6 +2,7 @@
 #include <string_view>
 
 #include "config/store.h"
+#include "core/text.h"
 #include "cwmp/wan.h"
 #include "handlers/blocks/accepts.h"
 #include "handlers/blocks/forward.h"
@@ -84,7 +85,7 @@ std::string addressing_type(const Instance& instance) {
 
 std::optional<std::string> settable_type(const char* value) {
     const std::string_view type = value;
-    if (type != "DHCP" && type != "Static") return std::nullopt;
+    if (type != "DHCP"sv && type != "Static"sv) return std::nullopt;
     return value;
 }
 

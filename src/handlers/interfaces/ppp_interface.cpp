@@ -17,8 +17,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers);
 namespace {
 
 // As the PPP connection of the WAN answers; a SET goes to the field of the group.
-int ppp_field(int op, Arguments args, Handler connection, const StagedField& field,
-              Caller caller = Caller::here()) {
+int ppp_field(int op, Arguments args, Handler connection, StagedField field, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return staged_instance(op, args, Object::Ppp, {{1, field}}, caller);
     return known_to_connection(op, args, Object::Ppp, connection, nullptr, caller);
 }

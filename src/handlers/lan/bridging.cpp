@@ -41,7 +41,7 @@ int set_internet_vlan(const SetArguments& set) {
 HANDLER(Layer2Bridging_Bridge_VLAN_VLANID) {
     if (op != CWMP_OP_GET) return set_internet_vlan(SetArguments(op, args));
     const auto identifier = read_option(kCustom / "internet_vid");
-    return identifier ? GetArguments(args).answer(*identifier) : kRefused;
+    return identifier ? answer(args, *identifier) : kRefused;
 }
 
 HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable) {

@@ -5,6 +5,7 @@
 #include "core/addresses.h"
 #include "core/handler.h"
 #include "core/refusal.h"
+#include "core/text.h"
 #include "cwmp/lan.h"
 #include "cwmp/platform.h"
 
@@ -21,15 +22,15 @@ std::optional<int> host_number(const int* locate) {
 }
 
 const char* missing(std::string_view field) {
-    if (field == "hostname" || field == "active") return "unkown";
-    if (field == "addresssource") return "None";
-    if (field == "iftype") return "Other";
+    if (field == "hostname"sv || field == "active"sv) return "unkown";
+    if (field == "addresssource"sv) return "None";
+    if (field == "iftype"sv) return "Other";
     return "";
 }
 
 std::string presented(std::string_view field, const std::string& stored) {
-    if (field == "mac") return canonical_mac(stored);
-    if (field != "iftype") return stored;
+    if (field == "mac"sv) return canonical_mac(stored);
+    if (field != "iftype"sv) return stored;
     if (stored == "802.11") return "Wi-Fi";
     return stored == "Ethernet" ? stored : "Other";
 }
@@ -50,7 +51,7 @@ int LANDevice_Hosts_Host_InfoGet(int op, va_list args, const char* field) {
 
 HANDLER(LANDevice_Hosts_HostNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
-    return GetArguments(args).answer(read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
+    return answer(args, read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
 }
 
 PARAMETER(LANDevice_Hosts_Host_IPAddress, LANDevice_Hosts_Host_InfoGet, "ip")

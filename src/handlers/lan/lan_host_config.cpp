@@ -18,8 +18,8 @@ constexpr Section kDhcpServer{"dhcp_server_sync", "settings"};
 constexpr const char* kNoServer = "0.0.0.0";
 
 // Answers from the store, where an unreadable option is a failure; a SET goes to the option's group.
-int grouped_option(int op, Arguments args, const OptionPath& at, const char* unreadable,
-                   const StagedField& field, Caller caller = Caller::here()) {
+int grouped_option(int op, Arguments args, const OptionPath& at, const char* unreadable, StagedField field,
+                   Caller caller = Caller::here()) {
     return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller)
                              : staged(op, args, field, caller);
 }
@@ -120,7 +120,7 @@ int _get_dns_server(char* value) {
 HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
     if (op == CWMP_OP_GET) {
         const auto servers = name_servers();
-        if (servers) return GetArguments(args).answer(*servers);
+        if (servers) return answer(args, *servers);
         return REFUSE(" get dns-server enable error\n\n");
     }
     const SetArguments set(op, args);

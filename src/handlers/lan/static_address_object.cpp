@@ -87,5 +87,5 @@ PARAMETER(DHCPv4_Server_Pool_StaticAddress, object, {add, remove, list})
 HANDLER(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
     const int count = __getInstanceMax(kReservations.package, kReservations.type);
-    return GetArguments(args).answer(std::to_string(count));
+    return answer(args, std::to_string(count));
 }

@@ -10,8 +10,8 @@ namespace {
 constexpr std::size_t kStateLimit = 29;
 
 struct State {
-    const char* reported;
-    const char* word;
+    char reported[18];
+    char word[15];
 };
 
 constexpr State kStates[] = {
@@ -49,7 +49,7 @@ std::optional<int> require_connection(const int* locate, Caller caller) {
 int connection_status(int op, Arguments args, const char* command, const char* cannot_start, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line({command, kStateLimit, cannot_start}, caller);
-    return line ? GetArguments(args).answer(word_of(*line)) : kRefused;
+    return line ? answer(args, word_of(*line)) : kRefused;
 }
 
 }  // namespace cwmp::wan

@@ -38,7 +38,7 @@ HANDLER(InterfaceStackNumberOfEntries) {
     if (op != CWMP_OP_GET) return kRefused;
     refreshIntfStacks();
     const auto shown = std::count_if(std::begin(intfStacks), std::end(intfStacks), is_shown);
-    return GetArguments(args).answer(std::to_string(shown));
+    return answer(args, std::to_string(shown));
 }
 
 PARAMETER(InterfaceStack_HigherLayer, layer, &cwmp_interface_stack_row::higher)

@@ -20,7 +20,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
     const auto enable = read_option(kInfo / "enable");
     const bool enabled =
         enable && (*enable == "1" || *enable == "on" || read_option(kInfo / "iptv_type") == "bridge");
-    return GetArguments(args).answer(enabled ? "1" : "0");
+    return answer(args, enabled ? "1" : "0");
 }
 
 PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType, iptv_field,

@@ -15,7 +15,7 @@ PARAMETER(NAT_InterfaceSetting_X_QM_FullconeNATEnabled, constant, "0")
 HANDLER(NAT_InterfaceSetting_Enable) {
     if (op != CWMP_OP_GET) return kRefused;
     const bool on = read_option({"nat", "nat_global", "enable"}) == "on";
-    return GetArguments(args).answer(on ? "1" : "0");
+    return answer(args, on ? "1" : "0");
 }
 
 HANDLER(NAT_InterfaceSetting_Status) {
@@ -24,7 +24,7 @@ HANDLER(NAT_InterfaceSetting_Status) {
         first_line({"ifconfig br-wan | grep MTU | awk '{print $1}'", kLongLine, "Failed to popen\n"})
             .value_or("");
     std::size_t position = 0;
-    return GetArguments(args).answer(next_word(line, position) == "UP" ? "Enabled" : "Disabled");
+    return answer(args, next_word(line, position) == "UP" ? "Enabled" : "Disabled");
 }
 
 namespace {
@@ -69,10 +69,10 @@ int set_dmz_enable(int op, Arguments args, Caller caller = Caller::here()) {
 HANDLER(NAT_X_QM_DmzHostCfg_Enable) {
     if (op != CWMP_OP_GET) return set_dmz_enable(op, args);
     const auto enable = read_reported(kDmz / "enable", "failed to find dmz config\n");
-    return GetArguments(args).answer(enable == "on" ? "1" : "0");
+    return answer(args, enable == "on" ? "1" : "0");
 }
 
 HANDLER(NAT_X_QM_DmzHostCfg_IPAddress) {
     if (op != CWMP_OP_GET) return set_dmz_address(op, args);
-    return GetArguments(args).answer(dmz_address().value_or(""));
+    return answer(args, dmz_address().value_or(""));
 }

@@ -192,5 +192,5 @@ HANDLER(NAT_PortMappingNumberOfEntries) {
     const std::string count = std::to_string(__getInstanceMax(kMappings.package, kMappings.type));
     const KeepBulkRead ours;
     write_option({kMappings.package, "nat", "PortMappingNumberOfEntries"}, count);
-    return GetArguments(args).answer(count);
+    return answer(args, count);
 }

@@ -40,12 +40,12 @@ HANDLER(WANDevice_X_QM_QoS_Enable) {
     constexpr OptionPath kEnable = kSettings / "enable";
     const auto stored = read_option(kEnable);
     if (op == CWMP_OP_GET) {
-        return GetArguments(args).answer(stored && *stored != "off" && *stored != "0" ? "1" : "0");
+        return answer(args, stored && *stored != "off" && *stored != "0" ? "1" : "0");
     }
     const SetArguments set(op, args);
     const std::string_view value = set.value() == nullptr ? "" : set.value();
-    if (value != "1" && value != "0") return kRefused;
-    const bool on = value == "1";
+    if (value != "1"sv && value != "0"sv) return kRefused;
+    const bool on = value == "1"sv;
     if (stored == (on ? "on" : "off")) return kDone;
     if (on ? !write_and_mark(kEnable, "on") : !write_option(kEnable, "off")) return kRefused;
     set.raise(CWMP_APPLY_QOS);

@@ -42,17 +42,17 @@ std::string mask_of(int prefix) {
 void fill_destination(cwmp_route& route, const std::string& word) {
     const auto slash = word.find('/');
     if (word == kDefault) {
-        copy_to_field(route.destination, "0.0.0.0");
-        copy_to_field(route.mask, "0.0.0.0");
-        copy_to_field(route.origin, "Static");
+        copy_to_field(route.destination, "0.0.0.0"sv);
+        copy_to_field(route.mask, "0.0.0.0"sv);
+        copy_to_field(route.origin, "Static"sv);
     } else if (slash != std::string::npos) {
         copy_to_field(route.destination, word.substr(0, slash));
         copy_to_field(route.mask, mask_of(decimal_prefix(word.c_str() + slash + 1)));
-        copy_to_field(route.origin, "DHCPv4");
+        copy_to_field(route.origin, "DHCPv4"sv);
     } else {
         copy_to_field(route.destination, word);
-        copy_to_field(route.mask, "255.255.255.255");
-        copy_to_field(route.origin, "IPCP");
+        copy_to_field(route.mask, "255.255.255.255"sv);
+        copy_to_field(route.origin, "IPCP"sv);
     }
 }
 
@@ -61,8 +61,8 @@ void fill_interface(cwmp_route& route, const std::string& line, const Wan& wan) 
         copy_to_field(route.origin, wan.origin());
         copy_to_field(route.interface, wan.bridge_interface());
     } else if (contains(line, "lan")) {
-        copy_to_field(route.origin, "Static");
-        copy_to_field(route.interface, "Device.IP.Interface.1.");
+        copy_to_field(route.origin, "Static"sv);
+        copy_to_field(route.interface, "Device.IP.Interface.1."sv);
     } else {
         const bool dialled = contains(line, "internet");
         copy_to_field(route.interface, dialled ? wan.interface : "Device.IP.Interface.2.");

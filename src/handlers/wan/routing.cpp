@@ -40,7 +40,7 @@ HANDLER(Routing_Router_IPv4ForwardingNumberOfEntries) {
     }
     const std::string count = pipe.line().value_or("");
     const bool too_many = decimal_prefix(count.c_str()) > CWMP_ROUTES;
-    return GetArguments(args).answer(too_many ? std::to_string(CWMP_ROUTES) : count);
+    return answer(args, too_many ? std::to_string(CWMP_ROUTES) : count);
 }
 
 PARAMETER(Routing_Router_IPv4Forwarding_Enable, constant, "1")

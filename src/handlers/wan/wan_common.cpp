@@ -28,5 +28,5 @@ HANDLER(WANDevice_WANEthernetInterfaceConfig_Status) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line({"cat /tmp/wanDetection", kLongLine, "Failed to get status\n"});
     if (!line) return kRefused;
-    return GetArguments(args).answer(*line == "1" ? "Up" : "NoLink");
+    return answer(args, *line == "1" ? "Up" : "NoLink");
 }

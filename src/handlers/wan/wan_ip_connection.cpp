@@ -157,8 +157,8 @@ HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_MACAddress) {
 HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_X_QM_IGMPProxyEnabled) {
     if (op == CWMP_OP_GET) {
         const auto stored = read_option({"iptv", "iptv", "igmp_enable"}).value_or("");
-        if (stored.starts_with("on")) return GetArguments(args).answer("1");
-        if (stored.starts_with("off")) return GetArguments(args).answer("0");
+        if (stored.starts_with("on")) return answer(args, "1");
+        if (stored.starts_with("off")) return answer(args, "0");
         return kRefused;
     }
     const SetArguments set(op, args);

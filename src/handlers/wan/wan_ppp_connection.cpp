@@ -35,7 +35,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE});
     const auto type = read_option(kWanType);
     if (!type) return REFUSE(" get pppoe enable error\n\n");
-    return GetArguments(args).answer(*type == "pppoe" ? "1" : "0");
+    return answer(args, *type == "pppoe" ? "1" : "0");
 }
 
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Username, account, {.at = kAccount / "username"})
@@ -45,7 +45,7 @@ PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Password, account,
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS});
     const auto servers = ppp_name_servers();
-    return servers ? GetArguments(args).answer(*servers) : kRefused;
+    return servers ? answer(args, *servers) : kRefused;
 }
 
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus) {
@@ -61,7 +61,7 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
                     kLongLine, "Failed to get pppoe uptime\n\n"})
             .value_or("");
     std::size_t position = 0;
-    return GetArguments(args).answer(leading_digits(std::string(next_word(line, position))));
+    return answer(args, leading_digits(std::string(next_word(line, position))));
 }
 
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_only_option,
@@ -70,8 +70,8 @@ PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_on
 namespace {
 
 struct Transport {
-    const char* type;
-    const char* word;
+    char type[6];
+    char word[6];
 };
 
 constexpr Transport kTransports[] = {
@@ -90,14 +90,14 @@ const char* transport_word(const OptionPath& at) {
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
     if (op != CWMP_OP_GET) return kRefused;
     const bool dialled = *transport_word(kWanType) != '\0';
-    return GetArguments(args).answer(dialled ? transport_word({"network_sync", "internet", "proto"}) : "");
+    return answer(args, dialled ? transport_word({"network_sync", "internet", "proto"}) : "");
 }
 
 int GetPPPoE_internet_info(int op, va_list args, const char* field) {
     if (op != CWMP_OP_GET) return kRefused;
     refresh(std::string(kCheckScript) + " pppoe_infoUpdate ");
     const auto known = read_option(Section{"check", "pppoe"} / field, kScratchStore);
-    return GetArguments(args).answer(known.value_or(""));
+    return answer(args, known.value_or(""));
 }
 
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress, GetPPPoE_internet_info, "ip")

@@ -41,7 +41,7 @@ HANDLER(WiFi_AccessPoint_SSIDAdvertisementEnabled) {
     constexpr OptionPath kHidden = kMainNetwork / "hidessid";
     if (op == CWMP_OP_GET) {
         const auto hidden = read_reported(kHidden, "get hidessid error\n\n");
-        return hidden ? GetArguments(args).answer(*hidden == "0" ? "1" : "0") : kRefused;
+        return hidden ? answer(args, *hidden == "0" ? "1" : "0") : kRefused;
     }
     return option(op, args, {.at = kHidden, .accepts = hidden_when_zero, .apply = CWMP_APPLY_WIRELESS},
                   {.unwritten = "set hidessid error\n\n"});

@@ -2,6 +2,7 @@
 // whole mesh.
 
 #include "core/file.h"
+#include "core/text.h"
 #include "cwmp/uci_access.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/mesh_script.h"
@@ -17,12 +18,12 @@ constexpr OptionPath kMode = {"sysmode", "sysmode", "mode"};
 // The value of a SET that takes "1" and "0"; nothing for any other.
 std::optional<bool> switch_value(const SetArguments& set) {
     const std::string_view value = set.value() == nullptr ? "" : set.value();
-    if (value != "0" && value != "1") return std::nullopt;
-    return value == "1";
+    if (value != "0"sv && value != "1"sv) return std::nullopt;
+    return value == "1"sv;
 }
 
 int main_network_switch(int op, Arguments args, const OptionPath& at, unsigned int apply) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(at) == "1" ? "1" : "0");
+    if (op == CWMP_OP_GET) return answer(args, read_option(at) == "1" ? "1" : "0");
     return option(op, args, {.at = at, .accepts = zero_or_one, .apply = apply});
 }
 
@@ -37,34 +38,34 @@ bool is_bound() {
 
 HANDLER(X_QM_MeshFeature_Sysmode_status) {
     if (op != CWMP_OP_GET) return kRefused;
-    return GetArguments(args).answer(read_option(kMode, kScratchStore).value_or("AP"));
+    return answer(args, read_option(kMode, kScratchStore).value_or("AP"));
 }
 
 HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
     if (op == CWMP_OP_GET) {
         const auto mode = read_option(kMode).value_or("AP");
-        if (mode == "AP") return GetArguments(args).answer("0");
-        return mode == "Router" ? GetArguments(args).answer("1") : kDone;
+        if (mode == "AP") return answer(args, "0");
+        return mode == "Router" ? answer(args, "1") : kDone;
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
     const std::string_view value = set.value();
     const auto mode = read_option(kMode);
     if (mode != "Router" && mode != "AP") return kRefused;
-    if (mode == "Router" && value == "0") {
+    if (mode == "Router" && value == "0"sv) {
         run(R"(echo '{"params":{"mode":"AP"}}' | opcli -o 0x40A1 >/dev/null 2>&1 &)");
     }
-    if (mode == "AP" && value == "1") {
+    if (mode == "AP" && value == "1"sv) {
         run(R"(echo '{"params":{"mode":"Router"}}' | opcli -o 0x40A1 >/dev/null 2>&1 &)");
     }
     return kDone;
 }
 
 HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer("0");
+    if (op == CWMP_OP_GET) return answer(args, "0");
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
-    if (std::string_view(set.value()) != "1") return kDone;
+    if (std::string_view(set.value()) != "1"sv) return kDone;
     // The controller itself is one of the devices counted.
     const auto devices = read_option({kMeshDevices, "info", "count"}, kScratchStore).value_or("0");
     if (devices != "0" && devices != "1") run_mesh_action("reboot_re");
@@ -73,7 +74,7 @@ HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
 
 HANDLER(X_QM_MeshFeature_LED_Status) {
     constexpr OptionPath kLeds = {"leds", "settings", "enable"};
-    if (op == CWMP_OP_GET) return GetArguments(args).answer(read_option(kLeds) == "on" ? "1" : "0");
+    if (op == CWMP_OP_GET) return answer(args, read_option(kLeds) == "on" ? "1" : "0");
     const auto on = switch_value(SetArguments(op, args));
     if (!on) return kRefused;
     const char* state = *on ? "on" : "off";
@@ -89,7 +90,7 @@ PARAMETER(X_QM_MESH_WIFI_WorkMode, read_only_option, {.at = {"repacd", "repacd",
 PARAMETER(X_QM_MESH_WIFI_NrdEnable, constant, "1")
 
 HANDLER(X_QM_Onboarding_Enable) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer(is_bound() ? "1" : "0");
+    if (op == CWMP_OP_GET) return answer(args, is_bound() ? "1" : "0");
     if (switch_value(SetArguments(op, args)) != true) return kRefused;
     if (is_bound()) return kDone;
     run_mesh_action("fap_enable");

@@ -42,7 +42,7 @@ int get_meshfeature_info(int op, va_list args, const char* option) {
     auto text = read_row(kMeshDevices, *device, option).value_or(is_uptime ? "" : " ");
     const bool is_address = std::strcmp(option, "mac") == 0 || std::strcmp(option, "parent_mac") == 0;
     if (is_address) adjustMacFmt(text.data(), 1, ':');
-    return GetArguments(args).answer(text);
+    return answer(args, text);
 }
 
 PARAMETER(X_QM_MeshFeature_HostNumberOfEntries, row_total, kMeshDevices, "count")
@@ -54,7 +54,7 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     // Makes the script bring the table up to date.
     refresh(std::string(kCheckScript) + " wps_status");
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";
-    return GetArguments(args).answer(busy ? "1" : "0");
+    return answer(args, busy ? "1" : "0");
 }
 
 PARAMETER(X_QM_MeshFeature_Host_WPS_Remaining_Time, get_meshfeature_info, "remaing_time")

@@ -15,21 +15,20 @@ std::optional<int> mesh_device(Arguments args, Caller caller) {
 int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto row = mesh_device(args, caller);
-    return row ? GetArguments(args).answer(text(*row)) : kRefused;
+    return row ? answer(args, text(*row)) : kRefused;
 }
 
 int row_option(int op, Arguments args, const RowOption& parameter, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto row = mesh_device(args, caller);
     if (!row) return kRefused;
-    return GetArguments(args).answer(
-        read_row(parameter.package, *row, parameter.option).value_or(parameter.missing));
+    return answer(args, read_row(parameter.package, *row, parameter.option).value_or(parameter.missing));
 }
 
 int row_total(int op, Arguments args, const char* package, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
     const OptionPath at{package, "info", option};
-    return GetArguments(args).answer(read_option(at, kScratchStore).value_or("0"));
+    return answer(args, read_option(at, kScratchStore).value_or("0"));
 }
 
 }  // namespace cwmp

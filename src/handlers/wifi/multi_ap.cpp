@@ -67,7 +67,7 @@ int radio_text(int op, Arguments args, std::string (*text)(const MeshRadio& radi
                Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto radio = mesh_radio(args, caller);
-    return radio ? GetArguments(args).answer(text(*radio)) : kRefused;
+    return radio ? answer(args, text(*radio)) : kRefused;
 }
 
 std::string bssid(const MeshRadio& radio) {
@@ -90,7 +90,7 @@ int client_option(int op, Arguments args, const char* option, Caller caller = Ca
     if (index < 1) return refuse(caller, kError, "locate error\n");
     const auto client = pick_row(clients_of(*radio), index);
     if (!client) return refuse(caller, kError, "locate[3] is wrong\n");
-    return GetArguments(args).answer(read_row(kMeshClients, *client, option).value_or(""));
+    return answer(args, read_row(kMeshClients, *client, option).value_or(""));
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_Status) {
     if (op != CWMP_OP_GET) return kRefused;
-    return GetArguments(args).answer(read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
+    return answer(args, read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {
@@ -39,7 +39,7 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {
             {.at = kGuestNetwork / "encryption", .accepts = beacon_type, .apply = CWMP_APPLY_WIRELESS});
     }
     const auto type = stored_beacon_type(kGuestNetwork);
-    return type ? GetArguments(args).answer(*type) : kDone;
+    return type ? answer(args, *type) : kDone;
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey) {

@@ -58,13 +58,13 @@ std::optional<bool> is_on(Section network, const Radio& radio) {
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
     if (op != CWMP_OP_GET) return set_switch(op, args, target, caller);
     const auto on = is_on(target.network, target.radio);
-    return on ? GetArguments(args).answer(flag(*on)) : kRefused;
+    return on ? answer(args, flag(*on)) : kRefused;
 }
 
 int band_status(int op, Arguments args, Section network, const Radio& radio) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto on = is_on(network, radio);
-    return on ? GetArguments(args).answer(*on ? "Up" : "Down") : kRefused;
+    return on ? answer(args, *on ? "Up" : "Down") : kRefused;
 }
 
 int network_status(int op, Arguments args) {

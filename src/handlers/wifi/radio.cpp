@@ -126,8 +126,7 @@ std::optional<std::string> on_when_one(const char* value) {
 int tuning_value(int op, Arguments args, const char* name, const char* not_stored,
                  Caller caller = Caller::here()) {
     if (op == CWMP_OP_GET) {
-        return GetArguments(args).answer(
-            read_reported(tuning(name), kTuningUnreadable, caller).value_or("0"));
+        return answer(args, read_reported(tuning(name), kTuningUnreadable, caller).value_or("0"));
     }
     return option(op, args, {.at = tuning(name), .apply = CWMP_APPLY_WIRELESS}, {.unwritten = not_stored},
                   caller);
@@ -144,7 +143,7 @@ HANDLER(WiFi_Radio_X_QM_ATFEnable) {
     constexpr OptionPath kFairness = tuning("airtime_fairness");
     if (op == CWMP_OP_GET) {
         const bool on = read_reported(kFairness, kTuningUnreadable).value_or("off") != "off";
-        return GetArguments(args).answer(on ? "1" : "0");
+        return answer(args, on ? "1" : "0");
     }
     return option(op, args,
                   {.at = kFairness,

@@ -15,7 +15,7 @@ struct Mode {
     const char* wpa3;
 };
 
-constexpr const char* kOpen = "None";
+constexpr std::string_view kOpen = "None";
 constexpr const char* kMixed = "WPA-WPA2-Personal";
 
 // What secures a network.
@@ -87,7 +87,7 @@ int security_mode_operate(int op, va_list args) {
 }
 
 int KeyPassphrase_operate(int op, va_list args, const char* section) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer("");
+    if (op == CWMP_OP_GET) return answer(args, "");
     const SetArguments set(op, args);
     if (set.value() == nullptr || section == nullptr) return kRefused;
     if (!write_option({"wifi", section, "password"}, set.value())) return kRefused;
@@ -96,6 +96,6 @@ int KeyPassphrase_operate(int op, va_list args, const char* section) {
 }
 
 int WEPKey_operate(int op, va_list args, const char* section) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer("");
+    if (op == CWMP_OP_GET) return answer(args, "");
     return SetArguments(op, args).value() != nullptr && section != nullptr ? kDone : kRefused;
 }

@@ -9,7 +9,7 @@ namespace cwmp {
 
 int accepted_constant(int op, Arguments args, const char* text) {
     if (op != CWMP_OP_GET) return SetArguments(op, args).value() == nullptr ? kRefused : kDone;
-    return text == nullptr ? kDone : GetArguments(args).answer(text);
+    return text == nullptr ? kDone : answer(args, text);
 }
 
 int refused_constant(int op, Arguments args, const char* text, const char* refusal, Caller caller) {

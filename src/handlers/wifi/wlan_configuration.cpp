@@ -41,7 +41,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
 ALIAS(LANDevice_WLANConfiguration_X_QM_PreSharedKey, LANDevice_WLANConfiguration_X_QM_Password)
 
 HANDLER(LANDevice_WLANConfiguration_BeaconType) {
-    if (op == CWMP_OP_GET) return GetArguments(args).answer(stored_beacon_type(kMainNetwork).value_or(""));
+    if (op == CWMP_OP_GET) return answer(args, stored_beacon_type(kMainNetwork).value_or(""));
     return option(op, args,
                   {.at = kMainNetwork / "encryption",
                    .accepts = beacon_type,

@@ -12,8 +12,8 @@ using namespace cwmp;
 namespace {
 
 struct Choice {
-    const char* value;
-    const char* stored;
+    char value[9];
+    char stored[8];
 };
 
 // What stands for a value; null for an unknown one.
@@ -33,19 +33,19 @@ std::optional<std::string> choose(const Choice (&choices)[count], const char* va
 }
 
 std::optional<std::string> transmit_step(const char* value) {
-    constexpr Choice kSteps[] = {{"100", "0"}, {"50", "2"}, {"30", "3"}};
+    static constexpr Choice kSteps[] = {{"100", "0"}, {"50", "2"}, {"30", "3"}};
     return choose(kSteps, value);
 }
 
 std::optional<std::string> bandwidth_2g(const char* value) {
-    constexpr Choice kModes[] = {{"20M", "HT20"}, {"20MHz", "HT20"}, {"20", "HT20"},
-                                 {"40M", "HT40"}, {"40MHz", "HT40"}, {"40", "HT40"}};
+    static constexpr Choice kModes[] = {{"20M", "HT20"}, {"20MHz", "HT20"}, {"20", "HT20"},
+                                        {"40M", "HT40"}, {"40MHz", "HT40"}, {"40", "HT40"}};
     return choose(kModes, value);
 }
 
 std::optional<std::string> bandwidth_5g(const char* value) {
-    constexpr Choice kWideModes[] = {{"80M", "HT80"},   {"80MHz", "HT80"},   {"80", "HT80"},
-                                     {"160M", "HT160"}, {"160MHz", "HT160"}, {"160", "HT160"}};
+    static constexpr Choice kWideModes[] = {{"80M", "HT80"},   {"80MHz", "HT80"},   {"80", "HT80"},
+                                            {"160M", "HT160"}, {"160MHz", "HT160"}, {"160", "HT160"}};
     const auto mode = bandwidth_2g(value);
     return mode ? mode : choose(kWideModes, value);
 }
@@ -73,7 +73,7 @@ HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
-        return GetArguments(args).answer(read_option(radio->at("channel")) == "0" ? "1" : "0");
+        return answer(args, read_option(radio->at("channel")) == "0" ? "1" : "0");
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
@@ -95,7 +95,7 @@ HANDLER(LANDevice_WLANConfiguration_Channel) {
         if (channel && channel->empty()) {
             channel = read_reported(radio->at("channel"), "Failed to get  ChannelInConfig\n");
         }
-        return channel ? GetArguments(args).answer(*channel) : kRefused;
+        return channel ? answer(args, *channel) : kRefused;
     }
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
@@ -146,12 +146,12 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
 PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported, constant, "25,50,100")
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
-    constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
+    static constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
     const auto* radio = radio_by_pair(locate_of(args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
         const char* percent = stored_form(kPercent, read_option(radio->at("tpscale")).value_or("0"));
-        if (percent != nullptr) return GetArguments(args).answer(percent);
+        if (percent != nullptr) return answer(args, percent);
         return REFUSE("transmit power config value invalid\n");
     }
     return option(op, args, {.at = radio->at("tpscale"), .accepts = transmit_step},
@@ -165,7 +165,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth) {
         const auto mode = read_reported(radio->device_at("htmode"), "get wifi  bandwidth error\n");
         if (!mode) return kRefused;
         const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
-        if (width) return GetArguments(args).answer(std::to_string(*width) + "MHz");
+        if (width) return answer(args, std::to_string(*width) + "MHz");
         return REFUSE("sscanf wifi  bandwidth error\n");
     }
     return option(op, args,
