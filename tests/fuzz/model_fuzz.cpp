@@ -281,7 +281,7 @@ class Caller {
         const auto handler = library_.find(node.handler);
         if (!handler) fail("no handler");
         alarm(kStepSeconds);
-        const bool is_read = op == CWMP_OP_GET || op == CWMP_OP_ADD;
+        const bool is_read = op == CWMP_OP_GET || (op == CWMP_OP_ADD && node.kind == Node::Kind::Table);
         if (!is_read) text[value.copy(text.data(), text.size() - 1)] = '\0';
         const int code =
             op == CWMP_OP_LIST  ? cwmp::call(handler, op, where.data(), text.data(), &capacity, &agent_)
