@@ -163,9 +163,10 @@ bool undo(const std::string& notes) {
 
 void keep_notes() { running.kept = true; }
 
-void end() {
-    if (!running.kept) cut_back(running.start > kFirst ? running.start : 0);
+bool end() {
+    const bool forgotten = running.kept || cut_back(running.start > kFirst ? running.start : 0);
     running = Running();
+    return forgotten;
 }
 
 bool Turn::take() {

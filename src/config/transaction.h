@@ -59,8 +59,8 @@ std::string notes();
 bool undo(const std::string& notes);
 // What could not be undone may be tried again: end() leaves the notes.
 void keep_notes();
-// Forgets the notes.
-void end();
+// Forgets the notes. False when they stay against all intent: who recovers undoes what they tell of.
+bool end();
 
 // The right to add or delete an instance: for its length no transaction of another process runs.
 class Turn {

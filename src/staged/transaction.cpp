@@ -35,7 +35,8 @@ bool stage_noted(const Object& object, transaction::NoteReader note, bool& silen
         std::string text = note.next();
         const bool changed = text.starts_with(kChanged);
         text.erase(0, 1);
-        if (!changed && told && object.fields[option].kind != Kind::enable) text = Record::revert(object).text(option);
+        if (!changed && told && object.fields[option].kind != Kind::enable)
+            text = Record::revert(object).text(option);
         if (object.fields[option].kind == Kind::enable) {
             staging.enable() = decimal_prefix(text.c_str());
         } else {
@@ -70,8 +71,7 @@ bool undo(unsigned int* flags) {
     const bool groups_undone = undo_groups(notes, flags, silent);
     if (notes.find("\nG\t") != std::string::npos) options_undone = transaction::undo(notes);
     if (!groups_undone && silent) transaction::keep_notes();
-    transaction::end();
-    return groups_undone && options_undone;
+    return transaction::end() && groups_undone && options_undone;
 }
 
 }  // namespace
@@ -101,9 +101,9 @@ int cwmp_transaction_begin(int wait_ms) {
 int cwmp_transaction_end(int keep, unsigned int* applyFlags) {
     if (!transaction::is_running()) return -1;
     if (keep == 0) return undo(applyFlags) ? 0 : -1;
-    transaction::end();
+    const bool forgotten = transaction::end();
     forget_groups();
-    return 0;
+    return forgotten ? 0 : -1;
 }
 
 int cwmp_transaction_recover(unsigned int* applyFlags) {
