@@ -162,4 +162,12 @@ TEST_F(AllOrNothing, IsUndoneWhereverItIsRefusedAndWhoeverIsKilled) {
     run("nowhere", nowhere, true);
 }
 
+TEST_F(AllOrNothing, CountsAWriteThatIsOverlookedAlone) {
+    remove_file("/etc/config/cwmp_local");
+    ASSERT_EQ(begin(), 0);
+    EXPECT_EQ(set("ManagementServer_URL", {}, "http://new/").code, -1);
+    EXPECT_EQ(end(0), 0);
+    expect_undone();
+}
+
 }  // namespace

@@ -52,6 +52,10 @@ int read_only_option(int op, Arguments args, const Option& parameter) {
     return op == CWMP_OP_GET ? get_option(args, parameter, {}, Caller::here()) : kRefused;
 }
 
+bool write_leniently(const OptionPath& at, const std::string& text) {
+    return write_option(at, text) || !transaction::is_running();
+}
+
 std::optional<std::string> read_reported(const OptionPath& at, const char* failure, Caller caller) {
     auto text = read_option(at);
     if (!text) refuse(caller, kError, "%s", failure);

@@ -38,6 +38,9 @@ int option(int op, Arguments args, const Option& parameter, const OptionEvents& 
 // GET alone.
 int read_only_option(int op, Arguments args, const Option& parameter);
 
+// A write of the live store whose failure a handler overlooks. Within a transaction it counts: false then.
+bool write_leniently(const OptionPath& at, const std::string& text);
+
 // An option of the live store; nothing, logged under the caller's name, when it cannot be read.
 std::optional<std::string> read_reported(const OptionPath& at, const char* failure,
                                          Caller caller = Caller::here());

@@ -64,21 +64,22 @@ int stun_setting(int op, Arguments args, const char* name, const char* missing, 
                    .write_failure_is_done = true});
 }
 
-// Marks what the agent must find after a restart. True when the mark was not there yet.
-bool mark_once(const OptionPath& at) {
-    if (read_option(at).value_or("0") != "0") return false;
-    write_option(at, "1");
-    return true;
+// Marks what the agent must find after a restart. must_save becomes true when the mark was not there yet.
+bool mark_once(const OptionPath& at, bool& must_save) {
+    if (read_option(at).value_or("0") != "0") return true;
+    must_save = true;
+    return write_leniently(at, "1");
 }
 
 int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller caller) {
     if (set.value() == nullptr) return kRefused;
     log_value(caller, "cwmp, URL val", set.value());
     const bool is_new = agent != nullptr && field(agent->acs_url) != set.value();
-    bool must_save = is_new && mark_once(kLocal / "reset_flag");
-    write_option(kInfo / "url", set.value());
+    bool must_save = false;
+    if (is_new && !mark_once(kLocal / "reset_flag", must_save)) return kRefused;
+    if (!write_leniently(kInfo / "url", set.value())) return kRefused;
+    if (!mark_once(kLocal / "ever_set", must_save)) return kRefused;
     set.raise(CWMP_APPLY_MANAGEMENT_SERVER);
-    must_save |= mark_once(kLocal / "ever_set");
     if (must_save) save_device_configuration();
     return kDone;
 }

@@ -18,10 +18,11 @@ struct OtherVlan {
     const char* evasive;  // where the internet VLAN has taken its identifier
 };
 
-void make_room(const OtherVlan& vlan, const char* taken) {
+bool make_room(const OtherVlan& vlan, const char* taken) {
     const auto stored = read_option(kCustom / vlan.option);
-    if (!stored || *stored == "0") write_option(kCustom / vlan.option, vlan.usual);
-    if (stored && *stored == taken) write_option(kCustom / vlan.option, vlan.evasive);
+    const bool unset = !stored || *stored == "0";
+    if (!unset && *stored != taken) return true;
+    return write_leniently(kCustom / vlan.option, unset ? vlan.usual : vlan.evasive);
 }
 
 int set_internet_vlan(const SetArguments& set) {
@@ -30,8 +31,8 @@ int set_internet_vlan(const SetArguments& set) {
     const int identifier = decimal_prefix(set.value());
     if (identifier < 2 || identifier > 4094) return kRefused;
     if (!write_option(kCustom / "internet_vid", set.value())) return kRefused;
-    make_room({"ipphone_vid", "20", "21"}, set.value());
-    make_room({"iptv_vid", "30", "31"}, set.value());
+    if (!make_room({"ipphone_vid", "20", "21"}, set.value())) return kRefused;
+    if (!make_room({"iptv_vid", "30", "31"}, set.value())) return kRefused;
     set.raise(CWMP_APPLY_IPTV);
     return kDone;
 }
