@@ -102,6 +102,7 @@ int Batch::set(const char* section, const char* option, const char* value) {
         return refuse_change();
     }
     if (!open(kSet)) return refuse_change();
+    changed_ = true;
     if (context_.set_option(section, option, value) == 0) return 0;
     log_event({kSet, __LINE__}, kError, "set fail, try to add section\n");
     if (const int result = context_.set_section(section, section); result != 0) {
@@ -122,6 +123,7 @@ int Batch::add_section(const char* section, const char* type) {
         return refuse_change();
     const char* directory = confdir_ == nullptr ? kLiveStore : confdir_;
     if (!ensure_package_file(directory, package_, kAdd) || !open(kAdd)) return refuse_change();
+    changed_ = true;
     const int result = context_.set_section(section, type);
     if (result == 0) return 0;
     log_event({kAdd, __LINE__}, kError, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, section, type,
@@ -144,6 +146,7 @@ int Batch::delete_section(const char* section, const char* type) {
                   package_, type, section);
         return 0;
     }
+    changed_ = true;
     const int result = context_.delete_section(section);
     if (result == 0) return 0;
     log_event({kDelete, __LINE__}, kError, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, type, section,
@@ -151,6 +154,9 @@ int Batch::delete_section(const char* section, const char* type) {
     return refuse_change();
 }
 
-bool Batch::commit(Caller caller) { return !refused_ && context_.commit(caller); }
+bool Batch::commit(Caller caller) {
+    // Where nothing was to be deleted, what other tools have staged stays staged.
+    return !refused_ && (!changed_ || context_.commit(caller));
+}
 
 }  // namespace cwmp

@@ -43,6 +43,7 @@ class Batch {
 
     const char* package_;
     const char* confdir_;
+    bool changed_ = false;
     bool refused_ = false;
     UciContext context_;
 };
