@@ -12,7 +12,11 @@ namespace {
 constexpr Section kEcho{kDiagnosticsPackage, "udpecho"};
 constexpr const char* kNever = "1970-01-01T00:00:00.000Z";
 
-bool is_known(int op) { return op == CWMP_OP_GET || op == CWMP_OP_APPLY; }
+// The stage pass is refused, but begins a transaction as that of any SET does.
+bool is_known(int op) {
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    return op == CWMP_OP_GET || op == CWMP_OP_APPLY;
+}
 
 int setting(int op, Arguments args, const Option& parameter) {
     return is_known(op) ? test_option(op, args, parameter) : kRefused;
@@ -91,7 +95,8 @@ HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
 }
 
 HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {
-    if (op == CWMP_OP_APPLY) return set_switch(op, args, "EchoPlusEnabled", 0);
+    if (!is_known(op)) return kRefused;
+    if (op != CWMP_OP_GET) return set_switch(op, args, "EchoPlusEnabled", 0);
     return test_result(op, args, kEcho / "EchoPlusEnabled", "1");
 }
 

@@ -6,7 +6,7 @@
 using namespace cwmp;
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = kGuestNetwork,

@@ -49,7 +49,7 @@ int set_standards(const SetArguments& set, const Radio& radio) {
 }  // namespace
 
 HANDLER(WiFi_Radio_OperatingStandards) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     return op == CWMP_OP_GET ? answer_standards(GetArguments(args), *radio)
                              : set_standards(SetArguments(op, args), *radio);

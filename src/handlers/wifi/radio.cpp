@@ -98,7 +98,7 @@ HANDLER(WiFi_Radio_MaxBitRate) {
 }
 
 HANDLER(WiFi_Radio_OperatingFrequencyBand) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) return constant(op, args, radio->frequency_band);
     const SetArguments set(op, args);

@@ -42,6 +42,11 @@ struct Network {
 
 // The instance numbers, whatever the operation.
 inline const int* locate_of(Arguments args) { return GetArguments(args).locate(); }
+// The same of a writable parameter, whose stage pass begins a transaction also where they are refused.
+inline const int* locate_of(int op, Arguments args) {
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    return locate_of(args);
+}
 
 // By the first two instance numbers: (1,1) and (1,0) are 2.4 GHz, (1,2) and (2,0) are 5 GHz; null for others.
 const Radio* radio_by_pair(const int* locate);

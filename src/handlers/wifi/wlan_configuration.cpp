@@ -61,7 +61,7 @@ HANDLER(LANDevice_WLANConfiguration_BSSID) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_Enable) {
-    const auto* network = network_by_number(locate_of(args)[0]);
+    const auto* network = network_by_number(locate_of(op, args)[0]);
     if (network == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = {"wifi", network->section},
@@ -72,7 +72,7 @@ HANDLER(LANDevice_WLANConfiguration_Enable) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
-    const auto* radio = radio_by_number(locate_of(args)[0]);
+    const auto* radio = radio_by_number(locate_of(op, args)[0]);
     if (radio == nullptr) return kRefused;
     return network_switch(op, args,
                           {.network = kMainNetwork,

@@ -70,7 +70,7 @@ void make_pair(int* locate) {
 }  // namespace
 
 HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
         return answer(args, read_option(radio->at("channel")) == "0" ? "1" : "0");
@@ -86,7 +86,7 @@ HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_Channel) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
         const auto command = formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'",
@@ -147,7 +147,7 @@ PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported, constant, "25
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
     static constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
         const char* percent = stored_form(kPercent, read_option(radio->at("tpscale")).value_or("0"));
@@ -159,7 +159,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth) {
-    const auto* radio = radio_by_pair(locate_of(args));
+    const auto* radio = radio_by_pair(locate_of(op, args));
     if (radio == nullptr) return kRefused;
     if (op == CWMP_OP_GET) {
         const auto mode = read_reported(radio->device_at("htmode"), "get wifi  bandwidth error\n");
