@@ -146,6 +146,8 @@ TEST_F(StoreSafety, StrangersNamesAreNotUsed) {
         fs::remove(kJournal);
     }
     EXPECT_EQ(text_of("/tmp/victim"), "kept");
+    ASSERT_EQ(mkfifo("/tmp/is_binded", 0600), 0);
+    EXPECT_EQ(get("X_QM_Onboarding_Enable").value, "0");
 }
 
 }  // namespace

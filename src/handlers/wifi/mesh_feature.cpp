@@ -1,7 +1,10 @@
 // X_QM_MeshFeature. but its hosts, X_QM_MultiMode., X_QM_MESH_WIFI. and X_QM_Onboarding.: features of the
 // whole mesh.
+#include <fcntl.h>
+#include <unistd.h>
 
-#include "core/file.h"
+#include "core/command.h"
+#include "core/descriptor.h"
 #include "core/text.h"
 #include "cwmp/uci_access.h"
 #include "handlers/blocks/option.h"
@@ -27,11 +30,12 @@ int main_network_switch(int op, Arguments args, const OptionPath& at, unsigned i
     return option(op, args, {.at = at, .accepts = zero_or_one, .apply = apply});
 }
 
-// Whether the unit is bound to a controller: the file's first number says so, whatever line it stands in.
+// Whether the unit is bound to a controller: the file's first number says so, whatever line it stands in. A pipe
+// that somebody has made in its place is not waited for.
 bool is_bound() {
-    const File file(std::fopen("/tmp/is_binded", "re"));
-    int number = 0;
-    return file != nullptr && std::fscanf(file.get(), "%d", &number) == 1 && number == 1;
+    const Descriptor file(open("/tmp/is_binded", O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    char text[kLongLine + 1] = "";
+    return file && read(file.get(), text, kLongLine) > 0 && decimal_prefix(text) == 1;
 }
 
 }  // namespace
