@@ -163,9 +163,10 @@ TEST_F(AllOrNothing, IsUndoneWhereverItIsRefusedAndWhoeverIsKilled) {
 }
 
 TEST_F(AllOrNothing, CountsAWriteThatIsOverlookedAlone) {
-    remove_file("/etc/config/cwmp_local");
+    for (const char* package : {"/etc/config/cwmp_local", "/etc/config/wifi"}) remove_file(package);
     ASSERT_EQ(begin(), 0);
     EXPECT_EQ(set("ManagementServer_URL", {}, "http://new/").code, -1);
+    EXPECT_EQ(set("LANDevice_WLANConfiguration_AutoChannelEnable", {1, 1}, "1").code, -1);
     EXPECT_EQ(end(0), 0);
     expect_undone();
 }

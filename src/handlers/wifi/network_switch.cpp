@@ -1,6 +1,7 @@
 #include "handlers/wifi/network_switch.h"
 
 #include "core/refusal.h"
+#include "handlers/blocks/option.h"
 
 namespace cwmp {
 namespace {
@@ -23,12 +24,13 @@ Bands stored_bands(Section network, const std::string& enable) {
             is_one_or_missing(network / kRadio5G.band_option)};
 }
 
-// What the store refuses is left as it is: the agent's re-apply works with what stands there.
-void store(const NetworkSwitch& target, const Bands& bands) {
-    write_option(target.network / "enable", flag(bands.any()));
-    if (bands.any() && target.replaces_default) write_option({"wifi", "default", "enable"}, "0");
-    write_option(target.network / kRadio2G.band_option, flag(bands.on_2g));
-    write_option(target.network / kRadio5G.band_option, flag(bands.on_5g));
+// Alone, what the store refuses is left as it is: the agent's re-apply works with what stands there.
+bool store(const NetworkSwitch& target, const Bands& bands) {
+    const bool ends_default = bands.any() && target.replaces_default;
+    return write_leniently(target.network / "enable", flag(bands.any())) &&
+           (!ends_default || write_leniently({"wifi", "default", "enable"}, "0")) &&
+           write_leniently(target.network / kRadio2G.band_option, flag(bands.on_2g)) &&
+           write_leniently(target.network / kRadio5G.band_option, flag(bands.on_5g));
 }
 
 int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
@@ -42,7 +44,7 @@ int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller calle
     if (value != "0" && value != "1") return kRefused;
     bands[target.radio] = value == "1";
     if (!bands.any() && !target.can_be_all_off) return kRefused;
-    store(target, bands);
+    if (!store(target, bands)) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }

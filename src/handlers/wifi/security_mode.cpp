@@ -3,6 +3,7 @@
 
 #include "core/text.h"
 #include "cwmp/wireless.h"
+#include "handlers/blocks/option.h"
 #include "handlers/wifi/selection.h"
 #include "platform/profile.h"
 
@@ -55,7 +56,7 @@ bool store_mode(Section network, std::string_view name) {
     if (name == kOpen) {
         return write_option(network / "encryption", "0") && write_option(network / "enc_type", "none");
     }
-    write_option(network / "encryption", "1");
+    if (!write_leniently(network / "encryption", "1")) return false;
     const Mode* mode = find_mode(name, &Mode::name);
     // The profile may list modes that only secure the network.
     if (mode == nullptr) return true;

@@ -18,10 +18,8 @@ HANDLER(WiFi_SSID_SSID) {
     if (network == nullptr) return option(op, args, {.at = {}, .apply = CWMP_APPLY_WIRELESS});
     const int result = option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
                               {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
-    if (op != CWMP_OP_GET && result == kDone && network->is_guest()) {
-        write_option(network->at("usr_set"), "1");
-    }
-    return result;
+    if (op == CWMP_OP_GET || result != kDone || !network->is_guest()) return result;
+    return write_leniently(network->at("usr_set"), "1") ? kDone : kRefused;
 }
 
 PARAMETER(WiFi_SSID_Status, network_status)

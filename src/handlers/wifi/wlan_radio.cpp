@@ -79,7 +79,7 @@ HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
     if (set.value() == nullptr) return kRefused;
     // Only a channel that is set ends the automatic choice.
     if (std::string_view(set.value()) != "1") return kDone;
-    write_option(radio->at("channel"), "0");
+    if (!write_leniently(radio->at("channel"), "0")) return kRefused;
     revert_staged_channel(*radio);
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
