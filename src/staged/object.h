@@ -12,10 +12,10 @@ namespace cwmp::staged {
 enum class Kind : std::uint8_t { text, enable };
 
 struct Field {
-    const char* key;       // in the JSON that the check script is handed
-    std::uint16_t offset;  // in the record
-    std::uint16_t width;   // bytes
-    std::uint16_t kept;    // characters of a value
+    const char* key = "";      // in the JSON that the check script is handed
+    std::uint16_t offset = 0;  // in the record
+    std::uint16_t width = 0;   // bytes
+    std::uint16_t kept = 0;    // characters of a value
     Kind kind = Kind::text;
 };
 

@@ -176,6 +176,18 @@ void write_facts(const std::filesystem::path& file, const World& world, const Wo
     page.finish();
 }
 
+// The row of a parameter that differs from what it is in the first world; nothing where it is the same.
+std::string row_elsewhere(const Finding& finding, const Finding* before) {
+    const bool same_value = before && before->value == finding.value;
+    const bool same_set = before && before->stored == finding.stored &&
+                          before->services == finding.services && before->group == finding.group;
+    if (same_value && same_set) return {};
+    std::string set = finding.stored.empty() ? "nothing" : code(finding.stored);
+    if (!finding.services.empty()) set += "; " + finding.services;
+    return "| `" + finding.path + "` | " + (same_value ? "same" : code(finding.value)) + " | " +
+           (same_set ? "" : set) + " |\n";
+}
+
 void write_elsewhere(const std::filesystem::path& file, const World& first,
                      const std::vector<World>& others) {
     Page page(file);
@@ -191,15 +203,7 @@ void write_elsewhere(const std::filesystem::path& file, const World& first,
         for (const Finding& finding : world.findings) {
             here[finding.path] = true;
             const auto entry = known.find(finding.path);
-            const Finding* before = entry == known.end() ? nullptr : entry->second;
-            const bool same_value = before && before->value == finding.value;
-            const bool same_set = before && before->stored == finding.stored &&
-                                  before->services == finding.services && before->group == finding.group;
-            if (same_value && same_set) continue;
-            std::string set = finding.stored.empty() ? "nothing" : code(finding.stored);
-            if (!finding.services.empty()) set += "; " + finding.services;
-            page << "| `" + finding.path + "` | " + (same_value ? "same" : code(finding.value)) + " | " +
-                        (same_set ? "" : set) + " |\n";
+            page << row_elsewhere(finding, entry == known.end() ? nullptr : entry->second);
         }
         for (const Finding& finding : first.findings) {
             if (!here.contains(finding.path) && !finding.path.ends_with('.'))

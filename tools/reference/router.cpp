@@ -77,7 +77,7 @@ Outcome Router::get(const Node& node, const std::vector<int>& numbers) {
     if (!handler) throw Failure{node.path, kInternalError, Exit::Unusable, "no handler " + node.handler};
     Locate locate = locate_of(node, numbers);
     std::vector<char> value(CWMP_VALUE_SIZE);
-    std::strcpy(value.data(), kUntouched);
+    kUntouched.copy(value.data(), kUntouched.size());
     begin();
     outcome.code = call(handler, CWMP_OP_GET, locate.data(), value.data(), state_);
     value.back() = '\0';
@@ -131,7 +131,7 @@ Outcome Router::add(const Node& table, const std::vector<int>& outer) {
     Outcome outcome;
     Locate locate = locate_of(table, outer);
     std::vector<char> number(CWMP_VALUE_SIZE);
-    std::strcpy(number.data(), kUntouched);
+    kUntouched.copy(number.data(), kUntouched.size());
     begin();
     outcome.code =
         call(library_.find(table.handler), CWMP_OP_ADD, locate.data(), number.data(), &outcome.flags, state_);

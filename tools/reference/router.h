@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "library.h"
@@ -24,7 +25,7 @@ struct Outcome {
     watch::Seen seen;
 };
 
-inline constexpr const char* kUntouched = "~untouched~";
+inline constexpr std::string_view kUntouched = "~untouched~";
 
 // The library in its router. Each call meets the router as it was when this was made, and leaves it so.
 class Router {

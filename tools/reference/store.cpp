@@ -63,7 +63,7 @@ std::vector<Line> lines_of(const std::string& text) {
             add(text[++at]);
         } else if (quote ? letter == quote : letter == '\'' || letter == '"') {
             add(0);
-            quote = quote ? 0 : letter;
+            quote = quote ? '\0' : letter;
         } else if (quote || (letter != ' ' && letter != '\t' && letter != '\n')) {
             add(letter);
         } else {

@@ -118,8 +118,8 @@ class Groups {
 
 class Subject {
   public:
-    Subject(Router& router, const Node& node, const std::vector<int>& numbers, Depth depth)
-        : router_(router), node_(node), numbers_(numbers), depth_(depth) {
+    Subject(Router& router, const Node& node, const std::vector<int>& numbers)
+        : router_(router), node_(node), numbers_(numbers) {
         finding_.path = concrete_path(node.path, numbers);
         finding_.model = node.path;
     }
@@ -320,7 +320,6 @@ class Subject {
     Router& router_;
     const Node& node_;
     const std::vector<int>& numbers_;
-    Depth depth_;
     Finding finding_;
     std::string value_;   // that GET answers
     std::string sample_;  // a valid value that SET takes, if possible one that changes something
@@ -333,7 +332,7 @@ class Subject {
 
 Finding examine(Router& router, const Node& node, const std::vector<int>& numbers,
                 const std::vector<std::vector<int>>& known, Depth depth) {
-    Subject subject(router, node, numbers, depth);
+    Subject subject(router, node, numbers);
     subject.read();
     if (depth == Depth::Glance) return subject.finding();
     // Which of the instances this is, at the level where it is furthest from the first.

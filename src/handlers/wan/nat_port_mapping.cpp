@@ -18,7 +18,7 @@ namespace {
 using Text = std::optional<std::string>;
 
 struct Change {
-    const char* value;
+    const char* value = "";
     const NumberedSection& mapping;
     Caller caller;
 };
