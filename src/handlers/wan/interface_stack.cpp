@@ -2,6 +2,7 @@
 #include "cwmp/interface_stack.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 #include <string>
 

@@ -28,8 +28,8 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {
                                .apply = CWMP_APPLY_WIRELESS,
                                .write_failure_is_done = true},
                               {.unreadable = "get ssid error\n\n"});
-    if (op != CWMP_OP_GET && result == kDone) write_option(kGuestNetwork / "usr_set", "1");
-    return result;
+    if (op == CWMP_OP_GET || result != kDone) return result;
+    return write_leniently(kGuestNetwork / "usr_set", "1") ? kDone : kRefused;
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {

@@ -86,7 +86,8 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, {.at = kDefaultNetwork});
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
-    if (read_option(kDefaultNetwork) != set.value()) write_option(kDefaultNetwork, set.value());
+    if (read_option(kDefaultNetwork) != set.value() && !write_leniently(kDefaultNetwork, set.value()))
+        return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }
