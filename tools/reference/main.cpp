@@ -139,12 +139,22 @@ void look_at_nothing(const std::string& instances, const std::string& directory)
     save({"nothing", std::move(world.findings)}, directory + "/nothing.findings");
 }
 
-// reference try DIRECTORY WORLD...: inside a router root; the first world is looked at in full.
-void try_worlds(const std::string& directory, const std::vector<std::string>& worlds) {
+void prepare() {
     // The library prints traces there.
     if (!std::freopen("/dev/null", "w", stdout))
         throw Failure{"/dev/null", kNoFault, Exit::Unusable, "not there"};
     keep_files_in_memory();
+}
+
+// reference glance DIRECTORY WORLD: inside the router root of that world.
+void glance(const std::string& directory, const std::string& world) {
+    prepare();
+    in_a_process([&] { look(world, Depth::Brief, directory); });
+}
+
+// reference try DIRECTORY WORLD...: inside a router root; the first world is looked at in full.
+void try_worlds(const std::string& directory, const std::vector<std::string>& worlds) {
+    prepare();
     const Files files = read_files();
     for (const std::string& world : worlds) {
         if (std::system(("/usr/lib/router/wan-type " + world).c_str()) != 0) {
@@ -166,12 +176,15 @@ int main(int argc, char** argv) {
     try {
         if (arguments.size() >= 3 && arguments[0] == "try") {
             cwmp::try_worlds(arguments[1], {arguments.begin() + 2, arguments.end()});
+        } else if (arguments.size() == 3 && arguments[0] == "glance") {
+            cwmp::glance(arguments[1], arguments[2]);
         } else if (arguments.size() >= 4 && arguments[0] == "write") {
             cwmp::write_pages(arguments[1], arguments[2], {arguments.begin() + 3, arguments.end()});
         } else {
-            std::fprintf(
-                stderr,
-                "usage: reference try DIRECTORY WORLD...\n       reference write MODEL DOCS FINDINGS...\n");
+            std::fprintf(stderr,
+                         "usage: reference try DIRECTORY WORLD...\n"
+                         "       reference glance DIRECTORY WORLD\n"
+                         "       reference write MODEL DOCS FINDINGS...\n");
             return 2;
         }
     } catch (const cwmp::Failure& failure) {

@@ -254,7 +254,7 @@ void write_deviations(const std::filesystem::path& file, const std::vector<const
             page << "- " + world->name + ": `" + finding.path + "`: " + finding.misfit + "\n";
         }
     }
-    if (none) page << "None, with any kind of WAN.\n";
+    if (none) page << "None, with any kind of WAN and in the extender.\n";
     page << "\n## Writing back what a GET shows\n\nIt changes nothing, and is done, but for these. Secrets "
             "are left "
             "out: they are never shown.\n\n| Router | Path | What happens |\n|---|---|---|\n";

@@ -19,6 +19,7 @@ struct Option {
 
     // For size: with a destructor one is built from instructions. Without, it is copied from a template, whose
     // pointers take a relocation each.
+    // NOLINTNEXTLINE(modernize-use-equals-default)
     constexpr ~Option() {}
 };
 
@@ -28,6 +29,7 @@ struct OptionEvents {
     const char* refused = nullptr;     // the value does not pass the check
     const char* unwritten = nullptr;   // the store refuses the write
 
+    // NOLINTNEXTLINE(modernize-use-equals-default)
     constexpr ~OptionEvents() {}  // as above
 };
 

@@ -14,6 +14,7 @@ struct Account {
     Check accepts = nullptr;
     bool secret = false;  // GET answers the empty text
 
+    // NOLINTNEXTLINE(modernize-use-equals-default)
     constexpr ~Account() {}  // for size, as an Option has one
 };
 
