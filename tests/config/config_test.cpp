@@ -42,11 +42,11 @@ TEST_F(Config, TypesOfSections) {
         const std::string type = std::string("a") + static_cast<char>(c) + 'b';
         package("nat", "config kept 'kept'\n");
         if (FROM_LIBRARY(uciRawAddSectionBypath)("nat", "box", type.c_str(), nullptr) == 0) {
-            EXPECT_EQ(section_type("nat.box"), type);
+            EXPECT_EQ(option("nat.box"), type);
         } else if (c > ' ' && c <= '~') {
             refused += static_cast<char>(c);
         }
-        EXPECT_EQ(section_type("nat.kept"), "kept") << type;
+        EXPECT_EQ(option("nat.kept"), "kept") << type;
     }
     EXPECT_EQ(refused, "\"#';\\");
 }

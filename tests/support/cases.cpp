@@ -3,25 +3,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 
 #include "router_test.h"
 #include "rows.h"
-
-using rows::Words;
 
 namespace {
 
 constexpr const char* kDirectory = "/usr/share/router/cases";
 constexpr std::size_t kWidth = 115;
-constexpr const char* kCalls[] = {"get ",    "set ",         "stage ",  "check ",  "apply ",
-                                  "passes ", "add ",         "delete ", "list ",   "call ",
-                                  "text ",   "transaction ", "do ",     "starved "};
-
-bool is_call(const std::string& line) {
-    return std::any_of(std::begin(kCalls), std::end(kCalls),
-                       [&](const char* verb) { return line.starts_with(verb); });
-}
 
 struct Line {
     std::string text;      // of a call: without what it told
@@ -34,6 +23,33 @@ struct Case {
     std::vector<Line> lines;
 };
 
+class CaseTest : public RouterTest {
+  public:
+    CaseTest(std::vector<Line>& start, std::vector<Line>& own) : start_(start), own_(own) {}
+
+    void TestBody() override {
+        for (auto* lines : {&start_, &own_}) {
+            for (Line& line : *lines) {
+                if (line.text.empty() || line.text[0] == '#') continue;
+                if (!is_call(line.text)) {
+                    world(line.text);
+                } else if (const std::string now = told(line.text); renew) {
+                    line.expected = now;
+                } else {
+                    EXPECT_EQ(now, line.expected) << line.text;
+                }
+            }
+        }
+    }
+
+    using RouterTest::is_call;
+    static inline bool renew = false;
+
+  private:
+    std::vector<Line>& start_;
+    std::vector<Line>& own_;
+};
+
 std::vector<Case> read_cases(const std::filesystem::path& path) {
     std::vector<Case> cases(1);
     std::ifstream stream(path);
@@ -44,9 +60,8 @@ std::vector<Case> read_cases(const std::filesystem::path& path) {
         } else if (line.starts_with("    ") && !lines.empty()) {
             lines.back().expected += (lines.back().expected.empty() ? "" : " ") + rows::trim(line);
         } else {
-            const auto arrow = is_call(line) ? line.find(" =>") : std::string::npos;
-            lines.push_back({line.substr(0, arrow),
-                             arrow == std::string::npos ? "" : rows::trim(line.substr(arrow + 3))});
+            const std::string call = CaseTest::is_call(line) ? rows::take_until(line, " =>") : "";
+            lines.push_back(call.empty() ? Line{line, ""} : Line{call, rows::trim(line)});
         }
     }
     return cases;
@@ -54,85 +69,41 @@ std::vector<Case> read_cases(const std::filesystem::path& path) {
 
 // A row, broken between calls where it is too long, and within a call that is too long.
 std::string written(const Line& line) {
-    if (!is_call(line.text)) return line.text + "\n";
-    std::string text, current = line.text + " =>";
-    const auto add = [&](const std::string& piece) {
-        if (current.size() + 1 + piece.size() > kWidth) {
-            text += current + "\n";
-            current = "   ";
-        }
-        current += " " + piece;
-    };
-    std::string mark;
+    if (!CaseTest::is_call(line.text)) return line.text + "\n";
+    std::string text, current = line.text + " =>", mark;
     for (const auto& told : rows::split(line.expected, " / ")) {
-        if (told.size() + 6 <= kWidth) {
-            add(mark + told);
-        } else {
-            for (const auto& part : rows::split(told, " | ")) {
-                add(mark + part);
-                mark = "| ";
+        const bool fits = told.size() + 6 <= kWidth;
+        for (const auto& part : fits ? Texts{told} : rows::split(told, " | ")) {
+            if (current.size() + 1 + mark.size() + part.size() > kWidth) {
+                text += current + "\n";
+                current = "   ";
             }
+            current += " " + mark + part;
+            mark = "| ";
         }
         mark = "/ ";
     }
     return text + current + "\n";
 }
 
-class CaseTest : public RouterTest {
-  public:
-    CaseTest(std::vector<Line>& start, Case& own) : start_(start), own_(own) {}
-
-    void TestBody() override {
-        for (auto* lines : {&start_, &own_.lines}) {
-            for (Line& line : *lines) {
-                if (line.text.empty() || line.text[0] == '#') continue;
-                if (!is_call(line.text)) {
-                    if (line.text.starts_with("use "))
-                        use(line.text.substr(4));
-                    else
-                        world(line.text);
-                    continue;
-                }
-                const std::string now = told(line.text);
-                if (renew)
-                    line.expected = now;
-                else
-                    EXPECT_EQ(now, line.expected) << line.text;
-            }
-        }
-    }
-
-    static bool renew;
-
-  private:
-    // A world that several files have in common.
-    void use(const std::string& name) {
-        for (const auto& line : rows::split(text_of(kDirectory + ("/" + name) + ".world").value_or(""), "\n"))
-            world(line);
-    }
-
-    std::vector<Line>& start_;
-    Case& own_;
-};
-bool CaseTest::renew = false;
-
 }  // namespace
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     CaseTest::renew = argc > 1 && std::string(argv[1]) == "--renew";
-    std::map<std::string, std::vector<Case>> files;
+    std::map<std::filesystem::path, std::vector<Case>> files;
     std::error_code none;
     for (const auto& entry : std::filesystem::directory_iterator(kDirectory, none))
         if (entry.path().extension() == ".cases") files[entry.path()] = read_cases(entry.path());
     for (auto& [path, cases] : files) {
-        const std::string suite = std::filesystem::path(path).stem();
-        for (std::size_t i = 1; i < cases.size(); ++i) {
-            std::string name = cases[i].title;
+        for (Case& each : cases) {
+            if (each.title.empty()) continue;
+            std::string name = each.title;
             std::replace(name.begin(), name.end(), ' ', '_');
-            testing::RegisterTest(
-                suite.c_str(), name.c_str(), nullptr, nullptr, path.c_str(), 0,
-                [&cases, i]() -> RouterTest* { return new CaseTest(cases[0].lines, cases[i]); });
+            testing::RegisterTest(path.stem().c_str(), name.c_str(), nullptr, nullptr, path.c_str(), 0,
+                                  [&start = cases[0].lines, &own = each.lines]() -> RouterTest* {
+                                      return new CaseTest(start, own);
+                                  });
         }
     }
     const int result = RUN_ALL_TESTS();

@@ -2,9 +2,8 @@
 // loaded in it as the agent loads it.
 //
 //     TEST_F(DeviceInfo, ModelComesFromTheFirmwareTool) {
-//         answer("fwinfo MODEL", "KX-AX3000\n");
-//         EXPECT_EQ(get("DeviceInfo_ModelName").value, "KX-AX3000");
-//         EXPECT_THAT(commands(), ElementsAre("fwinfo MODEL"));
+//         world("answer fwinfo MODEL: KX-AX3000\\n");
+//         EXPECT_EQ(told("get DeviceInfo_ModelName"), "KX-AX3000 | $ fwinfo MODEL");
 //     }
 #pragma once
 
@@ -32,7 +31,6 @@ using Locate = std::array<int, CWMP_LOCATE_SIZE>;
 
 inline constexpr const char* kLive = "/etc/config";
 inline constexpr const char* kScratch = "/tmp/tr069";
-inline constexpr const char* kProfile = "/etc/profile.d";
 
 // What an output buffer holds before a call, so that "left untouched" differs from "made empty".
 inline constexpr const char* kUntouched = "(untouched)";
@@ -45,68 +43,62 @@ class RouterTest : public ::testing::Test {
   public:
     struct Result {
         int code = 0;
-        std::string value;   // GET: the buffer; SET: the text passed in, as it is afterwards
-        unsigned flags = 0;  // the apply-flags word after a SET
+        std::string value;   // of a GET or ADD the buffer, otherwise the text passed in, as it is afterwards
+        unsigned flags = 0;  // the apply-flags word
         Locate locate{};     // as the handler left it
+        std::vector<uint32_t> numbers;  // of a LIST
     };
 
   protected:
     void SetUp() override;
     void TearDown() override;
 
-    // The world: what a test wants other than a bare router.
-
-    // A package file, word for word.
-    static void package(const std::string& name, const std::string& text,
-                        const std::string& directory = kLive);
-    // One option, "package.section.option"; a missing section gets its own name as type.
-    static void store(const std::string& option, const std::string& value,
-                      const std::string& directory = kLive);
-    // Several of one package, written once.
-    using Options = std::vector<std::pair<std::string, std::string>>;
-    static void store(const std::string& directory, const Options& options);
-    // One option of the device profile, "section.option".
-    static void profile(const std::string& option, const std::string& value);
-    // A section, "package.section"; the package is made if need be.
-    static void add_section(const std::string& section, const std::string& type,
-                            const std::string& directory = kLive);
-    // "package.section" or "package.section.option".
-    static void erase(const std::string& what, const std::string& directory = kLive);
-    // What a device tool prints for a command line such as "fwinfo MODEL", and its exit status.
-    static void answer(const std::string& command, const std::string& text, int status = 0);
-    // Any other file, directories included; taken back after the test.
-    void file(const std::string& path, const std::string& text);
-    void remove_file(const std::string& path);
-
-    // Calls, through the agent's variable-argument lists.
-
-    Result get(const char* handler, Locate locate = {});
-    Result set(const char* handler, Locate locate, const std::string& value, int op = CWMP_OP_APPLY,
-               unsigned flags = 0);
-
-    // Object handlers.
-    Result add_instance(const char* handler, Locate locate = {});  // value is the new number
-    Result delete_instance(const char* handler, Locate locate, const std::string& number);
-    // The numbers; nothing when the handler refuses. capacity is what the agent can take.
-    std::optional<std::vector<uint32_t>> list_instances(const char* handler, Locate locate = {},
-                                                        uint32_t capacity = 32);
-
-    // A row of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
+    // Rows of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
     // one text. effects() tells the same of any code; its own result comes first.
     void world(const std::string& line);
     std::string told(const std::string& row);
     std::string effects(const std::function<std::string()>& call);
+    static bool is_call(const std::string& row);
 
-    // What the calls left behind.
+    // The world, where a row is no good: a package file word for word, one option, any other file.
+    void package(const std::string& name, const std::string& text, const std::string& directory = kLive) {
+        file(directory + "/" + name, text);
+    }
+    static void store(const std::string& option, const std::string& value,
+                      const std::string& directory = kLive);
+    static void profile(const std::string& name, const std::string& value) {
+        store("profile." + name, value, "/etc/profile.d");
+    }
+    void file(const std::string& path, const std::string& text);  // taken back after the test
+    void remove_file(const std::string& path);
+    // What a device tool prints for a command line such as "fwinfo MODEL", and its exit status.
+    static void answer(const std::string& command, const std::string& text, int status = 0);
+    // Sets the log threshold and the system-log switch as the agent does.
+    void level(int level, int syslog = 0);
 
-    // A committed option, "package.section.option", read by libuci itself; nothing for a list or a missing
-    // one.
-    static std::optional<std::string> option(const std::string& option, const std::string& directory = kLive);
-    // A section's type, "package.section".
-    static std::optional<std::string> section_type(const std::string& section,
-                                                   const std::string& directory = kLive);
-    // A file's text; nothing when there is no such file.
-    static std::optional<std::string> text_of(const std::string& path);
+    // A handler's call through the agent's variable-argument list. Without value it is a null pointer; a LIST
+    // takes so many numbers.
+    Result handle(int op, const std::string& handler, Locate locate = {},
+                  const std::optional<std::string>& value = "", unsigned flags = 0);
+    Result get(const std::string& handler, Locate locate = {}) {
+        return handle(CWMP_OP_GET, handler, locate);
+    }
+    Result set(const std::string& handler, Locate locate, const std::string& value, int op = CWMP_OP_APPLY) {
+        return handle(op, handler, locate, value);
+    }
+    Result add_instance(const std::string& handler, Locate locate = {}) {
+        return handle(CWMP_OP_ADD, handler, locate);
+    }
+    Result delete_instance(const std::string& handler, Locate locate, const std::string& number) {
+        return handle(CWMP_OP_DELETE, handler, locate, number);
+    }
+
+    // What is there. A committed option or a section's type.
+    static std::optional<std::string> option(const std::string& name, const std::string& directory = kLive);
+    static std::optional<std::string> section_type(const std::string& name, const std::string& directory) {
+        return option(name, directory);
+    }
+    static std::optional<std::string> text_of(const std::string& path);  // nothing where there is no file
     static bool exists(const std::string& path);
 
     // The events on the console since the test began or forget() was called, each as
@@ -122,11 +114,6 @@ class RouterTest : public ::testing::Test {
     // Forgets console, commands and tool calls so far.
     void forget();
 
-    // Sets the log threshold and the system-log switch as the agent does.
-    void level(int level, int syslog = 0);
-
-    // The library.
-
     template <typename T>
     T& symbol(const char* name) {
         return *reinterpret_cast<T*>(address(name));
@@ -137,20 +124,17 @@ class RouterTest : public ::testing::Test {
     cwmp_handler handler(const char* name) { return &symbol<int(int, va_list)>(name); }
 
   private:
-    void change(const std::string& what);
-    static Texts commands_with_requests();
-    Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& word);
+    Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_transaction(const std::string& rest);
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
     int console_ = -1;
     int descriptors_ = 0;
-    std::string mute_;           // of "$!": commands and events that told() leaves out
-    Texts heard_;                // words of which an event must have one, if there are any
-    bool store_events_ = false;  // whether it tells those of the store's own functions
-    bool agent_known_ = true;
+    std::string mute_;      // of "$!": commands and events that told() leaves out
+    Texts heard_;           // words of which an event must have one, if there are any
     bool starved_ = false;  // the next call finds no free descriptor
+    bool agent_known_ = true;
     std::map<std::string, std::optional<std::string>> replaced_;
 };

@@ -1,76 +1,81 @@
-// Rows of a call, and what each did.
+// Rows: the world, a call, and the one text that says what it did.
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
 
-#include "cwmp/agent_state.h"
-#include "cwmp/apply_flags.h"
-#include "no_free_descriptor.h"
 #include "router_test.h"
 #include "rows.h"
+#include "store.h"
 
-using rows::Words;
+using rows::joined, rows::take_until, rows::Words;
 
 namespace {
+
+// While one lives, this process can open nothing, so that a pipe to a command cannot be made. Commands that are
+// already written to the console still run: the programs started inherit none of the descriptors.
+class NoFreeDescriptor {
+  public:
+    NoFreeDescriptor() {
+        getrlimit(RLIMIT_NOFILE, &before_);
+        rlimit few = before_;
+        few.rlim_cur = kEnoughForAShell;
+        setrlimit(RLIMIT_NOFILE, &few);
+        for (int taken = 0; (taken = open("/", O_RDONLY | O_CLOEXEC)) >= 0;) taken_.push_back(taken);
+    }
+    ~NoFreeDescriptor() {
+        for (const int descriptor : taken_) close(descriptor);
+        setrlimit(RLIMIT_NOFILE, &before_);
+    }
+    NoFreeDescriptor(const NoFreeDescriptor&) = delete;
+    NoFreeDescriptor& operator=(const NoFreeDescriptor&) = delete;
+
+  private:
+    static constexpr rlim_t kEnoughForAShell = 24;
+    rlimit before_{};
+    std::vector<int> taken_;
+};
 
 constexpr unsigned kEarlierFlag = 0x80000000;
 constexpr std::size_t kMostArguments = 8;
 
-constexpr cwmp_agent_state kAgent = {
-    .port = 65535, .path = "/path", .acs_url = "http://acs/", .host = "192.0.2.10"};
+// Their order is that of their bits.
+constexpr const char* kFlags[] = {"WIRELESS",    "MANAGEMENT_SERVER",
+                                  "DHCP_SERVER", "bit 3",
+                                  "WAN",         "LAN",
+                                  "IPTV",        "NAT",
+                                  "XMPP",        "DOWNLOAD_TEST",
+                                  "UPLOAD_TEST", "STUN",
+                                  "PING_TEST",   "TRACE_ROUTE",
+                                  "UDP_ECHO",    "WIRELESS_MODE"};
 
 constexpr std::pair<const char*, int> kOperations[] = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
     {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
-
-constexpr std::pair<const char*, unsigned> kFlags[] = {{"WIRELESS", CWMP_APPLY_WIRELESS},
-                                                       {"MANAGEMENT_SERVER", CWMP_APPLY_MANAGEMENT_SERVER},
-                                                       {"DHCP_SERVER", CWMP_APPLY_DHCP_SERVER},
-                                                       {"WAN", CWMP_APPLY_WAN},
-                                                       {"LAN", CWMP_APPLY_LAN},
-                                                       {"IPTV", CWMP_APPLY_IPTV},
-                                                       {"NAT", CWMP_APPLY_NAT},
-                                                       {"XMPP", CWMP_APPLY_XMPP},
-                                                       {"DOWNLOAD_TEST", CWMP_APPLY_DOWNLOAD_TEST},
-                                                       {"UPLOAD_TEST", CWMP_APPLY_UPLOAD_TEST},
-                                                       {"STUN", CWMP_APPLY_STUN},
-                                                       {"PING_TEST", CWMP_APPLY_PING_TEST},
-                                                       {"TRACE_ROUTE", CWMP_APPLY_TRACE_ROUTE},
-                                                       {"UDP_ECHO", CWMP_APPLY_UDP_ECHO},
-                                                       {"WIRELESS_MODE", CWMP_APPLY_WIRELESS_MODE}};
+constexpr const char* kOtherCalls[] = {"passes", "transaction", "call", "text", "do", "starved"};
 
 int operation(const std::string& name) {
     for (const auto& [word, op] : kOperations)
         if (name == word) return op;
-    throw std::runtime_error("no such call: " + name);
+    return -1;
 }
 
 bool is_of_store(const std::string& event) {
-    for (const char* function : {"uciRaw", "is_support_isp_reset:", "IsOptionAllowToChange:"})
-        if (event.starts_with(function)) return true;
-    return false;
+    return event.starts_with("uciRaw") || event.starts_with("is_support_isp_reset:") ||
+           event.starts_with("IsOptionAllowToChange:");
 }
 
 std::string flags_of(unsigned flags) {
-    std::string names;
-    for (const auto& [name, bit] : kFlags) {
-        if ((flags & bit) != 0) names += (names.empty() ? "flags " : ",") + std::string(name);
-        flags &= ~bit;
-    }
-    if (flags != kEarlierFlag) names += " and bits " + std::to_string(flags);
-    return names;
-}
-
-std::string joined(const Words& parts, const char* separator) {
-    std::string text;
-    for (const auto& part : parts) text += (&part == parts.data() ? "" : separator) + part;
-    return text;
-}
-
-void replace_all(std::string& text, const std::string& old, const std::string& now) {
-    for (std::size_t at = 0; (at = text.find(old, at)) != std::string::npos; at += now.size())
-        text.replace(at, old.size(), now);
+    Words names;
+    for (unsigned bit = 0; bit < std::size(kFlags); ++bit)
+        if ((flags & (1U << bit)) != 0) names.push_back(kFlags[bit]);
+    flags &= 0xffff0000;
+    if (flags != kEarlierFlag) names.push_back("bits " + std::to_string(flags));
+    return (names.empty() ? "" : "flags ") + joined(names, ",");
 }
 
 // "1 / 2", "-1 x3": one text for all when all did the same.
@@ -87,11 +92,11 @@ std::string joined_calls(const Words& told) {
 std::string as_value(const std::string& text) { return text.empty() ? "''" : rows::escape(text); }
 
 std::string dotted(const Locate& locate) {
-    std::string text = std::to_string(locate[0]);
-    std::size_t last = CWMP_LOCATE_SIZE - 1;
-    while (last > 0 && locate[last] == 0) --last;
-    for (std::size_t i = 1; i <= last; ++i) text += "." + std::to_string(locate[i]);
-    return text;
+    std::size_t used = locate.size();
+    while (used > 1 && locate[used - 1] == 0) --used;
+    Words numbers;
+    for (std::size_t i = 0; i < used; ++i) numbers.push_back(std::to_string(locate[i]));
+    return joined(numbers, ".");
 }
 
 Locate locate_of(const std::string& text) {
@@ -101,123 +106,86 @@ Locate locate_of(const std::string& text) {
     return locate;
 }
 
-// Everything before `mark`, which is cut off together with the mark; all when there is none.
-std::string take_until(std::string& text, const std::string& mark) {
-    const auto end = text.find(mark);
-    const std::string head = text.substr(0, end);
-    text = end == std::string::npos ? "" : text.substr(end + mark.size());
-    return head;
-}
-
-// Directory and tuple of "wifi.ap.ssid", "tr069/hosts.1.mac", "profile.d/profile.a.b".
-std::pair<std::string, std::string> place_of(const std::string& name) {
-    const auto slash = name.find('/');
-    if (slash == std::string::npos) return {kLive, name};
-    const std::string directory = name.substr(0, slash);
-    return {directory == "profile.d" ? kProfile : "/tmp/" + directory, name.substr(slash + 1)};
+// The check script's calls are told by their requests, "check_params lan_check {...}".
+void put_requests(Words& commands, const Words& tool_calls) {
+    const std::string script = "lua /usr/bin/tr069/check_params ";
+    auto call = tool_calls.begin();
+    for (auto& command : commands) {
+        if (!command.starts_with(script)) continue;
+        const std::string verb = "check_params " + rows::trim(command.substr(script.size()));
+        call = std::find_if(call, tool_calls.end(), [&](const auto& each) { return each.starts_with(verb); });
+        if (call == tool_calls.end()) break;
+        command = *call++;
+    }
 }
 
 }  // namespace
 
 void RouterTest::world(const std::string& line) {
     std::string rest = line;
-    const std::string word = rest.substr(0, rest.find(' '));
-    const auto arguments = [&] {
-        take_until(rest, " ");
-        return take_until(rest, ": ");
-    };
-    if (word == "answer") {
-        std::string command = arguments();
-        const auto status = command.ends_with(']') ? command.rfind(" [") : std::string::npos;
-        const int code = status == std::string::npos ? 0 : std::stoi(command.substr(status + 2));
-        answer(command.substr(0, status), rows::unescape(rest), code);
+    const std::string word = take_until(rest, " ");
+    std::string subject = take_until(rest, ": ");
+    if (word == "use") {
+        const auto lines = stores::text_of("/usr/share/router/cases/" + subject + ".world");
+        for (const auto& each : rows::split(lines, "\n")) world(each);
+    } else if (word == "answer") {
+        int status = 0;
+        if (subject.ends_with(']')) {
+            const std::string command = take_until(subject, " [");
+            status = std::stoi(subject);
+            subject = command;
+        }
+        answer(subject, rows::unescape(rest), status);
     } else if (word == "file") {
-        const std::string path = arguments();
-        file(path, rows::unescape(rest));
+        file(subject, rows::unescape(rest));
     } else if (word == "remove") {
-        remove_file(arguments());
+        remove_file(subject);
     } else if (word == "level") {
-        const Words numbers = rows::words(arguments());
-        level(std::stoi(numbers[0]), numbers.size() > 1 ? std::stoi(numbers[1]) : 0);
+        const std::string threshold = take_until(subject, " ");
+        level(std::stoi(threshold), subject.empty() ? 0 : std::stoi(subject));
     } else if (word == "mute") {
-        mute_ = arguments();
+        mute_ = subject;
     } else if (word == "hear") {
-        heard_ = rows::words(arguments());
-    } else if (word == "show") {
-        store_events_ = arguments() == "store";
+        heard_ = rows::words(subject);
     } else if (word == "agent") {
-        agent_known_ = arguments() != "none";
+        agent_known_ = subject != "none";
     } else {
-        std::map<std::string, Options> options;  // by directory and package
         for (std::string item : rows::split(line, " | ")) {
             const bool has_value = item.find('=') != std::string::npos;
             for (const auto& name : rows::expand(take_until(item, "="))) {
-                const auto [directory, tuple] = place_of(name);
-                const auto section = tuple.find('.') + 1, option = tuple.rfind('.') + 1;
-                if (!has_value) change(name);
-                // "mac3" for "hosts.3.mac"
-                else if (item == "@")
-                    options[directory + "/" + tuple.substr(0, section)].emplace_back(
-                        tuple, tuple.substr(option) + tuple.substr(section, option - section - 1));
+                const Words parts = rows::split(name, ".");
+                const auto own = [&] {
+                    return parts.end()[-1] + parts.end()[-2];
+                };  // "mac3" for "hosts.3.mac"
+                if (has_value)
+                    stores::set(name, item == "@" ? own() : rows::unescape(item));
                 else
-                    options[directory + "/" + tuple.substr(0, section)].emplace_back(tuple,
-                                                                                     rows::unescape(item));
+                    stores::change(name);
             }
         }
-        for (const auto& [package, values] : options) store(package.substr(0, package.rfind('/')), values);
     }
-}
-
-// "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", or "+wifi." for a package.
-void RouterTest::change(const std::string& what) {
-    const bool is_marked = what[0] == '-' || what[0] == '+';
-    const auto [directory, tuple] = place_of(what.substr(is_marked ? 1 : 0));
-    if (what[0] == '+')
-        package(tuple.substr(0, tuple.size() - 1), "", directory);
-    else if (what[0] == '-')
-        erase(tuple, directory);
-    else
-        add_section(tuple.substr(0, tuple.find(':')), tuple.substr(tuple.find(':') + 1), directory);
-}
-
-// The check script's calls are told by their requests, "check_params lan_check {...}".
-Words RouterTest::commands_with_requests() {
-    const std::string script = "lua /usr/bin/tr069/check_params ";
-    Words told = commands();
-    const Words calls = tool_calls();
-    auto call = calls.begin();
-    for (auto& command : told) {
-        if (!command.starts_with(script)) continue;
-        const std::string verb = "check_params " + rows::trim(command.substr(script.size()));
-        call = std::find_if(call, calls.end(), [&](const auto& each) { return each.starts_with(verb); });
-        if (call == calls.end()) break;
-        command = *call++;
-    }
-    return told;
 }
 
 std::string RouterTest::effects(const std::function<std::string()>& call) {
     forget();
-    const rows::Snapshot before = rows::snapshot();
+    const stores::Snapshot before = stores::snapshot();
     const std::string result = [&] {
         std::optional<NoFreeDescriptor> none;
         if (starved_) none.emplace();
         return call();
     }();
-    Words parts;
-    if (!result.empty()) parts.push_back(result);
-    for (const auto& change : rows::changes(before, rows::snapshot())) parts.push_back(change);
-    if (mute_.find('$') == std::string::npos) {
-        for (const auto& command : commands_with_requests()) parts.push_back("$ " + rows::escape(command));
-    }
-    if (mute_.find('!') == std::string::npos) {
-        for (auto event : console()) {
-            while (event.ends_with('\n')) event.pop_back();
-            if (!store_events_ && is_of_store(event)) continue;
-            const auto is_in = [&](const std::string& text) { return event.find(text) != std::string::npos; };
-            if (!heard_.empty() && std::none_of(heard_.begin(), heard_.end(), is_in)) continue;
-            parts.push_back("! " + rows::escape(event));
-        }
+    Words parts = stores::changes(before, stores::snapshot());
+    if (!result.empty()) parts.insert(parts.begin(), result);
+    Words ran = mute_.find('$') == std::string::npos ? commands() : Words{};
+    put_requests(ran, tool_calls());
+    for (const auto& command : ran) parts.push_back("$ " + rows::escape(command));
+    for (auto event : mute_.find('!') == std::string::npos ? console() : Words{}) {
+        const auto is_in = [&](const std::string& text) {
+            return text == "all" || event.find(text) != std::string::npos;
+        };
+        if (heard_.empty() ? is_of_store(event) : std::none_of(heard_.begin(), heard_.end(), is_in)) continue;
+        while (event.ends_with('\n')) event.pop_back();
+        parts.push_back("! " + rows::escape(event));
     }
     return parts.empty() ? "nothing" : joined(parts, " | ");
 }
@@ -225,41 +193,19 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
 // The value is 'text' or null.
 std::string RouterTest::told_handler(int op, const std::string& name, const Locate& given,
                                      const std::string& word) {
-    const bool is_null = word == "null";
-    const std::string value = is_null ? "" : word.substr(1);
-    const cwmp_agent_state* record = agent_known_ ? &kAgent : nullptr;
-    Locate locate = given;
-    std::vector<char> buffer(CWMP_VALUE_SIZE);
-    const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD;
-    (answers ? std::string(kUntouched) : value).copy(buffer.data(), buffer.size() - 1);
-    char* text = is_null ? nullptr : buffer.data();
-    unsigned flags = kEarlierFlag;
-    std::vector<uint32_t> numbers(32);
-    auto capacity = static_cast<uint32_t>(numbers.size());
-    if (op == CWMP_OP_LIST && !value.empty()) capacity = static_cast<uint32_t>(std::stoul(value));
-    int code = 0;
-    if (op == CWMP_OP_GET)
-        code = call(handler(name.c_str()), op, locate.data(), buffer.data(), record);
-    else if (op == CWMP_OP_LIST)
-        code = call(handler(name.c_str()), op, locate.data(), numbers.data(), &capacity);
-    else
-        code = call(handler(name.c_str()), op, locate.data(), text, &flags, record);
-
+    const auto value = word == "null" ? std::nullopt : std::optional(word.substr(1));
+    const Result done = handle(op, name, given, value, kEarlierFlag);
     Words parts;
-    if (code != 0) parts.push_back(std::to_string(code));
-    if (answers && (code == 0 || std::strcmp(buffer.data(), kUntouched) != 0))
-        parts.push_back(as_value(buffer.data()));
-    EXPECT_TRUE(answers || op == CWMP_OP_LIST || value == buffer.data())
-        << name << " changed the caller's text";
-    if (op == CWMP_OP_LIST && code == 0) {
-        std::string list = numbers[0] == 0 ? "none" : std::to_string(numbers[0]);
-        for (std::size_t i = 1; i < numbers.size() && numbers[i] != 0; ++i)
-            list += " " + std::to_string(numbers[i]);
-        parts.push_back(list);
+    if (done.code != 0) parts.push_back(std::to_string(done.code));
+    if ((op == CWMP_OP_GET || op == CWMP_OP_ADD) && (done.code == 0 || done.value != kUntouched))
+        parts.push_back(as_value(done.value));
+    if (op == CWMP_OP_LIST && done.code == 0) {
+        Words numbers;
+        for (const auto number : done.numbers) numbers.push_back(std::to_string(number));
+        parts.push_back(numbers.empty() ? "none" : joined(numbers, " "));
     }
-    if (locate != given) parts.push_back("locate " + dotted(locate));
-    const std::string raised = flags_of(flags);
-    if (!raised.empty()) parts.push_back(raised);
+    if (done.locate != given) parts.push_back("locate " + dotted(done.locate));
+    if (done.flags != kEarlierFlag) parts.push_back(flags_of(done.flags));
     return joined(parts, " | ");
 }
 
@@ -274,8 +220,7 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
         const bool is_text = word[0] == '\'';
         if (is_text || (word.size() > 1 && word[0] == '?')) {
             const std::string text = is_text ? word.substr(1) : std::string(kUntouched);
-            texts[i].resize(is_text ? text.size() + 1 : static_cast<std::size_t>(std::stoi(word.substr(1))),
-                            '\0');
+            texts[i].resize(is_text ? text.size() + 1 : static_cast<std::size_t>(std::stoi(word.substr(1))));
             text.copy(texts[i].data(), texts[i].size() - 1);
             given[i] = reinterpret_cast<long>(texts[i].data());
         } else if (word == "?") {
@@ -285,9 +230,8 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
         }
     }
     using Function = long(long, long, long, long, long, long, long, long);
-    auto* function = reinterpret_cast<Function*>(address(name.c_str()));
-    const long result =
-        function(given[0], given[1], given[2], given[3], given[4], given[5], given[6], given[7]);
+    const auto& [a, b, c, d, e, f, g, h] = given;
+    const long result = symbol<Function>(name.c_str())(a, b, c, d, e, f, g, h);
     const auto* text = reinterpret_cast<const char*>(result);
     Words parts;
     if (verb == "call") parts.push_back(std::to_string(static_cast<int>(result)));
@@ -296,8 +240,7 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
         if (arguments[i] == "?")
             parts.push_back(std::to_string(static_cast<int>(numbers[i])));
         else if (!texts[i].empty() && (arguments[i][0] != '\'' || arguments[i].substr(1) != texts[i].data()))
-            parts.push_back(
-                as_value(std::strcmp(texts[i].data(), kUntouched) == 0 ? kUntouched : texts[i].data()));
+            parts.push_back(as_value(texts[i].data()));
     }
     return joined(parts, " ");
 }
@@ -319,10 +262,12 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
             for (const auto& value : values) {
                 Words each;
                 for (const auto& pass : passes) {
-                    const int op = operation(pass);
-                    each.push_back(effects([&] { return told_handler(op, name, locate_of(locate), value); }));
-                    // A handler's own events need not name it.
-                    replace_all(each.back(), "! " + name + ": ", "! ");
+                    Words parts =
+                        rows::split(effects([&] {
+                                        return told_handler(operation(pass), name, locate_of(locate), value);
+                                    }),
+                                    "! " + name + ": ");  // a handler's own events need not name it
+                    each.push_back(joined(parts, "! "));
                 }
                 if (std::equal(each.begin() + 1, each.end(), each.begin())) each.resize(1);
                 told.insert(told.end(), each.begin(), each.end());
@@ -335,23 +280,27 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
 // Stage, check and apply of several parameters together, reverted at the first refusal as the agent does it.
 std::string RouterTest::told_transaction(const std::string& rest) {
     unsigned flags = kEarlierFlag;
-    int code = 0;
-    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
+    for (const char* pass : {"stage", "check", "apply"}) {
         for (std::string change : rows::split(rest, " ; ")) {
             const Words place = rows::words(take_until(change, " = "));
             const std::string value = change == "''" ? "" : rows::unescape(change);
-            Locate locate = locate_of(place.size() > 1 ? place[1] : "0");
-            code = call(handler(place[0].c_str()), op, locate.data(), value.c_str(), &flags);
-            if (code == 0) continue;
+            const Result done =
+                handle(operation(pass), place[0], locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
+            flags = done.flags;
+            if (done.code == 0) continue;
             call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
-            const std::string pass = op == CWMP_OP_STAGE   ? "stage "
-                                     : op == CWMP_OP_CHECK ? "check "
-                                                           : "apply ";
-            const std::string raised = flags_of(flags);
-            return pass + std::to_string(code) + (raised.empty() ? "" : " | " + raised);
+            Words parts = {pass + (" " + std::to_string(done.code))};
+            if (flags != kEarlierFlag) parts.push_back(flags_of(flags));
+            return joined(parts, " | ");
         }
     }
     return flags_of(flags);
+}
+
+bool RouterTest::is_call(const std::string& row) {
+    const std::string verb = row.substr(0, row.find(' '));
+    return operation(verb) >= 0 ||
+           std::find(std::begin(kOtherCalls), std::end(kOtherCalls), verb) != std::end(kOtherCalls);
 }
 
 std::string RouterTest::told(const std::string& row) {
@@ -363,8 +312,9 @@ std::string RouterTest::told(const std::string& row) {
     if (verb != "call" && verb != "text" && verb != "do") return joined_calls(told_handlers(verb, rest));
     const std::string name = take_until(rest, " ");
     Words told;
-    for (const auto& arguments : rows::split(rest, " ; "))
-        told.push_back(effects([&] { return told_function(verb, name, rows::words(arguments)); }));
-    if (told.empty()) told.push_back(effects([&] { return told_function(verb, name, {}); }));
+    do {
+        const Words arguments = rows::words(take_until(rest, " ; "));
+        told.push_back(effects([&] { return told_function(verb, name, arguments); }));
+    } while (!rest.empty());
     return joined_calls(told);
 }

@@ -1,0 +1,185 @@
+#include "store.h"
+
+#include <uci.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "rows.h"
+
+namespace fs = std::filesystem;
+
+namespace stores {
+namespace {
+
+constexpr const char* kPackages[] = {"/etc/config", "/tmp/tr069", "/tmp/cwmp-config",
+                                     "/tmp/cwmp-config-force", "/etc/profile.d"};
+constexpr const char* kFiles[] = {"/tmp", "/var/tmp", "/var/state"};
+
+using Context = std::unique_ptr<uci_context, decltype(&uci_free_context)>;
+
+Context open(const fs::path& directory) {
+    Context context(uci_alloc_context(), &uci_free_context);
+    uci_set_confdir(context.get(), directory.c_str());
+    uci_set_savedir(context.get(), "/nowhere");
+    uci_element* path = nullptr;
+    uci_foreach_element(&context->delta_path, path) path->name[0] = '\0';
+    return context;
+}
+
+struct Place {
+    fs::path directory, file;
+    std::string tuple;
+};
+
+Place place_of(const std::string& name) {
+    const auto slash = name.find('/');
+    fs::path directory = kPackages[0];
+    if (slash != std::string::npos)
+        directory = (name.starts_with("profile.d/") ? "/etc/" : "/tmp/") + name.substr(0, slash);
+    const std::string tuple = name.substr(slash + 1);
+    return {directory, directory / tuple.substr(0, tuple.find('.')), tuple};
+}
+
+// Sets an option's value or a section's type, or deletes one; the package is written without a wait for the disk.
+void rewrite(const std::string& name, const std::optional<std::string>& value) {
+    Place place = place_of(name);
+    if (!fs::exists(place.file)) write_file(place.file, "");
+    const Context context = open(place.directory);
+    uci_ptr at = {};
+    bool done = uci_lookup_ptr(context.get(), &at, place.tuple.data(), true) == UCI_OK;
+    uci_package* const package = at.p;
+    at.flags = {};
+    if (done && value && at.s == nullptr && at.option != nullptr) {
+        const char* option = std::exchange(at.option, nullptr);
+        at.value = at.section;
+        done = uci_set(context.get(), &at) == UCI_OK;
+        at.option = option;
+    }
+    at.value = value ? value->c_str() : nullptr;
+    done = done && (value ? uci_set(context.get(), &at) : uci_delete(context.get(), &at)) == UCI_OK;
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(place.file.c_str(), "we"), &std::fclose);
+    done = done && uci_export(context.get(), stream.get(), package, false) == UCI_OK;
+    if (!done) throw std::runtime_error("cannot change " + name);
+}
+
+std::string value_of(const uci_option& option) {
+    if (option.type == UCI_TYPE_STRING) return option.v.string;
+    std::string list;
+    uci_element* item = nullptr;
+    uci_foreach_element(&option.v.list, item) list += (list.empty() ? "" : ",") + std::string(item->name);
+    return "[" + list + "]";
+}
+
+void read_package(const fs::path& file, Snapshot& found) {
+    const Context context = open(file.parent_path());
+    uci_package* package = nullptr;
+    if (uci_load(context.get(), file.filename().c_str(), &package) != UCI_OK) {
+        const std::string text = text_of(file);
+        if (!text.empty()) found[file] = text;  // such as the notes of a transaction while there are none
+        return;
+    }
+    const std::string directory = file.parent_path().filename();
+    const std::string name = (directory == "config" ? "" : directory + "/") + std::string(file.filename());
+    found[name + "."] = "";
+    std::map<std::string, int> anonymous;
+    uci_element* s = nullptr;
+    uci_foreach_element(&package->sections, s) {
+        const uci_section* section = uci_to_section(s);
+        std::string key = name + "." + s->name;
+        if (section->anonymous)
+            key = name + ".@" + section->type + "[" + std::to_string(anonymous[section->type]++) + "]";
+        found[key] = section->type;
+        uci_element* o = nullptr;
+        uci_foreach_element(&section->options, o) found[key + "." + o->name] = value_of(*uci_to_option(o));
+    }
+}
+
+// "package.", "package.section" and "package.section.option" by their number of dots; a file has a path.
+std::string parent_of(const std::string& key) {
+    const auto dot = key.find('.', key.rfind('/') + 1);
+    const auto last = key.rfind('.');
+    return key[0] == '/' || dot + 1 == key.size() ? key : key.substr(0, dot == last ? dot + 1 : last);
+}
+
+}  // namespace
+
+void set(const std::string& option, const std::string& value) { rewrite(option, value); }
+
+void change(const std::string& what) {
+    const auto colon = what.find(':');
+    if (what[0] == '+')
+        write_file(place_of(what.substr(1)).file, "");
+    else if (what[0] == '-')
+        rewrite(what.substr(1), std::nullopt);
+    else
+        rewrite(what.substr(0, colon), what.substr(colon + 1));
+}
+
+void write_file(const std::string& path, const std::string& text) {
+    fs::create_directories(fs::path(path).parent_path());
+    std::ofstream stream(path, std::ios::binary);
+    if (!(stream << text).flush()) throw std::runtime_error("cannot write " + path);
+}
+
+std::string text_of(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+}
+
+Snapshot snapshot() {
+    Snapshot found;
+    std::error_code none;
+    for (const char* directory : kPackages) {
+        for (const auto& entry : fs::directory_iterator(directory, none))
+            if (entry.is_regular_file()) read_package(entry.path(), found);
+    }
+    for (const char* directory : kFiles) {
+        for (fs::recursive_directory_iterator entry(directory, none), end; entry != end; ++entry) {
+            const std::string path = entry->path();
+            bool is_package = false;
+            for (const char* packages : kPackages)
+                is_package = is_package || path.starts_with(std::string(packages) + "/");
+            // The check script keeps notes of its own.
+            if (is_package || !entry->is_regular_file() || path == "/var/state/check_params") continue;
+            const std::string text = text_of(path);
+            // libuci leaves an empty file of changes behind.
+            if (!text.empty() || !path.starts_with("/tmp/.uci/")) found[path] = text;
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> changes(const Snapshot& before, const Snapshot& after) {
+    std::vector<std::string> told;
+    for (const auto& [key, text] : before) {
+        const std::string parent = parent_of(key);
+        if (!after.contains(key) && (parent == key || after.contains(parent))) told.push_back("-" + key);
+    }
+    std::string section;  // told last; what else changed in it is told by the option alone
+    for (const auto& [key, text] : after) {
+        const auto old = before.find(key);
+        if (old != before.end() && old->second == text) continue;
+        const bool is_file = key[0] == '/';
+        if (!is_file && key.back() == '.') {
+            told.push_back("+" + key);
+        } else if (!is_file && parent_of(key).back() == '.') {
+            told.push_back(key + ":" + text);
+            section = key;
+        } else if (is_file && old != before.end() && !old->second.empty() && text.starts_with(old->second)) {
+            told.push_back(key + "+=" + rows::escape(text.substr(old->second.size())));
+        } else {
+            const bool again = !is_file && parent_of(key) == section;
+            told.push_back((again ? key.substr(section.size()) : key) + "=" + rows::escape(text));
+            section = is_file ? "" : parent_of(key);
+        }
+    }
+    return told;
+}
+
+}  // namespace stores

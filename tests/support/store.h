@@ -1,0 +1,25 @@
+// The packages of the router root, by option: "wifi.ap.ssid", "tr069/hosts.1.mac", "profile.d/profile.a.b". Read and
+// written by libuci itself, but without what somebody has staged.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace stores {
+
+// A package or a section is made if need be, the section with its own name as type.
+void set(const std::string& option, const std::string& value);
+// "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", "+wifi." an empty package.
+void change(const std::string& what);
+void write_file(const std::string& path, const std::string& text);
+std::string text_of(const std::string& path);
+
+// All options and sections ("nat.rule_1" by its type, "nat." for a package), and other files by path.
+using Snapshot = std::map<std::string, std::string>;
+Snapshot snapshot();
+// "wifi.ap.ssid=x", ".enable=1" of the same section, "-wifi.ap.ssid", "nat.rule_1:rule", "/tmp/file=text",
+// "/tmp/file+=more".
+std::vector<std::string> changes(const Snapshot& before, const Snapshot& after);
+
+}  // namespace stores
