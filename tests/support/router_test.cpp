@@ -73,6 +73,7 @@ std::string name_in(const std::string& directory, const std::string& name) {
 
 void RouterTest::SetUp() {
     empty_router();
+    world("later 0");
     // Kept open, so that it can be read while a test leaves no free descriptor.
     console_ = open(kConsole, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);

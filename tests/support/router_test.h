@@ -136,5 +136,6 @@ class RouterTest : public ::testing::Test {
     Texts heard_;           // words of which an event must have one, if there are any
     bool starved_ = false;  // the next call finds no free descriptor
     bool agent_known_ = true;
+    bool output_shown_ = false;  // whether it tells what the call printed
     std::map<std::string, std::optional<std::string>> replaced_;
 };

@@ -1,10 +1,12 @@
 // Rows: the world, a call, and the one text that says what it did.
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstring>
+#include <ctime>
 #include <functional>
 #include <stdexcept>
 
@@ -13,6 +15,19 @@
 #include "store.h"
 
 using rows::joined, rows::take_until, rows::Words;
+
+namespace {
+
+time_t seconds_ahead = 0;
+
+}  // namespace
+
+// Found before that of the C library, by the library too.
+extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
+    const auto result = syscall(SYS_clock_gettime, clock, now);
+    now->tv_sec += seconds_ahead;
+    return static_cast<int>(result);
+}
 
 namespace {
 
@@ -147,6 +162,10 @@ void RouterTest::world(const std::string& line) {
         mute_ = subject;
     } else if (word == "hear") {
         heard_ = rows::words(subject);
+    } else if (word == "later") {
+        seconds_ahead = std::stoi(subject);
+    } else if (word == "show") {
+        output_shown_ = subject == "output";
     } else if (word == "agent") {
         agent_known_ = subject != "none";
     } else {
@@ -169,13 +188,16 @@ void RouterTest::world(const std::string& line) {
 std::string RouterTest::effects(const std::function<std::string()>& call) {
     forget();
     const stores::Snapshot before = stores::snapshot();
+    if (output_shown_) testing::internal::CaptureStdout();
     const std::string result = [&] {
         std::optional<NoFreeDescriptor> none;
         if (starved_) none.emplace();
         return call();
     }();
+    const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     Words parts = stores::changes(before, stores::snapshot());
     if (!result.empty()) parts.insert(parts.begin(), result);
+    if (!output.empty()) parts.push_back("> " + rows::escape(output));
     Words ran = mute_.find('$') == std::string::npos ? commands() : Words{};
     put_requests(ran, tool_calls());
     for (const auto& command : ran) parts.push_back("$ " + rows::escape(command));
