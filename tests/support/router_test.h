@@ -127,6 +127,7 @@ class RouterTest : public ::testing::Test {
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& word);
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_transaction(const std::string& rest);
+    std::string told_group(const std::string& rest);
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;

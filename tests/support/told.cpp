@@ -71,7 +71,7 @@ constexpr const char* kFlags[] = {"WIRELESS",    "MANAGEMENT_SERVER",
 constexpr std::pair<const char*, int> kOperations[] = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
     {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
-constexpr const char* kOtherCalls[] = {"passes", "transaction", "call", "text", "do", "starved"};
+constexpr const char* kOtherCalls[] = {"passes", "transaction", "group", "call", "text", "do", "starved"};
 
 int operation(const std::string& name) {
     for (const auto& [word, op] : kOperations)
@@ -319,6 +319,34 @@ std::string RouterTest::told_transaction(const std::string& rest) {
     return flags_of(flags);
 }
 
+// Fields of groups of settings, "lan 0=10.0.0.1 wan 4=DHCP", then the "check" and "apply" of all that were named, and
+// the "revert". Tells what each returned unless all passed.
+std::string RouterTest::told_group(const std::string& rest) {
+    const Words groups = {"pppoe", "dhcp", "lan", "wan", "iptv", "vlan"};
+    const auto& exec = symbol<int(int, int, int, const char*, unsigned*)>("func_obj_exec");
+    unsigned flags = kEarlierFlag;
+    std::vector<int> named;
+    Words results, parts;
+    for (const auto& word : rows::words(rest)) {
+        const auto group = std::find(groups.begin(), groups.end(), word);
+        if (group != groups.end()) {
+            named.push_back(static_cast<int>(group - groups.begin()));
+        } else if (word == "revert") {
+            call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
+        } else if (word == "check" || word == "apply") {
+            for (const int each : named)
+                results.push_back(std::to_string(exec(each, 0, word == "check" ? 1 : 2, "", &flags)));
+        } else {
+            const auto value = rows::unescape(word.substr(word.find('=') + 1));
+            results.push_back(std::to_string(exec(named.back(), std::stoi(word), 0, value.c_str(), &flags)));
+        }
+    }
+    if (!std::all_of(results.begin(), results.end(), [](const auto& each) { return each == "1"; }))
+        parts.push_back(joined(results, " "));
+    if (flags != kEarlierFlag) parts.push_back(flags_of(flags));
+    return joined(parts, " | ");
+}
+
 bool RouterTest::is_call(const std::string& row) {
     const std::string verb = row.substr(0, row.find(' '));
     return operation(verb) >= 0 ||
@@ -331,6 +359,7 @@ std::string RouterTest::told(const std::string& row) {
     if (starved_) take_until(rest, " ");
     const std::string verb = take_until(rest, " ");
     if (verb == "transaction") return effects([&] { return told_transaction(rest); });
+    if (verb == "group") return effects([&] { return told_group(rest); });
     if (verb != "call" && verb != "text" && verb != "do") return joined_calls(told_handlers(verb, rest));
     const std::string name = take_until(rest, " ");
     Words told;
