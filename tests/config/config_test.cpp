@@ -1,24 +1,23 @@
-// What rows cannot say of the store: lists of numbers, modes, a store that is read-only, any text.
+// What rows cannot say of the store: lists of numbers, any text, modes and times of files, a store that is read-only.
 #include <sys/mount.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <set>
 
 #include "cwmp/instances.h"
 #include "cwmp/logging.h"
+#include "cwmp/revert_journal.h"
 #include "cwmp/uci_access.h"
 #include "router_test.h"
 
 namespace {
 
+namespace fs = std::filesystem;
+
 class Config : public RouterTest {
   protected:
-    // A package with one rule for each number, among sections of another type; an empty one has no number.
-    void rules(const Texts& numbers) {
-        std::string text = "config other\n\toption id '5'\n";
-        for (const auto& number : numbers)
-            text +=
-                "config rule\n" + (number.empty() ? "" : "\toption id '" + number + "'\n") + "config other\n";
-        package("nat", text);
-    }
     std::vector<int32_t> list(std::vector<int32_t> numbers) {
         FROM_LIBRARY(__getInstanceList)("nat", "rule", "id", numbers.data());
         return numbers;
@@ -27,12 +26,12 @@ class Config : public RouterTest {
 
 TEST_F(Config, InstanceNumbersAreListedInOrder) {
     EXPECT_THAT(list({99}), ElementsAre(99)) << "a missing package";
-    EXPECT_EQ(told("call __getInstanceMax 'nat' 'rule'"), "0");
-    rules({"7", "2", "-1", "12x", "2", "many"});
+    world("nat.{a,b,c,d,e,f}:rule | nat.z:other | nat.z.id=5 | nat.{c,f}.id=2");
+    world("nat.a.id=7 | nat.b.id=many | nat.d.id=12x | nat.e.id=-1");
     EXPECT_THAT(list({9, 9, 9, 9, 9, 9, 99}), ElementsAre(-1, 0, 2, 2, 7, 12, 99));
     EXPECT_EQ(told("call __getInstanceMax 'nat' 'rule'"), "6");
-    rules({"7", "", "3"});
-    EXPECT_THAT(list({0, 5, 0}), ElementsAre(3, 5, 7)) << "a section without number leaves its entry";
+    world("-nat.a | -nat.d | -nat.e | -nat.b.id");
+    EXPECT_THAT(list({8, 1, 1}), ElementsAre(2, 2, 8)) << "a section without number leaves its entry";
 }
 
 // Any printable character may stand in a type, but for those that would end it in the file.
@@ -41,37 +40,13 @@ TEST_F(Config, TypesOfSections) {
     for (int c = 1; c < 256; ++c) {
         const std::string type = std::string("a") + static_cast<char>(c) + 'b';
         package("nat", "config kept 'kept'\n");
-        if (FROM_LIBRARY(uciRawAddSectionBypath)("nat", "box", type.c_str(), nullptr) == 0) {
+        if (FROM_LIBRARY(uciRawAddSectionBypath)("nat", "box", type.c_str(), nullptr) == 0)
             EXPECT_EQ(option("nat.box"), type);
-        } else if (c > ' ' && c <= '~') {
+        else if (c > ' ' && c <= '~')
             refused += static_cast<char>(c);
-        }
         EXPECT_EQ(option("nat.kept"), "kept") << type;
     }
     EXPECT_EQ(refused, "\"#';\\");
-}
-
-TEST_F(Config, TheLowestFreeNumberIsNext) {
-    struct Row {
-        Texts numbers;
-        int capacity, next;
-    };
-    for (const Row& row : std::vector<Row>{{{}, 10, 1},
-                                           {{"2", "3"}, 10, 1},
-                                           {{"4", "1", "2"}, 10, 3},
-                                           {{"1", "2", "3"}, 4, 4},
-                                           {{"1", "2", "3"}, 3, 4},
-                                           {{"1", "1"}, 10, 2},
-                                           {{"1", "1", "2"}, 10, 3},
-                                           {{"1", "", "2"}, 10, 1},
-                                           {{"1", "2147483647"}, 10, 2},
-                                           {{"0"}, 10, 1},
-                                           {{"1"}, 0, 2},
-                                           {{"1"}, -5, 2}}) {
-        rules(row.numbers);
-        EXPECT_EQ(FROM_LIBRARY(__getInstanceNext)("nat", "rule", "id", row.capacity), row.next)
-            << ::testing::PrintToString(row.numbers) << " of " << row.capacity;
-    }
 }
 
 TEST_F(Config, AnyTextComesBackWhole) {
@@ -96,13 +71,67 @@ TEST_F(Config, AReadOnlyStoreLosesNothing) {
     if (mount("none", kLive, "tmpfs", 0, nullptr) != 0) GTEST_SKIP() << "this host allows no mount";
     world("custom.box:typed | custom.box.name=old");
     ASSERT_EQ(mount("none", kLive, "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    world("hear cannot");
     // The commit's result is not looked at.
-    EXPECT_EQ(told("call uciRawSetValueByPath 'custom' 'box' 'name' 'new' null"), "0");
-    EXPECT_EQ(told("call uciRawDelSectionBypath 'custom' 'box' 'type' null"), "0");
-    EXPECT_EQ(told("call uciRawAddSectionBypath 'custom' 'box_2' 'typed' null"), "0");
+    for (const auto& [function, arguments] :
+         {std::pair<std::string, std::string>{"uciRawSetValueByPath", "'box' 'name' 'new' null"},
+          {"uciRawDelSectionBypath", "'box' 'type' null"},
+          {"uciRawAddSectionBypath", "'box_2' 'typed' null"}}) {
+        EXPECT_EQ(told("call " + function + " 'custom' " + arguments),
+                  "0 | ! " + function + ": package custom cannot be stored, it stays as it was");
+    }
     EXPECT_EQ(told("call uciRawAddSectionBypath 'other' 'box' 'typed' null"), "-1");
-    EXPECT_EQ(told("set DeviceInfo_ProvisioningCode = x"), "nothing");
     ASSERT_EQ(umount(kLive), 0);
+}
+
+// holds P4: temporary files of killed commits do not stay; those of a commit that runs do.
+TEST_F(Config, SweepsWhatKilledCommitsLeft) {
+    for (const char* name : {".custom.uci-abcdef", ".network.uci-123456", ".custom.uci-inwork", ".keep"}) {
+        const std::string path = std::string(kLive) + "/" + name;
+        file(path, "x");
+        if (!path.ends_with("inwork"))
+            fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
+    }
+    told("call uciRawAddSection 'custom' 'box' 'typed'");
+    std::set<std::string> left;
+    for (const auto& entry : fs::directory_iterator(kLive)) left.insert(entry.path().filename());
+    EXPECT_THAT(left, ElementsAre(".custom.uci-inwork", ".keep", "custom"));
+}
+
+// holds P5: a name in /tmp that somebody else has made is not used, and nothing waits for it.
+TEST_F(Config, StrangersNamesAreNotUsed) {
+    const char* set = "call uciRawSetValue_tr069_config 'hosts' 'one' 'name' 'y'";
+    const char* get = "call uciRawGetValue_tr069_config 'hosts' 'one' 'name' ?9";
+    world("hear falied");
+    package("hosts", "config host 'one'\n\toption name 'x'\n", "/tmp/elsewhere");
+    fs::create_directory_symlink("/tmp/elsewhere", kScratch);
+    EXPECT_EQ(told(set), "-1 | ! uciRawSetValueByPath: path /tmp/tr069 is not exsit,make falied");
+    EXPECT_EQ(told(get), "-1 (untouch");
+    fs::remove(kScratch);
+    fs::rename("/tmp/elsewhere", kScratch);
+    ASSERT_EQ(chown(kScratch, 1, 1), 0);
+    EXPECT_EQ(told(set), "-1 | ! uciRawSetValueByPath: path /tmp/tr069 is not exsit,make falied");
+    EXPECT_EQ(told(get), "-1 (untouch");
+    ASSERT_EQ(chown(kScratch, 0, 0), 0);
+    EXPECT_EQ(told(set), "0 | tr069/hosts.one.name=y");
+    EXPECT_EQ(told(get), "0 y");
+
+    static constexpr const char* kJournal = "/tmp/ready_to_revert_item";
+    FROM_LIBRARY(add_revert_item)("a", "b", nullptr);
+    EXPECT_EQ(fs::status(kJournal).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    file("/tmp/victim", "kept");
+    for (const auto& occupy : std::initializer_list<void (*)()>{
+             [] { mkfifo(kJournal, 0600); }, [] { fs::create_directory(kJournal); },
+             [] { fs::create_symlink("/tmp/victim", kJournal); },
+             [] { fs::create_hard_link("/tmp/victim", kJournal); }}) {
+        fs::remove(kJournal);
+        occupy();
+        FROM_LIBRARY(add_revert_item)("a", "b", nullptr);
+        EXPECT_EQ(console().back(), std::string("add_revert_item: open file ") + kJournal + " failed!\n\n");
+    }
+    EXPECT_EQ(text_of("/tmp/victim"), "kept");
+    ASSERT_EQ(mkfifo("/tmp/is_binded", 0600), 0);
+    EXPECT_EQ(told("get X_QM_Onboarding_Enable"), "0");
 }
 
 }  // namespace
