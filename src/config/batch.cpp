@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "config/store.h"
 #include "core/log.h"
 #include "core/text.h"
 
@@ -71,6 +72,11 @@ std::optional<std::string> Batch::value(const char* section, const char* option)
     return found != nullptr ? context_.value(found, option) : std::nullopt;
 }
 
+std::optional<std::string> Batch::read(const char* section, const char* option) {
+    load();
+    return read_option(context_, section, option);
+}
+
 bool Batch::is_usable(const char* function, bool complete, const char* misuse) {
     complete = complete && package_ != nullptr;
     if (!context_) {
@@ -105,7 +111,9 @@ int Batch::set(const char* section, const char* option, const char* value) {
     changed_ = true;
     if (context_.set_option(section, option, value) == 0) return 0;
     log_event({kSet, __LINE__}, kError, "set fail, try to add section\n");
-    if (const int result = context_.set_section(section, section); result != 0) {
+    // One that is there keeps its type, whatever has failed.
+    const bool missing = context_.section(section) == nullptr;
+    if (const int result = missing ? context_.set_section(section, section) : 0; result != 0) {
         log_event({kSet, __LINE__}, kError, "fail to add section  %s.%s, ret:%d \n\n", package_, section,
                   result);
         return refuse_change();

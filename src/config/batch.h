@@ -26,6 +26,8 @@ class Batch {
     // nothing; false when the package cannot be loaded.
     bool load();
     std::optional<std::string> value(const char* section, const char* option) const;
+    // The same, answered and logged as a read of its own. Nobody changes the package any more.
+    std::optional<std::string> read(const char* section, const char* option);
 
     // A missing section is created with its own name as type; an empty value deletes the option.
     int set(const char* section, const char* option, const char* value);
@@ -58,6 +60,9 @@ class MirroredBatch {
     [[nodiscard]] bool hold();
     std::optional<std::string> value(const char* section, const char* option) const {
         return live_.value(section, option);
+    }
+    std::optional<std::string> read(const char* section, const char* option) {
+        return live_.read(section, option);
     }
 
     int set(const char* section, const char* option, const char* value);

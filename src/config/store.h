@@ -1,6 +1,7 @@
 // Reading and writing single options, as handlers see the store.
 #pragma once
 
+#include <initializer_list>
 #include <optional>
 #include <string>
 
@@ -28,6 +29,19 @@ std::optional<std::string> read_option(const char* package, const char* section,
 bool write_option(const char* package, const char* section, const char* option, const std::string& value);
 bool write_option(const char* package, const char* section, const char* option, const std::string& value,
                   const char* confdir);
+
+// As a read of the loaded package of a context: the same answer, the same events.
+std::optional<std::string> read_option(const UciContext& context, const char* section, const char* option);
+
+struct Setting {
+    const char* section;
+    const char* option;
+    const char* value;
+};
+
+// Several options of one package of the live store, each logged as a write of its own, stored by one commit: all of
+// them or none. False at the first that fails.
+bool write_together(const char* package, std::initializer_list<Setting> settings);
 
 // The same of a path, taken apart at the call: its names travel in registers, which halves what a call takes.
 #define CWMP_INLINE [[gnu::always_inline]] inline

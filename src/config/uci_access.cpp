@@ -10,13 +10,18 @@
 namespace cwmp {
 std::optional<std::string> read_option(const char* package, const char* section, const char* option,
                                        const char* confdir) {
-    constexpr const char* kFunction = "uciRawGetValueBypath";
     UciContext context(confdir);
+    if (context) context.load(package);
+    return read_option(context, section, option);
+}
+
+std::optional<std::string> read_option(const UciContext& context, const char* section, const char* option) {
+    constexpr const char* kFunction = "uciRawGetValueBypath";
     if (!context) {
         log_event({kFunction, __LINE__}, kError, "Fail to alloc context for uci.\n\n");
         return std::nullopt;
     }
-    if (!context.load(package)) {
+    if (!context.is_loaded()) {
         log_event({kFunction, __LINE__}, kError, "Fail to load uci package.\n\n");
         return std::nullopt;
     }
@@ -40,6 +45,14 @@ bool write_option(const char* package, const char* section, const char* option, 
 bool write_option(const char* package, const char* section, const char* option, const std::string& value,
                   const char* confdir) {
     return uciRawSetValueByPath(package, section, option, value.c_str(), confdir) == 0;
+}
+
+bool write_together(const char* package, std::initializer_list<Setting> settings) {
+    MirroredBatch batch(package);
+    int result = 0;
+    for (const Setting& setting : settings)
+        if (result == 0) result = batch.set(setting.section, setting.option, setting.value);
+    return finish(batch, result) == 0;
 }
 
 }  // namespace cwmp

@@ -1,5 +1,6 @@
 // Device.Bridging. and InternetGatewayDevice.Layer2Bridging.: the LAN bridge and its one VLAN, the internet
 // VLAN.
+#include "config/batch.h"
 #include "core/text.h"
 #include "cwmp/interface_stack.h"
 #include "handlers/blocks/option.h"
@@ -18,21 +19,26 @@ struct OtherVlan {
     const char* evasive;  // where the internet VLAN has taken its identifier
 };
 
-bool make_room(const OtherVlan& vlan, const char* taken) {
-    const auto stored = read_option(kCustom / vlan.option);
+void make_room(MirroredBatch& batch, const OtherVlan& vlan, const char* taken) {
+    const auto stored = batch.read(kCustom.section, vlan.option);
     const bool unset = !stored || *stored == "0";
-    if (!unset && *stored != taken) return true;
-    return write_leniently(kCustom / vlan.option, unset ? vlan.usual : vlan.evasive);
+    if (!unset && *stored != taken) return;
+    batch.set(kCustom.section, vlan.option, unset ? vlan.usual : vlan.evasive);
 }
 
+// The mode is stored for an identifier that is refused, too.
 int set_internet_vlan(const SetArguments& set) {
     if (set.value() == nullptr) return kRefused;
-    if (!write_option(kCustom / "mode", "Custom")) return kRefused;
+    MirroredBatch batch(kCustom.package);
+    int result = batch.set(kCustom.section, "mode", "Custom");
     const int identifier = decimal_prefix(set.value());
-    if (identifier < 2 || identifier > 4094) return kRefused;
-    if (!write_option(kCustom / "internet_vid", set.value())) return kRefused;
-    if (!make_room({"ipphone_vid", "20", "21"}, set.value())) return kRefused;
-    if (!make_room({"iptv_vid", "30", "31"}, set.value())) return kRefused;
+    if (identifier < 2 || identifier > 4094) return finish(batch, kRefused);
+    if (result == kDone) result = batch.set(kCustom.section, "internet_vid", set.value());
+    if (result == kDone) {
+        make_room(batch, {"ipphone_vid", "20", "21"}, set.value());
+        make_room(batch, {"iptv_vid", "30", "31"}, set.value());
+    }
+    if (finish(batch, result) != kDone) return kRefused;
     set.raise(CWMP_APPLY_IPTV);
     return kDone;
 }

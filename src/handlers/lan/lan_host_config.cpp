@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "config/batch.h"
 #include "core/command.h"
 #include "core/refusal.h"
 #include "core/text.h"
@@ -127,11 +128,14 @@ HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
     if (set.value() == nullptr) return kRefused;
     const std::string_view servers = set.value();
     std::size_t position = 0;
+    MirroredBatch batch(kDhcpServer.package);
+    int result = kDone;
     for (const char* server : {"primaryDns", "secondaryDns"}) {
-        const auto address = next_word(servers, position, ",");
-        if (address.empty()) break;
-        if (!write_option(kDhcpServer / server, std::string(address))) return kRefused;
+        const std::string address(next_word(servers, position, ","));
+        if (address.empty() || result != kDone) break;
+        result = batch.set(kDhcpServer.section, server, address.c_str());
     }
+    if (finish(batch, result) != kDone) return kRefused;
     set.raise(CWMP_APPLY_LAN);
     return kDone;
 }

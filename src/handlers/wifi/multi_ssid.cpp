@@ -1,4 +1,5 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.MultiSSID.: the guest network.
+#include "config/batch.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 #include "handlers/wifi/settings.h"
@@ -22,14 +23,17 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_Status) {
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {
-    const int result = option(op, args,
-                              {.at = kGuestNetwork / "ssid",
-                               .accepts = at_most<32>,
-                               .apply = CWMP_APPLY_WIRELESS,
-                               .write_failure_is_done = true},
-                              {.unreadable = "get ssid error\n\n"});
-    if (op == CWMP_OP_GET || result != kDone) return result;
-    return write_leniently(kGuestNetwork / "usr_set", "1") ? kDone : kRefused;
+    const auto [package, section] = kGuestNetwork;
+    if (op == CWMP_OP_GET)
+        return option(op, args, {.at = kGuestNetwork / "ssid"}, {.unreadable = "get ssid error\n\n"});
+    const SetArguments set(op, args);
+    if (set.value() == nullptr || !at_most<32>(set.value())) return kRefused;
+    MirroredBatch batch(package);
+    batch.set(section, "ssid", set.value());
+    batch.set(section, "usr_set", "1");
+    if (finish(batch, kDone) != kDone) return kRefused;
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {

@@ -1,7 +1,8 @@
 #include "handlers/wifi/network_switch.h"
 
+#include "config/batch.h"
+#include "config/store.h"
 #include "core/refusal.h"
-#include "handlers/blocks/option.h"
 
 namespace cwmp {
 namespace {
@@ -16,35 +17,32 @@ struct Bands {
 
 const char* flag(bool on) { return on ? "1" : "0"; }
 
-bool is_one_or_missing(const OptionPath& at) { return read_option(at).value_or("1") == "1"; }
-
-Bands stored_bands(Section network, const std::string& enable) {
-    if (enable != "1") return {};
-    return {is_one_or_missing(network / kRadio2G.band_option),
-            is_one_or_missing(network / kRadio5G.band_option)};
-}
-
 // Alone, what the store refuses is left as it is: the agent's re-apply works with what stands there.
-bool store(const NetworkSwitch& target, const Bands& bands) {
-    const bool ends_default = bands.any() && target.replaces_default;
-    return write_leniently(target.network / "enable", flag(bands.any())) &&
-           (!ends_default || write_leniently({"wifi", "default", "enable"}, "0")) &&
-           write_leniently(target.network / kRadio2G.band_option, flag(bands.on_2g)) &&
-           write_leniently(target.network / kRadio5G.band_option, flag(bands.on_5g));
+int store(MirroredBatch& batch, const NetworkSwitch& target, const Bands& bands) {
+    const char* network = target.network.section;
+    batch.set(network, "enable", flag(bands.any()));
+    if (bands.any() && target.replaces_default) batch.set("default", "enable", "0");
+    batch.set(network, kRadio2G.band_option, flag(bands.on_2g));
+    batch.set(network, kRadio5G.band_option, flag(bands.on_5g));
+    return finish(batch, kDone);
 }
 
 int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
     const SetArguments set(op, args);
     if (set.value() == nullptr) return kRefused;
-    const auto enable = read_option(target.network / "enable");
+    MirroredBatch batch(target.network.package);
+    const auto stored = [&](const char* option) { return batch.read(target.network.section, option); };
+    const auto is_on_band = [&](const Radio& radio) { return stored(radio.band_option).value_or("1") == "1"; };
+    const auto enable = stored("enable");
     if (!enable) return refuse(caller, kError, "%s", target.unreadable);
-    Bands bands = stored_bands(target.network, *enable);
+    Bands bands;
+    if (*enable == "1") bands = {is_on_band(kRadio2G), is_on_band(kRadio5G)};
     const std::string value = set.value();
     log_event(caller, kError, "set wifi enable : %s\n", value.c_str());
     if (value != "0" && value != "1") return kRefused;
     bands[target.radio] = value == "1";
     if (!bands.any() && !target.can_be_all_off) return kRefused;
-    if (!store(target, bands)) return kRefused;
+    if (store(batch, target, bands) != kDone) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }

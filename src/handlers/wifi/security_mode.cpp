@@ -1,6 +1,7 @@
 // The security mode, pass phrase and WEP key of a network.
 #include <cstdio>
 
+#include "config/batch.h"
 #include "core/text.h"
 #include "cwmp/wireless.h"
 #include "handlers/blocks/option.h"
@@ -52,15 +53,20 @@ bool is_allowed(std::string_view name) {
     return name == kOpen || find_mode(name, &Mode::name) != nullptr;
 }
 
-bool store_mode(Section network, std::string_view name) {
+bool store_mode(const char* network, std::string_view name) {
+    MirroredBatch batch("wifi");
+    const auto write = [&](const char* option, const char* value) {
+        return batch.set(network, option, value) == kDone;
+    };
+    bool stored = write("encryption", name == kOpen ? "0" : "1");
     if (name == kOpen) {
-        return write_option(network / "encryption", "0") && write_option(network / "enc_type", "none");
+        stored = stored && write("enc_type", "none");
+    } else {
+        const Mode* mode = find_mode(name, &Mode::name);
+        // The profile may list modes that only secure the network; what the store refuses is overlooked then.
+        stored = mode == nullptr || (write("enc_type", mode->enc_type) && write("wpa3", mode->wpa3));
     }
-    if (!write_leniently(network / "encryption", "1")) return false;
-    const Mode* mode = find_mode(name, &Mode::name);
-    // The profile may list modes that only secure the network.
-    if (mode == nullptr) return true;
-    return write_option(network / "enc_type", mode->enc_type) && write_option(network / "wpa3", mode->wpa3);
+    return finish(batch, stored ? kDone : kRefused) == kDone;
 }
 
 int answer_mode(const GetArguments& get, Section network) {
@@ -82,7 +88,7 @@ int security_mode_operate(int op, va_list args) {
     if (op == CWMP_OP_GET) return answer_mode(GetArguments(args), network);
     const SetArguments set(op, args);
     if (set.value() == nullptr || !is_allowed(set.value())) return kRefused;
-    if (!store_mode(network, set.value())) return kRefused;
+    if (!store_mode(network.section, set.value())) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }

@@ -1,4 +1,5 @@
 // Device.WiFi.SSID.{i}.
+#include "core/refusal.h"
 #include "cwmp/interface_stack.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
@@ -12,14 +13,29 @@ FORWARD(WiFi_SSID_BSSID, LANDevice_WLANConfiguration_BSSID)
 PARAMETER(WiFi_SSID_Upstream, constant, "0")
 FORWARD(WiFi_SSID_X_QM_MultiSSID_SSID, LANDevice_WLANConfiguration_MultiSSID_SSID)
 
+namespace {
+
+constexpr const char* kNameUnwritten = "set ssid error\n\n";
+
+// With the mark that the user chose it.
+int set_guest_name(const SetArguments& set, Caller caller = Caller::here()) {
+    const auto [package, section] = kGuestNetwork;
+    if (set.value() == nullptr) return kRefused;
+    if (!write_together(package, {{section, "ssid", set.value()}, {section, "usr_set", "1"}}))
+        return refuse(caller, kError, kNameUnwritten);
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+}  // namespace
+
 // A number that is no network's has no name, and takes any.
 HANDLER(WiFi_SSID_SSID) {
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return option(op, args, {.at = {}, .apply = CWMP_APPLY_WIRELESS});
-    const int result = option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
-                              {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
-    if (op == CWMP_OP_GET || result != kDone || !network->is_guest()) return result;
-    return write_leniently(network->at("usr_set"), "1") ? kDone : kRefused;
+    if (op != CWMP_OP_GET && network->is_guest()) return set_guest_name(SetArguments(op, args));
+    return option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
+                  {.unreadable = "get ssid error\n\n", .unwritten = kNameUnwritten});
 }
 
 PARAMETER(WiFi_SSID_Status, network_status)
