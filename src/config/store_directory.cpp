@@ -62,8 +62,8 @@ std::optional<std::string> package_text(const std::string& directory, const std:
     const Descriptor file(open((directory + '/' + package).c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status = {};
     if (!file || fstat(file.get(), &status) != 0) return std::nullopt;
-    std::string text = read_whole(file.get());
-    if (static_cast<off_t>(text.size()) != status.st_size) return std::nullopt;
+    auto text = read_whole(file.get());
+    if (text && static_cast<off_t>(text->size()) != status.st_size) text.reset();
     return text;
 }
 

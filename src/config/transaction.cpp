@@ -77,9 +77,9 @@ bool is_running() { return running.noting; }
 bool begin(int milliseconds) {
     if (running.file) return false;
     running.file = open_notes();
-    if (running.file && lock_within(running.file.get(), milliseconds)) {
-        const std::string text = read_whole(running.file.get());
-        const auto whole = static_cast<off_t>(text.rfind('\n') + 1);
+    const bool locked = running.file && lock_within(running.file.get(), milliseconds);
+    if (const auto text = locked ? read_whole(running.file.get()) : std::nullopt) {
+        const auto whole = static_cast<off_t>(text->rfind('\n') + 1);
         running.start = std::max(whole, kFirst);
         running.noting = cut_back(whole) && (whole > 0 || write_whole(running.file.get(), kHeader));
         if (running.noting) return true;
@@ -99,7 +99,8 @@ bool keep(std::string_view lines) {
 bool keep_changes(const char* directory, const char* package, const std::string& lines) {
     const std::string first = (NoteWriter('T') << directory << package).line();
     const std::string_view begins(first.data(), first.size() - 1);
-    if (read_whole(running.file.get(), running.start).find(begins) != std::string::npos) return keep(lines);
+    const auto known = read_whole(running.file.get(), running.start);
+    if (known && known->find(begins) != std::string::npos) return keep(lines);
     const auto text = package_text(directory, package);
     return text && keep((NoteWriter('T') << directory << package << *text).line() + lines);
 }
@@ -113,10 +114,12 @@ bool take_over() {
     return false;
 }
 
-std::string notes() {
+std::optional<std::string> notes() {
     running.noting = false;
-    std::string text = '\n' + read_whole(running.file.get(), running.start);
-    text.resize(text.rfind('\n') + 1);
+    auto text = read_whole(running.file.get(), running.start);
+    if (!text) return std::nullopt;
+    text->insert(0, 1, '\n');
+    text->resize(text->rfind('\n') + 1);
     return text;
 }
 
@@ -146,6 +149,8 @@ bool undo_package(const std::string& notes, std::string_view key) {
 
 }  // namespace
 
+void keep_notes() { running.kept = true; }
+
 bool undo(const std::string& notes) {
     constexpr std::string_view kBegins = "\nT\t";
     bool undone = true;
@@ -157,11 +162,9 @@ bool undo(const std::string& notes) {
         if (notes.find(begins) == at)
             undone = undo_package(notes, begins.substr(kBegins.size() - 1)) && undone;
     }
-    running.kept = !undone;
+    if (!undone) keep_notes();
     return undone;
 }
-
-void keep_notes() { running.kept = true; }
 
 bool end() {
     const bool forgotten = running.kept || cut_back(running.start > kFirst ? running.start : 0);

@@ -2,6 +2,7 @@
 // there before each change. Undoing is played from the notes: a killed process leaves them to the next one.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,12 +54,13 @@ bool keep_changes(const char* directory, const char* package, const std::string&
 
 // Takes over what a killed process has noted. False when there is nothing, or when it is not cut but running.
 bool take_over();
-// All notes, oldest first, each line between two newlines. From now on nothing is noted.
-std::string notes();
-// Plays notes of options and sections back. False when a package could not be stored: the notes are kept then.
-bool undo(const std::string& notes);
+// All notes, oldest first, each line between two newlines; nothing when they cannot be read. From now on nothing is
+// noted.
+std::optional<std::string> notes();
 // What could not be undone may be tried again: end() leaves the notes.
 void keep_notes();
+// Plays notes of options and sections back. False when that failed for a package: the notes are kept then.
+bool undo(const std::string& notes);
 // Forgets the notes. False when they stay against all intent: who recovers undoes what they tell of.
 bool end();
 

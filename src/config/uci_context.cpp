@@ -188,7 +188,8 @@ void UciContext::forget_staged(Caller caller) {
     const Descriptor file(
         open(staged_file(context_.get(), package_->e.name).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
     if (!file || !lock_within(file.get(), kPatience)) return;
-    const std::string staged = read_whole(file.get());
+    const auto text = read_whole(file.get());
+    const std::string_view staged = text ? *text : std::string_view();
     const auto known = std::min(staged.size(), static_cast<std::size_t>(staged_));
     if (known == 0) return;
     if (staged[known - 1] != '\n' || uci_list_empty(&package_->saved_delta)) {
@@ -196,7 +197,7 @@ void UciContext::forget_staged(Caller caller) {
                   package_->e.name);
     }
     if (ftruncate(file.get(), 0) == 0 && staged.size() > known)
-        write_whole(file.get(), std::string_view(staged).substr(known));
+        write_whole(file.get(), staged.substr(known));
 }
 
 std::optional<int> UciContext::revert(std::string tuple) {

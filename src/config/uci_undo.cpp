@@ -39,19 +39,20 @@ void move_to(uci_list& all, uci_element& element, int place) {
     next->prev = &moved;
 }
 
-// A package's text as this version of libuci writes it; nothing when it cannot be read.
-std::string rewritten(const std::string& text, const char* package) {
+// A package's text as this version of libuci writes it, empty for one that is none; nothing when something fails.
+std::optional<std::string> rewritten(const std::string& text, const char* package) {
     const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
                                                                             uci_free_context);
     std::string source = text + '\n';
     const File stream(fmemopen(source.data(), source.size(), "r"));
     uci_package* read = nullptr;
-    if (context == nullptr || stream == nullptr ||
-        uci_import(context.get(), stream.get(), package, &read, true) != UCI_OK || read == nullptr) {
-        return {};
-    }
+    if (context == nullptr || stream == nullptr) return std::nullopt;
+    const int imported = uci_import(context.get(), stream.get(), package, &read, true);
+    if (imported == UCI_ERR_PARSE) return "";
+    if (imported != UCI_OK || read == nullptr) return std::nullopt;
     const Export result(context.get(), read);
-    return result ? std::string(result.text()) : std::string();
+    if (!result) return std::nullopt;
+    return std::string(result.text());
 }
 
 }  // namespace
@@ -146,10 +147,12 @@ bool UciContext::restore_option(transaction::NoteReader& note) {
 
 bool UciContext::commit_as(const std::string& text, Caller caller) {
     const Export now(context_.get(), package_);
-    const bool same = now && now.text() == rewritten(text, package_->e.name);
+    const auto before = rewritten(text, package_->e.name);
+    const bool known = now && before;
+    const bool same = known && now.text() == *before;
     // What was never stored needs no room to be undone.
     const bool is_there = same && staged_ == 0 && package_text(confdir_, package_->e.name) == text;
-    const bool stored = is_there || (now && store_text(same ? std::string_view(text) : now.text(), caller));
+    const bool stored = is_there || (known && store_text(same ? std::string_view(text) : now.text(), caller));
     lock_ = {};
     return stored;
 }

@@ -34,13 +34,13 @@ bool write_whole(int descriptor, std::string_view text) {
     return true;
 }
 
-std::string read_whole(int descriptor, off_t position) {
+std::optional<std::string> read_whole(int descriptor, off_t position) {
     std::string text;
     char piece[4096];
     ssize_t count = 0;
     while ((count = pread(descriptor, piece, sizeof piece, position)) != 0) {
         if (count < 0 && errno == EINTR) continue;
-        if (count < 0) break;
+        if (count < 0) return std::nullopt;
         text.append(piece, static_cast<std::size_t>(count));
         position += count;
     }

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -36,8 +37,8 @@ Descriptor open_own_file(const char* path, int flags);
 // Everything, whatever signals arrive; false when it did not fit.
 bool write_whole(int descriptor, std::string_view text);
 
-// The whole file from a position on.
-std::string read_whole(int descriptor, off_t position = 0);
+// The whole file from a position on; nothing when it cannot be read to its end.
+std::optional<std::string> read_whole(int descriptor, off_t position = 0);
 
 // Takes the lock of an open file (flock), waiting at most so many milliseconds for who has it.
 bool lock_within(int descriptor, int milliseconds);

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/command.h"
 #include "core/descriptor.h"
@@ -24,6 +25,8 @@ constexpr const char* kAnswerFile = "/tmp/tr069_json_output_file";
 constexpr const char* kLoadVerb = "initialize_revert_data";
 constexpr const char* kRevertSuffix = "_revert";
 
+bool unheard = false;
+
 struct Release {
     void operator()(json_object* json) const { json_object_put(json); }
 };
@@ -32,6 +35,19 @@ using Json = std::unique_ptr<json_object, Release>;
 Json read_json(const char* path) {
     const Descriptor file = open_own_file(path, O_RDONLY);
     return Json(file ? json_object_from_fd(file.get()) : nullptr);
+}
+
+// Null, and remembered, when there is none that can be read.
+Json read_answer() {
+    Json answer = read_json(kAnswerFile);
+    unheard = unheard || answer == nullptr;
+    return answer;
+}
+
+bool is_accepted(json_object* answer) {
+    json_object* code = nullptr;
+    json_object_object_get_ex(answer, "error_code", &code);
+    return json_object_is_type(code, json_type_int) && json_object_get_int64(code) == 0;
 }
 
 // Others could read the passwords in a request, or put one of their own in its place.
@@ -46,7 +62,10 @@ bool write_json(const char* path, json_object* json) {
 bool run_script(const char* arguments, Caller caller) {
     char command[512];
     std::snprintf(command, sizeof command, "%s %s ", kCheckScript, arguments);
-    if (unlink(kAnswerFile) != 0 && errno != ENOENT) return false;
+    if (unlink(kAnswerFile) != 0 && errno != ENOENT) {
+        unheard = true;
+        return false;
+    }
     run(command);
     log_event(caller, kProgress, "!!!!!!!!!!!!!!!%s \n\n", command);
     return true;
@@ -99,9 +118,8 @@ enum class Loading { unreadable, nothing, loaded };
 
 // object is null for a name that no group has: the script is asked all the same.
 Loading load(const std::string& name, const Object* object, Caller caller) {
-    if (!run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), caller))
-        return Loading::unreadable;
-    const Json answer = read_json(kAnswerFile);
+    const bool ran = run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), caller);
+    const Json answer = ran ? read_answer() : nullptr;
     if (answer == nullptr) return Loading::unreadable;
     const bool loaded = object != nullptr && load(*object, answer.get());
     unlink(kAnswerFile);
@@ -112,10 +130,7 @@ Loading load(const std::string& name, const Object* object, Caller caller) {
 
 int func_obj_result_ok(const char* file) {
     if (file == nullptr) return 0;
-    const Json answer = read_json(file);
-    json_object* code = nullptr;
-    json_object_object_get_ex(answer.get(), "error_code", &code);
-    return json_object_is_type(code, json_type_int) && json_object_get_int64(code) == 0 ? 1 : 0;
+    return is_accepted(read_json(file).get()) ? 1 : 0;
 }
 
 int initialize_revert_data(const char* name) {
@@ -125,14 +140,17 @@ int initialize_revert_data(const char* name) {
 
 namespace cwmp::staged {
 
+bool was_unheard() { return std::exchange(unheard, false); }
+
 Verdict ask_script(const Object& object, const char* action, Caller caller) {
     const Json json = request(object);
     if (json == nullptr || !write_json(kRequestFile, json.get())) {
         unlink(kRequestFile);
+        unheard = true;
         return Verdict::no_request;
     }
     const std::string verb = std::string(object.name) + '_' + action;
-    const bool accepted = run_script(verb.c_str(), caller) && func_obj_result_ok(kAnswerFile) != 0;
+    const bool accepted = run_script(verb.c_str(), caller) && is_accepted(read_answer().get());
     unlink(kRequestFile);
     unlink(kAnswerFile);
     return accepted ? Verdict::accepted : Verdict::rejected;

@@ -26,11 +26,10 @@ void forget_groups() {
 
 // Stages what a note says was in force. What the group has not changed is what the script tells of it now. False
 // when nobody knew.
-bool stage_noted(const Object& object, transaction::NoteReader note, bool& silent) {
+bool stage_noted(const Object& object, transaction::NoteReader note) {
     if (note.ends()) return false;
     const auto staging = Record::staging(object);
     const bool told = load_revert_record(object);
-    silent = silent || !told;
     for (int option = 0; option < object.count; ++option) {
         std::string text = note.next();
         const bool changed = text.starts_with(kChanged);
@@ -48,8 +47,7 @@ bool stage_noted(const Object& object, transaction::NoteReader note, bool& silen
 }
 
 // A group that was applied twice gets back what it had before the first time.
-// silent: the script did not answer.
-bool undo_groups(const std::string& notes, unsigned int* flags, bool& silent) {
+bool undo_groups(const std::string& notes, unsigned int* flags) {
     forget_groups();
     bool known = true;
     for (const Object* object : kObjects) {
@@ -58,20 +56,24 @@ bool undo_groups(const std::string& notes, unsigned int* flags, bool& silent) {
         if (at == std::string::npos) continue;
         const std::size_t start = at + begins.size();
         const auto fields = std::string_view(notes).substr(start, notes.find('\n', start) - start);
-        known = stage_noted(*object, transaction::NoteReader(fields), silent) && known;
+        known = stage_noted(*object, transaction::NoteReader(fields)) && known;
     }
     return apply_all(flags) && known;
 }
 
-// The script is asked when the options are what they were, and writes over some of them: these come back again.
+// The script is asked when the options are what they were, and writes over some of them: these come back again. What it
+// was asked too early or not at all is made good by who tries it again.
 bool undo(unsigned int* flags) {
     const auto notes = transaction::notes();
-    bool silent = false;
-    bool options_undone = transaction::undo(notes);
-    const bool groups_undone = undo_groups(notes, flags, silent);
-    if (notes.find("\nG\t") != std::string::npos) options_undone = transaction::undo(notes);
-    if (!groups_undone && silent) transaction::keep_notes();
-    return transaction::end() && groups_undone && options_undone;
+    bool undone = notes && transaction::undo(*notes);
+    was_unheard();
+    if (notes) undone = undo_groups(*notes, flags) && undone;
+    if (notes && notes->find("\nG\t") != std::string::npos) undone = transaction::undo(*notes) && undone;
+    if (!notes || was_unheard()) {
+        transaction::keep_notes();
+        undone = false;
+    }
+    return transaction::end() && undone;
 }
 
 }  // namespace
