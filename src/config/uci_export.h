@@ -20,7 +20,8 @@ class Export {
         const bool exported = context->buf != nullptr &&
                               uci_export(context, stream, package, false) == UCI_OK &&
                               std::ferror(stream) == 0;
-        whole_ = std::fclose(stream) == 0 && exported;
+        // Its last allocation may fail as the stream is closed, which fclose does not tell.
+        whole_ = std::fclose(stream) == 0 && exported && text_ != nullptr;
     }
     ~Export() { std::free(text_); }
     Export(const Export&) = delete;

@@ -1,7 +1,6 @@
-// Preloaded into a process: among its calls of one kind the one at FAULT_AT fails, or each from there on with
-// FAULT_LASTS, or the process is killed there (kind "kill": any call that changes the file system). Counts what the
-// process and the jobs that it forks call once it is armed; programs that it starts are left alone. The counts of all
-// kinds lie in the file FAULT_COUNT, for who started it.
+// Preloaded into a process: among its calls of one kind one fails, or each from there on, or the process is killed
+// there. Counts what the process and the jobs that it forks call once it is armed; programs that it starts are left
+// alone. FAULT is "KIND NUMBER LASTS ARMED FILE"; FILE takes the counts of all kinds, for who started it.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -14,139 +13,103 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <iterator>
 
 #include "host.h"
 
 namespace {
 
-using host::kKinds;
+using namespace host;
 
-int kind = -1;  // its place in kKinds
-int at = 0;
-bool lasts = false;
-bool armed = false;
+int failing = -1, at = 0, lasts = 0, armed = 0;
 std::atomic<int>* counts = nullptr;
 
-int kind_of(const char* name) {
-    int place = 0;
-    while (std::strcmp(kKinds[place], name) != 0) ++place;
-    return place;
-}
-
 __attribute__((constructor)) void read_fault() {
-    const char* file = std::getenv("FAULT_COUNT");
-    const int shared = file != nullptr ? open(file, O_RDWR | O_CLOEXEC) : -1;
-    if (shared < 0) return;
-    void* page =
-        mmap(nullptr, std::size(kKinds) * sizeof *counts, PROT_READ | PROT_WRITE, MAP_SHARED, shared, 0);
+    char file[64];
+    const char* fault = std::getenv("FAULT");
+    if (fault == nullptr || std::sscanf(fault, "%d %d %d %d %63s", &failing, &at, &lasts, &armed, file) != 5)
+        return;
+    const int shared = open(file, O_RDWR | O_CLOEXEC);
+    void* page = mmap(nullptr, kKinds * sizeof *counts, PROT_READ | PROT_WRITE, MAP_SHARED, shared, 0);
     close(shared);
-    if (page == MAP_FAILED) return;
-    counts = static_cast<std::atomic<int>*>(page);
-    kind = kind_of(std::getenv("FAULT_KIND"));
-    at = std::atoi(std::getenv("FAULT_AT"));
-    lasts = std::getenv("FAULT_LASTS") != nullptr;
-    armed = std::getenv("FAULT_ARMED") != nullptr;
+    if (page != MAP_FAILED) counts = static_cast<std::atomic<int>*>(page);
     unsetenv("LD_PRELOAD");
 }
 
-bool is_hit(const char* call) {
-    if (!armed || counts == nullptr) return false;
-    const int place = kind_of(call);
-    const int number = ++counts[place];
-    return place == kind && at > 0 && (number == at || (lasts && number > at));
+bool is_hit(Kind kind) {
+    if (armed == 0 || counts == nullptr) return false;
+    const int number = ++counts[kind];
+    return kind == failing && at > 0 && (number == at || (lasts != 0 && number > at));
 }
 
-bool fails(const char* call, int error) {
-    if (!is_hit(call)) return false;
+bool fails(Kind kind, int error) {
+    if (!is_hit(kind)) return false;
     errno = error;
     return true;
 }
 
-void changes() {
-    if (is_hit("kill")) kill(getpid(), SIGKILL);
-}
-
-template <typename Function>
-Function* next(Function*, const char* name) {
-    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
-}
-#define NEXT(name) static const auto real = next(&::name, #name)
-
-int opened(int flags, int (*open_it)(const char*, int, mode_t), const char* path, mode_t mode) {
-    if ((flags & (O_CREAT | O_TRUNC)) != 0) changes();
-    return fails("open", EMFILE) ? -1 : open_it(path, flags, mode);
+void changes(bool really = true) {
+    if (really && is_hit(kKill)) kill(getpid(), SIGKILL);
 }
 
 }  // namespace
 
 extern "C" {
 
-void arm_faults() { armed = true; }
+void arm_faults() { armed = 1; }
 
-void* __libc_malloc(size_t size);
-void* __libc_calloc(size_t count, size_t size);
-void* __libc_realloc(void* memory, size_t size);
-
-void* malloc(size_t size) { return fails("malloc", ENOMEM) ? nullptr : __libc_malloc(size); }
-void* calloc(size_t number, size_t size) {
-    return fails("malloc", ENOMEM) ? nullptr : __libc_calloc(number, size);
-}
-void* realloc(void* memory, size_t size) {
-    return fails("malloc", ENOMEM) ? nullptr : __libc_realloc(memory, size);
-}
-
-#define OPEN(name)                                                                           \
-    int name(const char* path, int flags, ...) {                                             \
-        va_list list;                                                                        \
-        va_start(list, flags);                                                               \
-        const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(list, mode_t) : 0; \
-        va_end(list);                                                                        \
-        static const auto real =                                                             \
-            reinterpret_cast<int (*)(const char*, int, mode_t)>(dlsym(RTLD_NEXT, #name));    \
-        return opened(flags, real, path, mode);                                              \
+// One function that only fails, or changes the file system and may fail. Its own name would clash with the header's.
+#define CALL(result, name, parameters, arguments, kind, error, failure, change)                   \
+    result my_##name parameters __asm__(#name);                                                   \
+    result my_##name parameters {                                                                 \
+        static const auto real = reinterpret_cast<result(*) parameters>(dlsym(RTLD_NEXT, #name)); \
+        change;                                                                                   \
+        return fails(kind, error) ? failure : real arguments;                                     \
     }
-OPEN(open)
-OPEN(open64)
+#define CALL64(result, name, ...)   \
+    CALL(result, name, __VA_ARGS__) \
+    CALL(result, name##64, __VA_ARGS__)
 
-// One function that only fails, or changes the file system and may fail.
-#define CALL(result, name, parameters, arguments, call, error, failure, change) \
-    result name parameters {                                                    \
-        static const auto real = next(&::name, #name);                          \
-        change;                                                                 \
-        return fails(call, error) ? failure : real arguments;                   \
-    }
-CALL(FILE*, fopen, (const char* path, const char* mode), (path, mode), "open", EMFILE, nullptr,
-     if (*mode != 'r') changes())
-CALL(FILE*, fopen64, (const char* path, const char* mode), (path, mode), "open", EMFILE, nullptr,
-     if (*mode != 'r') changes())
-CALL(DIR*, opendir, (const char* path), (path), "open", EMFILE, nullptr, )
-CALL(int, mkostemp, (char* path, int flags), (path, flags), "open", ENOSPC, -1, changes())
-CALL(int, mkostemp64, (char* path, int flags), (path, flags), "open", ENOSPC, -1, changes())
-CALL(ssize_t, write, (int file, const void* text, size_t size), (file, text, size), "write", ENOSPC, -1,
+// The third argument is there with some flags only; taken always, it is passed on unused.
+CALL64(int, open, (const char* path, int flags, mode_t mode), (path, flags, mode), kOpen, EMFILE, -1,
+       changes((flags & (O_CREAT | O_TRUNC)) != 0))
+CALL64(FILE*, fopen, (const char* path, const char* mode), (path, mode), kOpen, EMFILE, nullptr,
+       changes(*mode != 'r'))
+CALL64(int, mkostemp, (char* path, int flags), (path, flags), kOpen, ENOSPC, -1, changes())
+CALL(DIR*, opendir, (const char* path), (path), kOpen, EMFILE, nullptr, )
+CALL(int, pipe2, (int* ends, int flags), (ends, flags), kOpen, EMFILE, -1, )
+CALL64(ssize_t, pread, (int file, void* text, size_t size, off_t from), (file, text, size, from), kRead, EIO,
+       -1, )
+CALL(ssize_t, write, (int file, const void* text, size_t size), (file, text, size), kWrite, ENOSPC, -1,
      changes())
-CALL(int, ftruncate, (int file, off_t size), (file, size), "write", EIO, -1, changes())
-CALL(int, rename, (const char* from, const char* to), (from, to), "rename", EIO, -1, changes())
-CALL(int, fsync, (int file), (file), "sync", EIO, -1, )
-CALL(int, fdatasync, (int file), (file), "sync", EIO, -1, )
-CALL(pid_t, fork, (), (), "spawn", EAGAIN, -1, )
-CALL(int, pipe2, (int* ends, int flags), (ends, flags), "open", EMFILE, -1, )
+CALL64(int, ftruncate, (int file, off_t size), (file, size), kWrite, EIO, -1, changes())
+CALL(int, rename, (const char* from, const char* to), (from, to), kRename, EIO, -1, changes())
+CALL(int, fsync, (int file), (file), kSync, EIO, -1, )
+CALL(int, fdatasync, (int file), (file), kSync, EIO, -1, )
+CALL(pid_t, fork, (), (), kSpawn, EAGAIN, -1, )
 CALL(int, posix_spawn,
      (pid_t * process, const char* path, const posix_spawn_file_actions_t* actions,
       const posix_spawnattr_t* attributes, char* const* words, char* const* environment),
-     (process, path, actions, attributes, words, environment), "spawn", EAGAIN, EAGAIN, changes())
-CALL(int, unlink, (const char* path), (path), "other", EIO, -1, changes())
-CALL(int, unlinkat, (int directory, const char* path, int flags), (directory, path, flags), "other", EIO, -1,
+     (process, path, actions, attributes, words, environment), kSpawn, EAGAIN, EAGAIN, changes())
+CALL(int, unlink, (const char* path), (path), kOther, EIO, -1, changes())
+CALL(int, unlinkat, (int directory, const char* path, int flags), (directory, path, flags), kOther, EIO, -1,
      changes())
-CALL(int, mkdir, (const char* path, mode_t mode), (path, mode), "other", EIO, -1, changes())
-CALL(int, fchmod, (int file, mode_t mode), (file, mode), "other", EIO, -1, changes())
+CALL(int, mkdir, (const char* path, mode_t mode), (path, mode), kOther, EIO, -1, changes())
+CALL(int, fchmod, (int file, mode_t mode), (file, mode), kOther, EIO, -1, changes())
+
+// dlsym would ask for memory itself.
+#define MEMORY(name, parameters, arguments) \
+    void* __libc_##name parameters;         \
+    void* name parameters { return fails(kMalloc, ENOMEM) ? nullptr : __libc_##name arguments; }
+MEMORY(malloc, (size_t size), (size))
+MEMORY(calloc, (size_t number, size_t size), (number, size))
+MEMORY(realloc, (void* memory, size_t size), (memory, size))
 
 // The descriptor is given back all the same, as the system does.
 int close(int file) {
-    NEXT(close);
+    static const auto real = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "close"));
     const int result = real(file);
-    return fails("close", EIO) ? -1 : result;
+    return fails(kClose, EIO) ? -1 : result;
 }
 }

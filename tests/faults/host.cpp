@@ -1,142 +1,108 @@
 #include "host.h"
 
-#include <dirent.h>
 #include <dlfcn.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
+#include <functional>
+#include <map>
 #include <vector>
 
 #include "cwmp/handler.h"
 #include "cwmp/transaction.h"
 #include "cwmp/uci_access.h"
+#include "library.h"
 
 namespace host {
 namespace {
 
-void* library = nullptr;
+const cwmp::Library* library = nullptr;
+#define LIBRARY(name) library->function<decltype(::name)>(#name)
 
-template <typename Function>
-Function* symbol(Function*, const char* name) {
-    void* found = dlsym(library, name);
-    if (found == nullptr) std::abort();
-    return reinterpret_cast<Function*>(found);
-}
-#define LIBRARY(name) symbol(&::name, #name)
-
-int call(const char* handler, int op, ...) {
-    va_list list;
-    va_start(list, op);
-    const int result = reinterpret_cast<cwmp_handler>(dlsym(library, handler))(op, list);
-    va_end(list);
-    return result;
+int call(const std::string& handler, int op, const char* text, int instance = 0) {
+    int locate[CWMP_LOCATE_SIZE] = {instance};
+    unsigned flags = 0;
+    return cwmp::call(library->find(handler), op, locate, text, &flags);
 }
 
 struct Setting {
-    const char* handler;
+    std::string handler;
     const char* value;
     int instance = 0;
     int only_pass = 0;
 };
 
 bool set_all(const std::vector<Setting>& settings) {
-    unsigned flags = 0;
-    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
-        for (const Setting& setting : settings) {
-            int locate[CWMP_LOCATE_SIZE] = {setting.instance};
-            if (setting.only_pass != 0 && setting.only_pass != op) continue;
-            if (call(setting.handler, op, locate, setting.value, &flags) != 0) return false;
-        }
-    }
+    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
+        for (const auto& [handler, value, instance, only_pass] : settings)
+            if ((only_pass == 0 || only_pass == op) && call(handler, op, value, instance) != 0) return false;
     return true;
 }
 
-// The number of the new instance; 0 when it was refused.
-int add_mapping() {
-    int locate[CWMP_LOCATE_SIZE] = {};
+// The number of the new instance; empty when it was refused.
+std::string add_mapping() {
     char number[16] = "";
-    unsigned flags = 0;
-    return call("NAT_PortMapping", CWMP_OP_ADD, locate, number, &flags) == 0 ? std::atoi(number) : 0;
+    return call("NAT_PortMapping", CWMP_OP_ADD, number) == 0 ? number : "";
 }
 
-bool erase(const char* object, const char* number) {
-    int locate[CWMP_LOCATE_SIZE] = {};
-    unsigned flags = 0;
-    return call(object, CWMP_OP_DELETE, locate, number, &flags) == 0;
+bool erase(const char* object, const std::string& number) {
+    return call(object, CWMP_OP_DELETE, number.c_str()) == 0;
 }
 
-// Three packages, one of them with a side copy, an added and a deleted instance, two groups.
+// Three packages, one of them with a side copy, an added and a deleted instance, two groups. With a pass, its last
+// member is refused there.
 int transaction(int refused_pass) {
-    constexpr const char* kLan = "LANDevice_LANHostConfigManagement_";
-    const std::string mask = std::string(kLan) + "IPInterface_IPInterfaceSubnetMask";
-    const std::string address = std::string(kLan) + "IPInterface_IPInterfaceIPAddress";
-    const std::string pool = std::string(kLan) + "MinAddress";
+    const std::string lan = "LANDevice_LANHostConfigManagement_";
     std::vector<Setting> settings = {{"DeviceInfo_ProvisioningCode", "changed"},
                                      {"ManagementServer_PeriodicInformInterval", "4711"},
                                      {"WiFi_SSID_SSID", "changed", 2},
-                                     {mask.c_str(), "255.255.0.0"},
-                                     {pool.c_str(), "192.168.0.110"},
-                                     {address.c_str(), "192.168.3.1"}};
+                                     {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
+                                     {lan + "MinAddress", "192.168.0.110"},
+                                     {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
     if (refused_pass != 0) settings.push_back({"ManagementServer_EnableCWMP", "maybe", 0, refused_pass});
     unsigned flags = 0;
     if (LIBRARY(cwmp_transaction_begin)(10'000) != 0) return kBusy;
     const bool done =
-        add_mapping() != 0 && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings);
+        !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings);
     if (LIBRARY(cwmp_transaction_end)(done, &flags) != 0) return kNotUndone;
     return done ? kDone : kUndone;
 }
 
-// A value of its own with each round, read back each time.
-int write_option(const char* option, int rounds) {
-    char read[64];
-    for (int i = 1; i <= rounds; ++i) {
-        const auto value = std::to_string(i);
-        if (LIBRARY(uciRawSetValue)("custom", "DeviceInfo", option, value.c_str()) != 0) return kUndone;
-        if (LIBRARY(uciRawGetValue)("custom", "DeviceInfo", option, read) != 0 || read != value)
-            return kUndone;
-    }
-    return kDone;
+int recover() {
+    unsigned flags = 0;
+    const int result = LIBRARY(cwmp_transaction_recover)(&flags);
+    return result == 0 ? kDone : result == 1 ? kUndone : kNotUndone;
 }
 
-// Adds and deletes a mapping of its own, beside others that do.
-int add_and_delete(const char* name, int rounds) {
+bool write_and_read(const char* package, const std::string& section, const char* option,
+                    const std::string& value) {
     char read[64];
-    for (int i = 0; i < rounds; ++i) {
-        const auto number = std::to_string(add_mapping());
-        const auto set = LIBRARY(uciRawSetValue);
-        if (number == "0" || set("nat", number.c_str(), "description", name) != 0) return kUndone;
-        if (LIBRARY(uciRawGetValue)("nat", number.c_str(), "description", read) != 0) return kUndone;
-        if (std::strcmp(read, name) != 0 || !erase("NAT_PortMapping", number.c_str())) return kUndone;
-    }
-    return kDone;
+    return LIBRARY(uciRawSetValue)(package, section.c_str(), option, value.c_str()) == 0 &&
+           LIBRARY(uciRawGetValue)(package, section.c_str(), option, read) == 0 && read == value;
 }
 
 std::string get(const char* handler) {
     static char value[CWMP_VALUE_SIZE];
-    int locate[CWMP_LOCATE_SIZE] = {1, 1};
     value[0] = '\0';
-    return call(handler, CWMP_OP_GET, locate, value) == 0 ? value : "refused";
+    return call(handler, CWMP_OP_GET, value, 1) == 0 ? value : "refused";
 }
 
 // Another child of the agent dies, a timer ticks: no read is cut short, whatever the handler's flags.
-int read_under_signals(int rounds) {
+bool read_under_signals(int rounds) {
     const std::string expected = get("DeviceInfo_ModelName");
     struct sigaction action = {};
     action.sa_handler = [](int) {};
     sigaction(SIGALRM, &action, nullptr);
     const itimerval often = {{0, 300}, {0, 300}};
     setitimer(ITIMER_REAL, &often, nullptr);
-    for (int i = 0; i < rounds; ++i)
-        if (get("DeviceInfo_ModelName") != expected) return kUndone;
-    return kDone;
+    while (rounds > 0 && get("DeviceInfo_ModelName") == expected) --rounds;
+    return rounds == 0;
 }
 
 long resident_pages() {
@@ -152,57 +118,76 @@ int next_descriptor() {
     return number;
 }
 
-int call_often(int rounds) {
-    const auto round = [](int i) {
-        get("DeviceInfo_ModelName");
-        get("WiFi_SSID_SSID");
-        get("Hosts_HostNumberOfEntries");
-        if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
-        if (i % 64 == 0) erase("NAT_PortMapping", std::to_string(add_mapping()).c_str());
-        if (i % 64 == 0) transaction(CWMP_OP_APPLY);
-    };
+bool call_often(int rounds) {
     constexpr int kWarm = 130;
     constexpr long kMorePages = 32;
-    for (int i = 0; i < kWarm; ++i) round(i);
-    const long before = resident_pages();
-    const int descriptor = next_descriptor();
-    for (int i = 0; i < rounds / 4; ++i) round(i);
+    long before = 0;
+    int descriptor = 0;
+    for (int i = 0; i < kWarm + rounds / 4; ++i) {
+        if (i == kWarm) before = resident_pages(), descriptor = next_descriptor();
+        for (const char* read : {"DeviceInfo_ModelName", "WiFi_SSID_SSID", "Hosts_HostNumberOfEntries"})
+            get(read);
+        if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
+        if (i % 64 == 0) erase("NAT_PortMapping", add_mapping());
+        if (i % 64 == 0) transaction(CWMP_OP_APPLY);
+    }
     const bool zombies = waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
     const long more = resident_pages() - before;
     std::fprintf(stderr, "resident %ld pages before, %ld more after\n", before, more);
-    return !zombies && more <= kMorePages && next_descriptor() == descriptor ? kDone : kUndone;
+    return !zombies && more <= kMorePages && next_descriptor() == descriptor;
 }
+
+bool repeat(int rounds, const std::function<bool(int)>& round) {
+    int done = 0;
+    while (done < rounds && round(done + 1)) ++done;
+    return done == rounds;
+}
+
+// Own values, read back each time, beside others that write.
+bool write_often(const char* option, int rounds) {
+    return repeat(rounds,
+                  [=](int i) { return write_and_read("custom", "DeviceInfo", option, std::to_string(i)); });
+}
+
+bool add_often(const char* name, int rounds) {
+    return repeat(rounds, [=](int) {
+        const auto number = add_mapping();
+        return !number.empty() && write_and_read("nat", number, "description", name) &&
+               erase("NAT_PortMapping", number);
+    });
+}
+
+using Operation = bool (*)(int);
+const std::map<std::string, Operation> kOperations = {
+    {"option",
+     [](int) {
+         return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
+     }},
+    {"add", [](int) { return !add_mapping().empty(); }},
+    {"scan",
+     [](int) {
+         return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
+     }},
+    {"transactions",
+     [](int n) { return repeat(n, [](int) { return transaction(CWMP_OP_APPLY) == kUndone; }); }},
+    {"write-one", [](int n) { return write_often("one", n); }},
+    {"write-two", [](int n) { return write_often("two", n); }},
+    {"add-one", [](int n) { return add_often("one", n); }},
+    {"add-two", [](int n) { return add_often("two", n); }},
+    {"signals", read_under_signals},
+    {"often", call_often},
+};
 
 }  // namespace
 
 int run(const std::string& operation, const std::string& detail) {
-    library = dlopen("/usr/lib/libcwmp-datamodel.so", RTLD_NOW | RTLD_LOCAL);
-    if (library == nullptr) return kBusy;
-    *static_cast<int32_t*>(dlsym(library, "l_dbglvl")) = -1;
+    library = new cwmp::Library("/usr/lib/libcwmp-datamodel.so");
+    *static_cast<int32_t*>(library->data("l_dbglvl")) = -1;
     if (const auto arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "arm_faults"))) arm();
     const int number = std::atoi(detail.c_str());
-    unsigned flags = 0;
-    if (operation == "option") return set_all({{"DeviceInfo_ProvisioningCode", "changed"}}) ? kDone : kUndone;
-    if (operation == "add") return add_mapping() != 0 ? kDone : kUndone;
-    if (operation == "scan")
-        return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}}) ? kDone : kUndone;
     if (operation == "transaction") return transaction(number);
-    if (operation == "transactions") {
-        int code = kUndone;
-        for (int i = 0; i < number && code == kUndone; ++i) code = transaction(CWMP_OP_APPLY);
-        return code == kUndone ? kDone : kBusy;
-    }
-    if (operation == "write-one" || operation == "write-two")
-        return write_option(operation.c_str() + 6, number);
-    if (operation == "add-one" || operation == "add-two")
-        return add_and_delete(operation.c_str() + 4, number);
-    if (operation == "signals") return read_under_signals(number);
-    if (operation == "often") return call_often(number);
-    if (operation == "recover") {
-        const int result = LIBRARY(cwmp_transaction_recover)(&flags);
-        return result == 0 ? kDone : result == 1 ? kUndone : kNotUndone;
-    }
-    return kBusy;
+    if (operation == "recover") return recover();
+    return kOperations.at(operation)(number) ? kDone : kUndone;
 }
 
 }  // namespace host
