@@ -40,9 +40,9 @@ CWMP_EXPORT int cwmp_transaction_begin(int wait_ms);
  *
  * applyFlags (may be null) collects the bits of the groups that were applied to undo them; nothing else needs a
  * service restarted after a transaction that did not end well. Result: 0; -1 when none was begun, or something
- * could not be undone: a group whose values the script refuses (it stays as it is), or a package that cannot be
- * stored (what was noted of it stays for cwmp_transaction_recover); or the notes could not be forgotten, keep or not:
- * cwmp_transaction_recover undoes everything then.
+ * could not be undone: a group whose values the script refuses (it stays as it is); or, for cwmp_transaction_recover
+ * to undo later, what a call of the system failed for: a package that cannot be stored, a script that gives no answer,
+ * notes that could not be forgotten, keep or not.
  */
 CWMP_EXPORT int cwmp_transaction_end(int keep, unsigned int* applyFlags);
 
