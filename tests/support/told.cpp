@@ -231,11 +231,12 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
     return joined(parts, " | ");
 }
 
-// Numbers, 'texts', null, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register, so that one
-// function type serves all.
+// Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register,
+// so that one function type serves all.
 std::string RouterTest::told_function(const std::string& verb, const std::string& name,
                                       const Words& arguments) {
     std::vector<std::vector<char>> texts(kMostArguments);
+    std::array<Locate, kMostArguments> places{};
     std::array<long, kMostArguments> numbers{}, given{};
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& word = arguments[i];
@@ -247,6 +248,9 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
             given[i] = reinterpret_cast<long>(texts[i].data());
         } else if (word == "?") {
             given[i] = reinterpret_cast<long>(&numbers[i]);
+        } else if (word.find('.') != std::string::npos) {
+            places[i] = locate_of(word);
+            given[i] = reinterpret_cast<long>(places[i].data());
         } else if (word != "null") {
             given[i] = std::stol(word);
         }
