@@ -8,14 +8,13 @@ namespace {
 
 using cwmp::Node;
 
-// Each handler once for each count of numbers, though several paths may lead to it.
+// Each parameter's handler once for each count of numbers, though several paths may lead to it.
 void collect(const Node& node, std::set<std::pair<std::string, std::size_t>>& known,
              std::vector<const Node*>& lines) {
     const std::size_t numbers =
         node.locate ? node.locate->size() : static_cast<std::size_t>(std::ranges::count(node.path, '{'));
-    const bool is_called =
-        node.kind == Node::Kind::Parameter || (node.kind == Node::Kind::Table && node.writable);
-    if (is_called && node.has_handler() && known.emplace(node.handler, numbers).second)
+    if (node.kind == Node::Kind::Parameter && node.has_handler() &&
+        known.emplace(node.handler, numbers).second)
         lines.push_back(&node);
     for (const auto& child : node.children) collect(*child, known, lines);
 }
@@ -44,7 +43,7 @@ TEST_F(Sweep, ReadOnlyParametersRefuseASetAndTouchNoArgument) {
     int seen = 0;
     forget();
     for (const Node* line : lines_) {
-        if (line->writable || line->kind == Node::Kind::Table || is_loud(line->handler)) continue;
+        if (line->writable || is_loud(line->handler)) continue;
         ++seen;
         for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
             EXPECT_EQ(call(handler(line->handler.c_str()), op, nullptr, nullptr, nullptr), -1)
@@ -63,8 +62,8 @@ TEST_F(Sweep, NoPathReadsASecretBack) {
     for (const Node* line : lines_) {
         if (!line->secret) continue;
         ++seen;
-        for (const int number : {1, 2}) set(line->handler.c_str(), {number, 1}, secret);
-        EXPECT_EQ(get(line->handler.c_str(), {1, 1}).value, "") << line->path;
+        for (const int number : {1, 2}) set(line->handler, {number, 1}, secret);
+        EXPECT_EQ(get(line->handler, {1, 1}).value, "") << line->path;
     }
     EXPECT_GT(seen, 20);
     for (const char* place :
@@ -72,11 +71,9 @@ TEST_F(Sweep, NoPathReadsASecretBack) {
           "protocol.pppoe.password", "cwmp.info.password", "cwmp.info.conn_password",
           "cwmp.tr111.STUNPassword", "cwmp.xmpp_conn.password"})
         EXPECT_EQ(option(place), secret) << place;
-    for (const Node* line : lines_) {
-        if (line->kind == Node::Kind::Table) continue;
+    for (const Node* line : lines_)
         for (const Locate& locate : {Locate{1, 1, 1, 1}, Locate{2}, Locate{3}, Locate{4}})
-            EXPECT_THAT(get(line->handler.c_str(), locate).value, Not(HasSubstr(secret))) << line->path;
-    }
+            EXPECT_THAT(get(line->handler, locate).value, Not(HasSubstr(secret))) << line->path;
 }
 
 }  // namespace
