@@ -31,29 +31,21 @@ extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
 
 namespace {
 
-// While one lives, this process can open nothing, so that a pipe to a command cannot be made. Commands that are
-// already written to the console still run: the programs started inherit none of the descriptors.
-class NoFreeDescriptor {
-  public:
-    NoFreeDescriptor() {
-        getrlimit(RLIMIT_NOFILE, &before_);
-        rlimit few = before_;
-        few.rlim_cur = kEnoughForAShell;
-        setrlimit(RLIMIT_NOFILE, &few);
-        for (int taken = 0; (taken = open("/", O_RDONLY | O_CLOEXEC)) >= 0;) taken_.push_back(taken);
-    }
-    ~NoFreeDescriptor() {
-        for (const int descriptor : taken_) close(descriptor);
-        setrlimit(RLIMIT_NOFILE, &before_);
-    }
-    NoFreeDescriptor(const NoFreeDescriptor&) = delete;
-    NoFreeDescriptor& operator=(const NoFreeDescriptor&) = delete;
-
-  private:
-    static constexpr rlim_t kEnoughForAShell = 24;
-    rlimit before_{};
-    std::vector<int> taken_;
-};
+// While it runs, this process can open nothing, so that a pipe to a command cannot be made. Commands that are already
+// written to the console still run: the programs started inherit none of the descriptors.
+std::string starved(const std::function<std::string()>& call) {
+    constexpr rlim_t kEnoughForAShell = 24;
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit few = {kEnoughForAShell, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &few);
+    std::vector<int> taken;
+    for (int each = 0; (each = open("/", O_RDONLY | O_CLOEXEC)) >= 0;) taken.push_back(each);
+    const std::string result = call();
+    for (const int descriptor : taken) close(descriptor);
+    setrlimit(RLIMIT_NOFILE, &before);
+    return result;
+}
 
 constexpr unsigned kEarlierFlag = 0x80000000;
 constexpr std::size_t kMostArguments = 8;
@@ -189,11 +181,7 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
     forget();
     const stores::Snapshot before = stores::snapshot();
     if (output_shown_) testing::internal::CaptureStdout();
-    const std::string result = [&] {
-        std::optional<NoFreeDescriptor> none;
-        if (starved_) none.emplace();
-        return call();
-    }();
+    const std::string result = starved_ ? starved(call) : call();
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     Words parts = stores::changes(before, stores::snapshot());
     if (!result.empty()) parts.insert(parts.begin(), result);
