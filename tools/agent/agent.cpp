@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <numeric>
 
 #include "failure.h"
@@ -20,7 +21,6 @@ constexpr int kMostInstances = 4096;
 constexpr int kLeastListCapacity = 64;
 
 using Locate = std::array<int, kLocateSize>;
-using ValueBuffer = std::vector<char>;
 
 // Handlers may rewrite their array, so each call gets a new one.
 Locate locate_of(const Node& node, const std::vector<int>& numbers) {
@@ -36,10 +36,19 @@ Locate locate_of(const Node& node, const std::vector<int>& numbers) {
     return locate;
 }
 
-std::string text_of(ValueBuffer& buffer) {
-    buffer.back() = '\0';
-    return buffer.data();
-}
+// Where a handler writes its answer. To clear it all would cost more than most answers.
+class ValueBuffer {
+  public:
+    ValueBuffer() { bytes_[0] = '\0'; }
+    char* data() { return bytes_.get(); }
+    std::string text() {
+        bytes_[CWMP_VALUE_SIZE - 1] = '\0';
+        return data();
+    }
+
+  private:
+    std::unique_ptr<char[]> bytes_ = std::make_unique_for_overwrite<char[]>(CWMP_VALUE_SIZE);
+};
 
 }  // namespace
 
@@ -88,11 +97,11 @@ std::string Agent::get(const Node& parameter, const std::vector<int>& numbers) c
     const std::string path = concrete_path(parameter.path, numbers);
     const cwmp_handler handler = handler_of(parameter, path);
     Locate locate = locate_of(parameter, numbers);
-    ValueBuffer value(CWMP_VALUE_SIZE);
+    ValueBuffer value;
     if (call(handler, CWMP_OP_GET, locate.data(), value.data(), state_) != 0) {
         throw Failure{path, kInternalError, Exit::Refused, "the value cannot be read" + reason()};
     }
-    return text_of(value);
+    return value.text();
 }
 
 int Agent::set(cwmp_handler handler, const Target& target, int op, const std::string& value,
@@ -169,10 +178,10 @@ int Agent::add(const Node& table, const std::vector<int>& outer, unsigned& flags
     path.resize(path.size() - kInstance.size() - 1);
     const cwmp_handler handler = handler_of(table, path);
     Locate locate = locate_of(table, outer);
-    ValueBuffer text(CWMP_VALUE_SIZE);
+    ValueBuffer text;
     require_done(call(handler, CWMP_OP_ADD, locate.data(), text.data(), &flags, state_), path,
                  "no instance can be added");
-    const int number = decimal<int>(text_of(text)).value_or(0);
+    const int number = decimal<int>(text.text()).value_or(0);
     if (number > 0) return number;
     throw Failure{path, kInternalError, Exit::Refused, "the handler answered no instance number"};
 }

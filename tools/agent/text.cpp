@@ -105,14 +105,27 @@ std::vector<std::string> split(std::string_view text, char separator) {
 
 namespace {
 
+// What most texts are made of, and is shown as it is.
+bool is_plain(char letter) { return letter >= ' ' && letter <= '~' && letter != '\\'; }
+
 std::string shown(std::string_view text, bool backslash_too) {
     std::string result;
     while (!text.empty()) {
+        const auto special = std::find_if_not(text.begin(), text.end(), is_plain);
+        if (special != text.begin()) {
+            result.append(text.begin(), special);
+            text.remove_prefix(special - text.begin());
+            continue;
+        }
         const Character character = first_character(text);
         const std::string_view bytes = text.substr(0, character.length ? character.length : 1);
         const bool kept =
             character.length && !is_control(character.code) && !(backslash_too && bytes == "\\");
-        result += kept ? std::string(bytes) : escaped(bytes);
+        if (kept) {
+            result += bytes;
+        } else {
+            result += escaped(bytes);
+        }
         text.remove_prefix(bytes.size());
     }
     return result;
@@ -150,6 +163,7 @@ std::optional<std::string> from_line(std::string_view line) {
 }
 
 std::vector<std::string> folded(std::string_view text, size_t width) {
+    if (text.size() <= width) return {std::string(text)};
     std::vector<std::string> pieces(1);
     while (!text.empty()) {
         const size_t length = std::max<size_t>(first_character(text).length, 1);
