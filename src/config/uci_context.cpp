@@ -30,15 +30,19 @@ void use_private_save_directory(uci_context* context, const char* confdir) {
     uci_set_savedir(context, directory.c_str());
 }
 
-// libuci stores any name it is handed directly, and cannot read a package back that has others than these.
-bool is_uci_name(std::string_view name) {
-    constexpr std::string_view kAllowed = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_";
-    return !name.empty() && name.find_first_not_of(kAllowed) == std::string_view::npos;
+bool is_name_letter(char letter) {
+    const char lower = letter | ' ';
+    return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') || letter == '_';
 }
 
-bool is_uci_package(std::string name) {
-    std::replace(name.begin(), name.end(), '-', '_');
-    return is_uci_name(name);
+// libuci stores any name it is handed directly, and cannot read a package back that has others than these.
+bool is_uci_name(std::string_view name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), is_name_letter);
+}
+
+bool is_uci_package(std::string_view name) {
+    return !name.empty() &&
+           std::all_of(name.begin(), name.end(), [](char c) { return is_name_letter(c) || c == '-'; });
 }
 
 // Any printable text, but for what would be quotes or a comment in the file: a type is written bare.
