@@ -10,7 +10,7 @@
 namespace {
 
 constexpr const char* kDirectory = "/usr/share/router/cases";
-constexpr std::size_t kWidth = 115;
+constexpr std::size_t kWidth = 118;
 
 struct Line {
     std::string text;      // of a call: without what it told
@@ -36,7 +36,7 @@ class CaseTest : public RouterTest {
                 } else if (const std::string now = told(line.text); renew) {
                     line.expected = now;
                 } else {
-                    EXPECT_EQ(now, line.expected) << line.text;
+                    EXPECT_EQ(now, rows::shortened(line.expected)) << line.text;
                 }
             }
         }
@@ -67,13 +67,12 @@ std::vector<Case> read_cases(const std::filesystem::path& path) {
     return cases;
 }
 
-// A row, broken between calls where it is too long, and within a call that is too long.
+// A row, broken between parts where it is too long.
 std::string written(const Line& line) {
     if (!CaseTest::is_call(line.text)) return line.text + "\n";
     std::string text, current = line.text + " =>", mark;
     for (const auto& told : rows::split(line.expected, " / ")) {
-        const bool fits = told.size() + 6 <= kWidth;
-        for (const auto& part : fits ? Texts{told} : rows::split(told, " | ")) {
+        for (const auto& part : rows::split(told, " | ")) {
             if (current.size() + 1 + mark.size() + part.size() > kWidth) {
                 text += current + "\n";
                 current = "   ";

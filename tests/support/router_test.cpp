@@ -3,9 +3,13 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -13,6 +17,7 @@
 #include <stdexcept>
 
 #include "cwmp/agent_state.h"
+#include "cwmp/message_channel.h"
 #include "rows.h"
 #include "store.h"
 
@@ -79,9 +84,14 @@ void RouterTest::SetUp() {
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) throw std::runtime_error(dlerror());
     descriptors_ = open_descriptors();
+    // The processes of a test that runs beside the agent are handed to this one.
+    prctl(PR_SET_CHILD_SUBREAPER, 1);
+    // A program of a sanitizer build cannot look for leaks beside this one.
+    setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
 }
 
 void RouterTest::TearDown() {
+    if (agent_ >= 0) close(agent_);
     EXPECT_EQ(open_descriptors(), descriptors_) << "a call left a file or a pipe open";
     close(console_);
     if (library_ != nullptr) dlclose(library_);
@@ -191,6 +201,29 @@ Texts RouterTest::commands() {
     Texts texts = rows::split(stores::text_of(kCommands), std::string(1, '\0'));
     std::erase_if(texts, writes_console);
     return texts;
+}
+
+int RouterTest::wait_for_jobs() {
+    int killed = 0;
+    alarm(60);
+    for (int status = 0; wait(&status) > 0;)
+        killed += WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? 1 : 0;
+    alarm(0);
+    return killed;
+}
+
+void RouterTest::listen() {
+    cwmp_message_handle handle = {};
+    ASSERT_EQ(FROM_LIBRARY(msg_init)(&handle), 0);
+    ASSERT_EQ(FROM_LIBRARY(msg_srvInit)(CWMP_AGENT_IDENTIFIER, &handle), 0);
+    agent_ = handle.descriptor;
+}
+
+std::vector<uint32_t> RouterTest::messages() const {
+    std::vector<uint32_t> types;
+    cwmp_message message = {};
+    while (recv(agent_, &message, sizeof message, MSG_DONTWAIT) > 0) types.push_back(message.type);
+    return types;
 }
 
 Texts RouterTest::tool_calls() { return rows::split(stores::text_of(kToolCalls), "\n"); }

@@ -114,6 +114,12 @@ class RouterTest : public ::testing::Test {
     // Forgets console, commands and tool calls so far.
     void forget();
 
+    // Waits for the processes that calls left running; how many ended by their own kill.
+    static int wait_for_jobs();
+    // Binds the agent's end of the message channel; the types of the messages that have come to it.
+    void listen();
+    std::vector<uint32_t> messages() const;
+
     template <typename T>
     T& symbol(const char* name) {
         return *reinterpret_cast<T*>(address(name));
@@ -128,6 +134,7 @@ class RouterTest : public ::testing::Test {
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_transaction(const std::string& rest);
     std::string told_group(const std::string& rest);
+    static std::string told_command(const std::string& command);
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
@@ -136,6 +143,8 @@ class RouterTest : public ::testing::Test {
     std::string mute_;      // of "$!": commands and events that told() leaves out
     Texts heard_;           // words of which an event must have one, if there are any
     bool starved_ = false;  // the next call finds no free descriptor
+    bool awaited_ = false;  // the processes that it leaves running are waited for
+    int agent_ = -1;        // the agent's end of the message channel, if it is bound
     bool agent_known_ = true;
     bool output_shown_ = false;  // whether it tells what the call printed
     std::map<std::string, std::optional<std::string>> replaced_;

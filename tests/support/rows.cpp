@@ -3,6 +3,7 @@
 #include <cctype>
 #include <cstdio>
 #include <cstdlib>
+#include <regex>
 
 namespace rows {
 
@@ -103,6 +104,19 @@ Words words(const std::string& text) {
         i = end + (quoted ? 1 : 0);
     }
     return found;
+}
+
+std::string shortened(const std::string& told) {
+    static const std::regex kSection(R"((^| [|/] )(/|[\w/-]{1,40}\.[^.=: ]{1,40}(?=\.[\w-]{1,40}=|:)))");
+    std::string text, section;
+    auto rest = told.cbegin();
+    for (std::sregex_iterator at(told.begin(), told.end(), kSection), end; at != end; ++at) {
+        text.append(rest, (*at)[2].first);
+        if (section != (*at)[2] || section == "/") text += (*at)[2];
+        section = (*at)[2];
+        rest = (*at)[2].second;
+    }
+    return text.append(rest, told.cend());
 }
 
 }  // namespace rows

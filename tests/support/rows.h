@@ -24,4 +24,7 @@ Words expand(const std::string& text);
 // Words between blanks; a quoted one keeps its quote's first mark, so that 'null' is not null.
 Words words(const std::string& text);
 
+// What calls told, with an option alone, ".enable=1", where its section is that of the change before.
+std::string shortened(const std::string& told);
+
 }  // namespace rows

@@ -125,6 +125,7 @@ void write_file(const std::string& path, const std::string& text) {
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream stream(path, std::ios::binary);
     if (!(stream << text).flush()) throw std::runtime_error("cannot write " + path);
+    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
 }
 
 std::string text_of(const std::string& path) {
@@ -161,7 +162,6 @@ std::vector<std::string> changes(const Snapshot& before, const Snapshot& after) 
         const std::string parent = parent_of(key);
         if (!after.contains(key) && (parent == key || after.contains(parent))) told.push_back("-" + key);
     }
-    std::string section;  // told last; what else changed in it is told by the option alone
     for (const auto& [key, text] : after) {
         const auto old = before.find(key);
         if (old != before.end() && old->second == text) continue;
@@ -170,13 +170,10 @@ std::vector<std::string> changes(const Snapshot& before, const Snapshot& after) 
             told.push_back("+" + key);
         } else if (!is_file && parent_of(key).back() == '.') {
             told.push_back(key + ":" + text);
-            section = key;
         } else if (is_file && old != before.end() && !old->second.empty() && text.starts_with(old->second)) {
             told.push_back(key + "+=" + rows::escape(text.substr(old->second.size())));
         } else {
-            const bool again = !is_file && parent_of(key) == section;
-            told.push_back((again ? key.substr(section.size()) : key) + "=" + rows::escape(text));
-            section = is_file ? "" : parent_of(key);
+            told.push_back(key + "=" + rows::escape(text));
         }
     }
     return told;

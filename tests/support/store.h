@@ -18,8 +18,7 @@ std::string text_of(const std::string& path);
 // All options and sections ("nat.rule_1" by its type, "nat." for a package), and other files by path.
 using Snapshot = std::map<std::string, std::string>;
 Snapshot snapshot();
-// "wifi.ap.ssid=x", ".enable=1" of the same section, "-wifi.ap.ssid", "nat.rule_1:rule", "/tmp/file=text",
-// "/tmp/file+=more".
+// "wifi.ap.ssid=x", "-wifi.ap.ssid", "nat.rule_1:rule", "/tmp/file=text", "/tmp/file+=more".
 std::vector<std::string> changes(const Snapshot& before, const Snapshot& after);
 
 }  // namespace stores

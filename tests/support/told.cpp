@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <functional>
@@ -63,7 +64,8 @@ constexpr const char* kFlags[] = {"WIRELESS",    "MANAGEMENT_SERVER",
 constexpr std::pair<const char*, int> kOperations[] = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
     {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
-constexpr const char* kOtherCalls[] = {"passes", "transaction", "group", "call", "text", "do", "starved"};
+constexpr const char* kOtherCalls[] = {"passes", "transaction", "group",   "call",   "text",
+                                       "do",     "run",         "starved", "awaited"};
 
 int operation(const std::string& name) {
     for (const auto& [word, op] : kOperations)
@@ -87,13 +89,13 @@ std::string flags_of(unsigned flags) {
 
 // "1 / 2", "-1 x3": one text for all when all did the same.
 std::string joined_calls(const Words& told) {
-    if (std::equal(told.begin() + 1, told.end(), told.begin())) return told[0];
+    if (std::equal(told.begin() + 1, told.end(), told.begin())) return rows::shortened(told[0]);
     Words runs;
     for (std::size_t i = 0, length = 0; i < told.size(); i += length) {
         for (length = 1; i + length < told.size() && told[i + length] == told[i];) ++length;
         runs.push_back(told[i] + (length == 1 ? "" : " x" + std::to_string(length)));
     }
-    return joined(runs, " / ");
+    return rows::shortened(joined(runs, " / "));
 }
 
 std::string as_value(const std::string& text) { return text.empty() ? "''" : rows::escape(text); }
@@ -158,10 +160,16 @@ void RouterTest::world(const std::string& line) {
         seconds_ahead = std::stoi(subject);
     } else if (word == "show") {
         output_shown_ = subject == "output";
+    } else if (word == "listen") {
+        listen();
     } else if (word == "agent") {
         agent_known_ = subject != "none";
     } else {
+        std::string place;  // of the item before: ".option=x" is of the same section
         for (std::string item : rows::split(line, " | ")) {
+            if (item[0] == '.') item.insert(0, place);
+            const auto end = std::min(item.find_first_of(":="), item.size() - 1);
+            place = item.substr(0, item[end] == ':' ? end : item.rfind('.', end));
             const bool has_value = item.find('=') != std::string::npos;
             for (const auto& name : rows::expand(take_until(item, "="))) {
                 const Words parts = rows::split(name, ".");
@@ -183,12 +191,15 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
     if (output_shown_) testing::internal::CaptureStdout();
     const std::string result = starved_ ? starved(call) : call();
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
-    Words parts = stores::changes(before, stores::snapshot());
-    if (!result.empty()) parts.insert(parts.begin(), result);
+    Words parts = result.empty() ? Words{} : Words{result};
+    if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
+    for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
+    for (const auto& change : stores::changes(before, stores::snapshot())) parts.push_back(change);
     if (!output.empty()) parts.push_back("> " + rows::escape(output));
     Words ran = mute_.find('$') == std::string::npos ? commands() : Words{};
     put_requests(ran, tool_calls());
-    for (const auto& command : ran) parts.push_back("$ " + rows::escape(command));
+    for (const auto& command : ran)
+        parts.push_back("$ " + rows::escape(command.starts_with("kill -9 ") ? "kill -9" : command));
     for (auto event : mute_.find('!') == std::string::npos ? console() : Words{}) {
         const auto is_in = [&](const std::string& text) {
             return text == "all" || event.find(text) != std::string::npos;
@@ -339,6 +350,15 @@ std::string RouterTest::told_group(const std::string& rest) {
     return joined(parts, " | ");
 }
 
+// Its exit code unless that is 0, and what it printed.
+std::string RouterTest::told_command(const std::string& command) {
+    const std::string output = "/var/log/router/output";
+    unlink(output.c_str());  // a process of an earlier command may still write there
+    const int status = std::system(("{ " + command + "; } >" + output + " 2>&1").c_str());
+    const std::string code = status == 0 ? "" : std::to_string(WEXITSTATUS(status)) + " ";
+    return code + rows::escape(text_of(output).value_or(""));
+}
+
 bool RouterTest::is_call(const std::string& row) {
     const std::string verb = row.substr(0, row.find(' '));
     return operation(verb) >= 0 ||
@@ -348,10 +368,12 @@ bool RouterTest::is_call(const std::string& row) {
 std::string RouterTest::told(const std::string& row) {
     std::string rest = row;
     starved_ = rest.starts_with("starved ");
-    if (starved_) take_until(rest, " ");
+    awaited_ = rest.starts_with("awaited ");
+    if (starved_ || awaited_) take_until(rest, " ");
     const std::string verb = take_until(rest, " ");
-    if (verb == "transaction") return effects([&] { return told_transaction(rest); });
-    if (verb == "group") return effects([&] { return told_group(rest); });
+    if (verb == "transaction") return joined_calls({effects([&] { return told_transaction(rest); })});
+    if (verb == "group") return joined_calls({effects([&] { return told_group(rest); })});
+    if (verb == "run") return joined_calls({effects([&] { return told_command(rest); })});
     if (verb != "call" && verb != "text" && verb != "do") return joined_calls(told_handlers(verb, rest));
     const std::string name = take_until(rest, " ");
     Words told;
