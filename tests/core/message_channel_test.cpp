@@ -44,8 +44,7 @@ class MessageChannel : public RouterTest {
         watched = false;
         if (server_.joinable()) {
             auto handle = client();
-            const cwmp_message end = {.type = kEnd, .payload = {}};
-            EXPECT_EQ(FROM_LIBRARY(msg_send)(&handle, &end), 0);
+            EXPECT_EQ(send(handle, kEnd), 0);
             server_.join();
             FROM_LIBRARY(msg_cleanup)(&handle);
         }
@@ -77,6 +76,10 @@ class MessageChannel : public RouterTest {
         });
     }
 
+    int send(cwmp_message_handle& handle, uint32_t type) {
+        const cwmp_message message = {.type = type, .payload = {5}};
+        return FROM_LIBRARY(msg_send)(&handle, &message);
+    }
     int request(cwmp_message_handle& handle, cwmp_message& message, int seconds = 5) {
         return FROM_LIBRARY(msg_sendAndGetReplyWithTimeout)(&handle, &message, seconds);
     }
@@ -144,15 +147,14 @@ TEST_F(MessageChannel, ASocketFileLeftBehindIsReplaced) {
     close(server().descriptor);
     ASSERT_TRUE(exists("/var/tmp/40"));
     auto sender = client();
-    const cwmp_message message = {.type = kType, .payload = {5}};
-    EXPECT_EQ(FROM_LIBRARY(msg_send)(&sender, &message), -1);
+    EXPECT_EQ(send(sender, kType), -1);
     auto receiver = server();
     EXPECT_EQ(fcntl(receiver.descriptor, F_GETFD), FD_CLOEXEC);
-    EXPECT_EQ(FROM_LIBRARY(msg_send)(&sender, &message), 0);
+    EXPECT_EQ(send(sender, kType), 0);
     cwmp_message received = {};
     EXPECT_EQ(FROM_LIBRARY(msg_recv)(&receiver, &received), 0);
     EXPECT_EQ(received.payload[0], 5);
-    EXPECT_EQ(FROM_LIBRARY(msg_send)(&receiver, &received), -1) << "the sender has no address";
+    EXPECT_EQ(send(receiver, kType), -1) << "the sender has no address";
     rename("/var/tmp", "/var/moved");
     EXPECT_EQ(FROM_LIBRARY(msg_srvInit)(kServer, &sender), -1);
     rename("/var/moved", "/var/tmp");
@@ -164,43 +166,45 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
         uint32_t type;
         std::deque<int> failures;
         int code;
-        std::size_t attempts;
+        std::vector<int> flags;  // of each attempt
         int unbound_lines;
         int last_error;
     };
     const std::deque<int> unbound(20, ENOENT), refused(20, ECONNREFUSED);
     const std::string process = "pid " + std::to_string(getpid()) + " send ";
     auto handle = client();
-    for (const Row& row : std::vector<Row>{
-             {kType, unbound, -1, 5, 5, ENOENT},
-             {1, unbound, -1, 1, 1, ENOENT},
-             {kType, refused, -1, 3, 0, ECONNREFUSED},
-             {kType, {ENOENT, ECONNREFUSED, ENOENT, ECONNREFUSED, ENOENT, ENOENT, 0}, 0, 7, 4, 0},
-             {kType, {EINTR, EINTR, EINTR, EINTR, EINTR, EINTR, EINTR, 0}, 0, 8, 0, 0},
-             {kType, {EMSGSIZE, 0}, -1, 1, 0, EMSGSIZE},
-             {2000, {EAGAIN, 0}, -1, 1, 0, EAGAIN}}) {
+    for (const Row& row :
+         std::vector<Row>{{kType, unbound, -1, {0, 0, 0, 0, 0}, 5, ENOENT},
+                          {1, unbound, -1, {0}, 1, ENOENT},
+                          {kType, refused, -1, {0, 0, 0}, 0, ECONNREFUSED},
+                          {kType,
+                           {ENOENT, ECONNREFUSED, ENOENT, ECONNREFUSED, ENOENT, ENOENT},
+                           0,
+                           {0, 0, 0, 0, 0, 0, 0},
+                           4,
+                           0},
+                          {kType, {EINTR, EINTR, EINTR, EINTR, EINTR, EINTR}, 0, {0, 0, 0, 0, 0, 0, 0}, 0, 0},
+                          {kType, {EMSGSIZE}, -1, {0}, 0, EMSGSIZE},
+                          {2000, {EAGAIN}, -1, {MSG_DONTWAIT}, 0, EAGAIN}}) {
         SCOPED_TRACE(std::to_string(row.type) + " " + testing::PrintToString(row.failures));
+        const std::string what = process + std::to_string(row.type) + " error";
+        std::string lines, reasons;
+        for (int i = 0; i < row.unbound_lines; ++i, reasons += "sendto: No such file or directory\n")
+            lines += what + "\n";
+        if (row.last_error != 0) {
+            lines += what + ", errno is " + std::to_string(row.last_error) + "\n";
+            reasons += std::string("sendto: ") + std::strerror(row.last_error) + "\n";
+        }
         failures = row.failures;
         sends.clear();
         watched = true;
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
-        const cwmp_message message = {.type = row.type, .payload = {}};
-        EXPECT_EQ(FROM_LIBRARY(msg_send)(&handle, &message), row.code);
+        EXPECT_EQ(send(handle, row.type), row.code);
         watched = false;
-        const std::string what = process + std::to_string(row.type) + " error";
-        std::string lines, reasons;
-        for (int i = 0; i < row.unbound_lines; ++i) {
-            lines += what + "\n";
-            reasons += "sendto: No such file or directory\n";
-        }
-        if (row.last_error != 0) {
-            lines += what + ", errno is " + std::to_string(row.last_error) + "\n";
-            reasons += std::string("sendto: ") + std::strerror(row.last_error) + "\n";
-        }
         EXPECT_EQ(testing::internal::GetCapturedStdout(), lines);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), reasons);
-        EXPECT_EQ(sends, std::vector<int>(row.attempts, row.type == 2000 ? MSG_DONTWAIT : 0));
+        EXPECT_EQ(sends, row.flags);
     }
     FROM_LIBRARY(msg_cleanup)(&handle);
 }

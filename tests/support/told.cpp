@@ -52,14 +52,10 @@ constexpr unsigned kEarlierFlag = 0x80000000;
 constexpr std::size_t kMostArguments = 8;
 
 // Their order is that of their bits.
-constexpr const char* kFlags[] = {"WIRELESS",    "MANAGEMENT_SERVER",
-                                  "DHCP_SERVER", "bit 3",
-                                  "WAN",         "LAN",
-                                  "IPTV",        "NAT",
-                                  "XMPP",        "DOWNLOAD_TEST",
-                                  "UPLOAD_TEST", "STUN",
-                                  "PING_TEST",   "TRACE_ROUTE",
-                                  "UDP_ECHO",    "WIRELESS_MODE"};
+constexpr const char* kFlags =
+    "WIRELESS MANAGEMENT_SERVER DHCP_SERVER bit_3 WAN LAN IPTV NAT XMPP DOWNLOAD_TEST UPLOAD_TEST STUN "
+    "PING_TEST "
+    "TRACE_ROUTE UDP_ECHO WIRELESS_MODE";
 
 constexpr std::pair<const char*, int> kOperations[] = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
@@ -80,9 +76,12 @@ bool is_of_store(const std::string& event) {
 
 std::string flags_of(unsigned flags) {
     Words names;
-    for (unsigned bit = 0; bit < std::size(kFlags); ++bit)
-        if ((flags & (1U << bit)) != 0) names.push_back(kFlags[bit]);
-    flags &= 0xffff0000;
+    unsigned bit = 1;
+    for (const auto& name : rows::words(kFlags)) {
+        if ((flags & bit) != 0) names.push_back(name);
+        bit <<= 1;
+    }
+    flags &= ~(bit - 1);
     if (flags != kEarlierFlag) names.push_back("bits " + std::to_string(flags));
     return (names.empty() ? "" : "flags ") + joined(names, ",");
 }
@@ -144,7 +143,7 @@ void RouterTest::world(const std::string& line) {
             status = std::stoi(subject);
             subject = command;
         }
-        answer(subject, rows::unescape(rest), status);
+        for (const auto& command : rows::expand(subject)) answer(command, rows::unescape(rest), status);
     } else if (word == "file") {
         file(subject, rows::unescape(rest));
     } else if (word == "remove") {
