@@ -58,8 +58,13 @@ CommandLine::CommandLine()
         ->add_option("--interval", options.interval, "Seconds between two readings")
         ->check(CLI::Range(1, 86400))
         ->capture_default_str();
-    add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE", 1)
-        ->add_flag("--dry-run", options.dry_run, "Stage and check the values, then undo all of it");
+    for (CLI::App* subcommand :
+         {add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE",
+              1),
+          add("transaction", "Set, add and delete in one transaction, line by line of a file or '-'", "FILE",
+              1)}) {
+        subcommand->add_flag("--dry-run", options.dry_run, "Stage and check the values, then undo all of it");
+    }
     add("recover", "Undo the change that a killed program has left half done", nullptr, 0);
     add("add", "Add an instance and set its parameters: Device.NAT.PortMapping. Protocol=TCP",
         "OBJECT [NAME=VALUE]", 1);

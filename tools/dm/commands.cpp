@@ -1,5 +1,6 @@
 #include "commands.h"
 
+#include <functional>
 #include <optional>
 
 #include "change.h"
@@ -54,10 +55,6 @@ void require_changeable(const Node& table, const std::string& path) {
     throw Failure{path, kInvalidName, Exit::Fixed, "instances of this object are fixed"};
 }
 
-void note_apply_flags(Report& report, unsigned flags) {
-    report.apply_flags = report.apply_flags.value_or(0) | flags;
-}
-
 // The object's table and its number, where the instance can be deleted.
 struct Instance {
     const Node& table;
@@ -79,6 +76,8 @@ Instance deletable(Session& session, const std::string& path) {
 
 // Looks at NAME=VALUE of an instance that is still to be added; its faults name the path as it was typed.
 void require_assignable(const Model& model, const std::string& object, const std::string& text) {
+    if (object.empty())
+        throw Failure{'.' + text, kNoFault, Exit::Malformed, "no instance is added before it"};
     try {
         assignment(model, object + "1." + text);
     } catch (Failure& failure) {
@@ -101,6 +100,65 @@ void change(Session& session, Action action) {
     });
 }
 
+// The steps of a change, each of which is looked at before the first is taken.
+class Plan {
+  public:
+    explicit Plan(Session& session)
+        : session_(session), settings_(session.agent, session.model, session.report) {}
+
+    void take(const Step& step) {
+        if (step.kind == Step::Kind::Set) take_set(step.text);
+        if (step.kind == Step::Kind::Add) take_add(step.text);
+        if (step.kind == Step::Kind::Delete) take_delete(step.text);
+    }
+
+    void carry_out(Change& whole) {
+        for (const auto& act : actions_) act();
+        settings_.run(whole, session_.dry_run);
+    }
+
+  private:
+    void take_set(const std::string& text) {
+        if (!text.starts_with('.')) return settings_.add(text);
+        require_assignable(session_.model, object_, text.substr(1));
+        actions_.emplace_back([this, text] { settings_.add(added_ + text.substr(1)); });
+    }
+
+    void take_add(const std::string& path) {
+        const Target target = find_target(session_.model, path);
+        const Node& table = table_of(target);
+        require_changeable(table, path);
+        session_.agent.resolve(target);
+        object_ = path;
+        actions_.emplace_back([this, path, &table, outer = target.numbers] {
+            unsigned flags = 0;
+            added_ = path + std::to_string(session_.agent.add(table, outer, flags)) + '.';
+            note_changed(added_, flags);
+        });
+    }
+
+    void take_delete(const std::string& path) {
+        actions_.emplace_back([this, path, instance = deletable(session_, path)] {
+            unsigned flags = 0;
+            session_.agent.remove(instance.table, instance.outer, instance.number, flags);
+            note_changed(path, flags);
+        });
+    }
+
+    void note_changed(const std::string& instance, unsigned flags) {
+        Report& report = session_.report;
+        if (!report.instances) report.instances.emplace();
+        report.instances->push_back(instance);
+        report.apply_flags = report.apply_flags.value_or(0) | flags;
+        session_.agent.forget_instances();
+    }
+
+    Session& session_;
+    Transaction settings_;
+    std::vector<std::function<void()>> actions_;
+    std::string object_, added_;  // of the last add
+};
+
 }  // namespace
 
 void get_values(Session& session, const Words& paths) {
@@ -122,49 +180,28 @@ void get_values(Session& session, const Words& paths) {
     }
 }
 
+void make_changes(Session& session, const std::vector<Step>& steps) {
+    Plan plan(session);
+    for (const Step& step : steps) note_failure(session.report, [&] { plan.take(step); });
+    change(session, [&](Change& whole) { plan.carry_out(whole); });
+}
+
 void set_values(Session& session, const Words& assignments) {
-    Transaction transaction(session.agent, session.model, session.report);
-    for (const std::string& assignment : assignments) {
-        note_failure(session.report, [&] { transaction.add(assignment); });
-    }
-    change(session, [&](Change& whole) { transaction.run(whole, session.dry_run); });
+    std::vector<Step> steps;
+    for (const std::string& text : assignments) steps.push_back({Step::Kind::Set, text});
+    make_changes(session, steps);
 }
 
 void add_instance(Session& session, const std::string& object, const Words& assignments) {
-    note_failure(session.report, [&] {
-        const Target target = find_target(session.model, object);
-        const Node& table = table_of(target);
-        require_changeable(table, object);
-        session.agent.resolve(target);
-        for (const std::string& text : assignments) require_assignable(session.model, object, text);
-        change(session, [&](Change& whole) {
-            unsigned flags = 0;
-            const int number = session.agent.add(table, target.numbers, flags);
-            const std::string added = object + std::to_string(number) + '.';
-            session.report.instances = {added};
-            note_apply_flags(session.report, flags);
-            session.agent.forget_instances();
-            Transaction transaction(session.agent, session.model, session.report);
-            for (const std::string& text : assignments) transaction.add(added + text);
-            transaction.run(whole, session.dry_run);
-        });
-    });
+    std::vector<Step> steps = {{Step::Kind::Add, object}};
+    for (const std::string& text : assignments) steps.push_back({Step::Kind::Set, '.' + text});
+    make_changes(session, steps);
 }
 
 void delete_instances(Session& session, const Words& instances) {
-    Report& report = session.report;
-    std::vector<Instance> found;
-    for (const std::string& path : instances) {
-        note_failure(report, [&] { found.push_back(deletable(session, path)); });
-    }
-    change(session, [&](Change&) {
-        for (const Instance& instance : found) {
-            unsigned flags = 0;
-            session.agent.remove(instance.table, instance.outer, instance.number, flags);
-            note_apply_flags(report, flags);
-        }
-        report.instances = instances;
-    });
+    std::vector<Step> steps;
+    for (const std::string& path : instances) steps.push_back({Step::Kind::Delete, path});
+    make_changes(session, steps);
 }
 
 void list_instances(Session& session, const Words& objects) {

@@ -27,6 +27,14 @@ void get_values(Session& session, const Words& paths);
 void set_values(Session& session, const Words& assignments);
 void add_instance(Session& session, const std::string& object, const Words& assignments);
 void delete_instances(Session& session, const Words& instances);
+// One step of a change, all of whose steps happen or none.
+struct Step {
+    enum class Kind { Set, Add, Delete };
+    Kind kind;
+    std::string text;  // PATH=VALUE, or .NAME=VALUE of the instance added last; the object; the instance
+};
+// Adds and deletes as they come, then sets everything.
+void make_changes(Session& session, const std::vector<Step>& steps);
 void list_instances(Session& session, const Words& objects);
 
 // The names below the paths, of the whole model when there is none; at most so many levels below, 0 for all.

@@ -11,35 +11,65 @@ namespace cwmp {
 
 namespace {
 
-Words read_lines(std::istream& input, const std::string& name) {
-    Words assignments;
+// Hands on each line that is no comment; take answers null, or what is wrong with it.
+template <typename Take>
+void read_lines(std::istream& input, const std::string& name, Take take) {
     std::string line;
     for (int number = 1; std::getline(input, line); ++number) {
         if (line.ends_with('\r')) line.pop_back();
         if (line.empty() || line.front() == '#') continue;
-        const size_t equals = line.find('=');
-        const auto value =
-            from_line(std::string_view(line).substr(equals == line.npos ? line.size() : equals));
-        if (equals != line.npos && value) {
-            assignments.push_back(line.substr(0, equals) + *value);
-            continue;
+        if (const char* mistake = take(line)) {
+            throw Failure{name + ":" + std::to_string(number), kNoFault, Exit::Malformed, mistake};
         }
-        throw Failure{
-            name + ":" + std::to_string(number), kNoFault, Exit::Malformed,
-            value ? "PATH=VALUE expected" : "a backslash begins \\n, \\r, \\t, \\\\ or \\x and two digits"};
     }
     if (!input.eof()) throw Failure{name, kNoFault, Exit::Unusable, "cannot be read"};
-    return assignments;
 }
+
+template <typename Take>
+void read_file(const std::string& file, Take take) {
+    if (file == "-") return read_lines(std::cin, "standard input", take);
+    std::ifstream input(file);
+    read_lines(input, file, take);
+}
+
+// Reads the escapes of a value. Null, or what is wrong.
+const char* unescape(std::string& line) {
+    const size_t equals = line.find('=');
+    if (equals == line.npos) return "PATH=VALUE expected";
+    const auto value = from_line(std::string_view(line).substr(equals));
+    if (!value) return "a backslash begins \\n, \\r, \\t, \\\\ or \\x and two digits";
+    line.replace(equals, line.npos, *value);
+    return nullptr;
+}
+
+constexpr std::pair<std::string_view, Step::Kind> kSteps[] = {
+    {"set ", Step::Kind::Set}, {"add ", Step::Kind::Add}, {"del ", Step::Kind::Delete}};
 
 bool is_request(const std::string& path) { return path.ends_with(".DiagnosticsState"); }
 
 }  // namespace
 
 Words read_assignments(const std::string& file) {
-    if (file == "-") return read_lines(std::cin, "standard input");
-    std::ifstream input(file);
-    return read_lines(input, file);
+    Words assignments;
+    read_file(file, [&](std::string& line) {
+        const char* mistake = unescape(line);
+        assignments.push_back(line);
+        return mistake;
+    });
+    return assignments;
+}
+
+std::vector<Step> read_steps(const std::string& file) {
+    std::vector<Step> steps;
+    read_file(file, [&](const std::string& line) {
+        for (const auto& [verb, kind] : kSteps) {
+            if (!line.starts_with(verb)) continue;
+            steps.push_back({kind, line.substr(verb.size())});
+            return kind == Step::Kind::Set ? unescape(steps.back().text) : nullptr;
+        }
+        return "set, add or del expected";
+    });
+    return steps;
 }
 
 void import_values(Session& session, const std::string& file) {

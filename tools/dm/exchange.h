@@ -7,6 +7,9 @@ namespace cwmp {
 // The PATH=VALUE lines of a file, "-" for standard input, without blank ones and comments. Throws Failure.
 Words read_assignments(const std::string& file);
 
+// The lines "set PATH=VALUE", "add OBJECT" and "del INSTANCE" of a file, likewise.
+std::vector<Step> read_steps(const std::string& file);
+
 // Sets what differs, in one transaction: what holds its value already may be fixed for the moment.
 void import_values(Session& session, const std::string& file);
 

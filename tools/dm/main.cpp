@@ -69,6 +69,7 @@ void run_command(CommandLine& line, Session& session, FILE* out) {
              add_instance(session, words.front(), {words.begin() + 1, words.end()});
          }},
         {"del", [&] { delete_instances(session, words); }},
+        {"transaction", [&] { make_changes(session, read_steps(words.front())); }},
         {"list", [&] { list_instances(session, words); }},
         {"recover", [&] { recover(session.library, session.report); }},
         {"export", [&] { export_values(session, words.empty() ? Words{"Device."} : words); }},
