@@ -9,6 +9,9 @@
 
 namespace cwmp {
 
+inline constexpr const char* kHosts = "hosts";           // the hosts of the LAN
+inline constexpr const char* kMeshDevices = "meshinfo";  // row 1 is the first device the controller knows
+
 // Option count of section info; nothing when it cannot be read.
 std::optional<int> row_count(const char* package);
 

@@ -6,10 +6,12 @@
 
 namespace cwmp {
 
-// The hash under which the table lists a name.
+// The hash under which the table lists a name; an underscore at the end is none of it.
 constexpr std::uint32_t hash_of_name(const char* name) {
     std::uint32_t hash = 5381;
-    for (; *name != '\0'; ++name) hash = hash * 33 + static_cast<unsigned char>(*name);
+    for (; *name != '\0'; ++name) {
+        if (*name != '_' || name[1] != '\0') hash = hash * 33 + static_cast<unsigned char>(*name);
+    }
     return hash;
 }
 

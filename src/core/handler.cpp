@@ -24,6 +24,9 @@ int answer_in(char* value, std::string_view text) {
 int GetArguments::answer(std::string_view text) const { return answer_in(value_, text); }
 int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
 int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
+int GetArguments::answer(const std::optional<std::string>& text) const {
+    return text ? answer(*text) : kRefused;
+}
 
 int answer(Arguments args, std::string_view text) { return GetArguments(args).answer(text); }
 int answer(Arguments args, const char* text) { return answer(args, std::string_view(text)); }
@@ -40,8 +43,21 @@ ChangeArguments::ChangeArguments(Arguments args) {
     va_end(copy);
 }
 
-SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args) {
+SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args), op_(op) {
     if (op == CWMP_OP_STAGE) begin_stage_pass();
+}
+
+int read_only(int op, Arguments args, Getter getter) {
+    return op == CWMP_OP_GET ? getter(GetArguments(args)) : kRefused;
+}
+
+int writable(int op, Arguments args, Getter getter, Setter setter, Caller caller) {
+    return op == CWMP_OP_GET ? getter(GetArguments(args)) : change(op, args, setter, caller);
+}
+
+int change(int op, Arguments args, Setter setter, Caller caller) {
+    const SetArguments set(op, args);
+    return set.value() != nullptr ? setter(set, caller) : kRefused;
 }
 
 int number_of_pair(const int* locate) {

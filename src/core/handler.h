@@ -1,9 +1,11 @@
 // What every parameter handler is made of: the exported shape, its arguments, and the simplest answer.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "core/log.h"
 #include "cwmp/apply_flags.h"
 #include "cwmp/export.h"
 #include "cwmp/handler.h"
@@ -15,6 +17,16 @@
 // A handler that is one block with its arguments: PARAMETER(NAME, constant, "1").
 #define PARAMETER(name, block, ...) \
     HANDLER(name) { return block(op, args __VA_OPT__(, ) __VA_ARGS__); }
+
+// A handler whose body answers a GET: READ_ONLY(NAME) { return get.answer(...); }. A SET is refused, or made by a
+// function of the file that changes something: WRITABLE(NAME, set_something) { ... }.
+#define READ_ONLY(name) CWMP_BODY(name, cwmp::read_only(op, args, name##_))
+#define WRITABLE(name, change) CWMP_BODY(name, cwmp::writable(op, args, name##_, change))
+// What the body reports, it reports under the handler's name.
+#define CWMP_BODY(name, call)                          \
+    static int name##_(const cwmp::GetArguments& get); \
+    HANDLER(name) { return call; }                     \
+    static int name##_([[maybe_unused]] const cwmp::GetArguments& get)
 
 // A handler that passes its list on to one of another file; of the same file, it is that one's second name and
 // costs no code.
@@ -55,6 +67,8 @@ class GetArguments {
     // Each made a view in one place, not at every call.
     int answer(const char* text) const;
     int answer(const std::string& text) const;
+    // Nothing, whose reason was told where it was found missing, refuses the GET.
+    int answer(const std::optional<std::string>& text) const;
 
   private:
     int* locate_ = nullptr;
@@ -83,9 +97,21 @@ class SetArguments : public ChangeArguments {
     // The stage pass of any writable parameter begins a transaction of grouped settings.
     SetArguments(int op, Arguments args);
 
+    int op() const { return op_; }
     // Null when the agent passed none.
     const char* value() const { return text_; }
+
+  private:
+    int op_;
 };
+
+using Getter = int (*)(const GetArguments& get);
+using Setter = int (*)(const SetArguments& set, Caller caller);
+
+int read_only(int op, Arguments args, Getter getter);
+int writable(int op, Arguments args, Getter getter, Setter setter, Caller caller = Caller::here());
+// A SET alone. One without a value is refused before the function is asked.
+int change(int op, Arguments args, Setter setter, Caller caller = Caller::here());
 
 // The number that a path's first two choose: the second under a first 1, or the first where there is but one; 0
 // for any other pair.

@@ -33,7 +33,8 @@ inline constexpr int kMessageSize = 2048;
 // Where an event is reported from. As a defaulted last parameter of a building block it names the handler
 // that called the block.
 //
-// A handler, whose name begins with a capital, is known by the hash of its name.
+// A handler, whose name begins with a capital, is known by the hash of its name; so is its body, named alike with an
+// underscore behind.
 struct Caller {
     const char* name = nullptr;
     int line = 0;

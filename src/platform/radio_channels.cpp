@@ -1,4 +1,5 @@
-// The channels that a radio supports.
+#include "platform/radio_channels.h"
+
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -46,26 +47,25 @@ bool same_number(const std::string& entry, const char* value) {
 }
 
 }  // namespace
-}  // namespace cwmp
 
-int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, const char* kind) {
-    const std::string radio_2g = cwmp::interface_name("wifi_2_4G", "ath0");
-    const std::string radio_5g = cwmp::interface_name("wifi_5G", "ath1");
-    const std::string* radio = cwmp::choose_radio(locate, band, radio_2g, radio_5g);
+int radio_channels(int op, char* value, const int* locate, int band, bool frequencies) {
+    // Reports as the exported call does.
+    const Caller caller = {"GetRadioInfo", __LINE__};
+    const std::string radio_2g = interface_name("wifi_2_4G", "ath0");
+    const std::string radio_5g = interface_name("wifi_5G", "ath1");
+    const std::string* radio = choose_radio(locate, band, radio_2g, radio_5g);
     if (radio == nullptr) return -1;
-    cwmp::Command pipe(cwmp::channel_command(*radio));
-    if (!pipe) return REFUSE("Failed to get Channel pool\n");
+    Command pipe(channel_command(*radio));
+    if (!pipe) return refuse(caller, kError, "Failed to get Channel pool\n");
     const std::string line = pipe.line().value_or("");
-    const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
     std::string list;
     std::size_t position = 0;
-    for (auto token = cwmp::next_word(line, position); !token.empty();
-         token = cwmp::next_word(line, position)) {
-        std::string entry = cwmp::leading_digits(std::string(token));
+    for (auto token = next_word(line, position); !token.empty(); token = next_word(line, position)) {
+        std::string entry = leading_digits(std::string(token));
         if (entry.empty()) continue;
-        if (frequencies) entry = cwmp::as_frequency(entry);
-        if (op != CWMP_OP_GET && cwmp::same_number(entry, value)) return op;
-        if (list.size() + entry.size() + 1 >= cwmp::kListSize) break;
+        if (frequencies) entry = as_frequency(entry);
+        if (op != CWMP_OP_GET && same_number(entry, value)) return op;
+        if (list.size() + entry.size() + 1 >= kListSize) break;
         list += entry + ",";
     }
     if (op != CWMP_OP_GET) return 0;
@@ -74,10 +74,17 @@ int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, c
     return 0;
 }
 
-int GetChannelPoll(int op, va_list args, char* value, int* locate, int band) {
-    return GetRadioInfo(op, args, value, locate, band, nullptr);
+}  // namespace cwmp
+
+int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, const char* kind) {
+    const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
+    return cwmp::radio_channels(op, value, locate, band, frequencies);
 }
 
-int GetFrequencyPoll(int op, va_list args, char* value, int* locate, int band) {
-    return GetRadioInfo(op, args, value, locate, band, "freqency");
+int GetChannelPoll(int op, va_list /*args*/, char* value, int* locate, int band) {
+    return cwmp::radio_channels(op, value, locate, band);
+}
+
+int GetFrequencyPoll(int op, va_list /*args*/, char* value, int* locate, int band) {
+    return cwmp::radio_channels(op, value, locate, band, true);
 }

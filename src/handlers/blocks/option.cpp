@@ -18,38 +18,35 @@ bool write(const Option& parameter, const std::string& text) {
                                                          : write_option(parameter.at, text, parameter.store);
 }
 
-int get_option(Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
-    const GetArguments get(args);
-    if (parameter.secret || parameter.at.package == nullptr) return get.answer("");
+}  // namespace
+
+int option(const GetArguments& get, const Option& parameter, const OptionEvents& events, Caller caller) {
+    if (parameter.secret) return get.answer("");
+    if (parameter.at.package == nullptr) return get.answer(parameter.missing);
     const auto stored = read_option(parameter.at, parameter.store);
     if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
     return get.answer(stored ? stored->c_str() : parameter.missing);
 }
 
-int set_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
-    const SetArguments set(op, args);
+int option(const SetArguments& set, const Option& parameter, const OptionEvents& events, Caller caller) {
     if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
     if (!text) return fail(caller, events.refused);
     const bool overlooked = parameter.write_failure_is_done && !transaction::is_running();
-    if (!write(parameter, *text) && !overlooked) {
-        return fail(caller, events.unwritten);
-    }
+    if (!write(parameter, *text) && !overlooked) return fail(caller, events.unwritten);
     set.raise(parameter.apply);
     return kDone;
 }
 
-}  // namespace
-
 int option(int op, Arguments args, const Option& parameter) { return option(op, args, parameter, {}); }
 
 int option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
-    return op == CWMP_OP_GET ? get_option(args, parameter, events, caller)
-                             : set_option(op, args, parameter, events, caller);
+    return op == CWMP_OP_GET ? option(GetArguments(args), parameter, events, caller)
+                             : option(SetArguments(op, args), parameter, events, caller);
 }
 
 int read_only_option(int op, Arguments args, const Option& parameter) {
-    return op == CWMP_OP_GET ? get_option(args, parameter, {}, Caller::here()) : kRefused;
+    return op == CWMP_OP_GET ? option(GetArguments(args), parameter) : kRefused;
 }
 
 bool write_leniently(const OptionPath& at, const std::string& text) {

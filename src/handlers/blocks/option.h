@@ -9,7 +9,7 @@
 namespace cwmp {
 
 struct Option {
-    OptionPath at;  // no package: nothing is stored; a SET is checked and raises its flags
+    OptionPath at = {};  // no package: a fixed value, missing; a SET is checked and raises its flags
     const char* store = kLiveStore;
     const char* missing = "";            // the answer when the option cannot be read
     Check accepts = nullptr;             // null: any text, stored as it comes
@@ -36,6 +36,11 @@ struct OptionEvents {
 // GET answers the stored text; SET stores the new one.
 int option(int op, Arguments args, const Option& parameter);
 int option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
+           Caller caller = Caller::here());
+// The same where the arguments are taken already.
+int option(const GetArguments& get, const Option& parameter, const OptionEvents& events = {},
+           Caller caller = Caller::here());
+int option(const SetArguments& set, const Option& parameter, const OptionEvents& events = {},
            Caller caller = Caller::here());
 // GET alone.
 int read_only_option(int op, Arguments args, const Option& parameter);

@@ -17,9 +17,8 @@ constexpr std::size_t kShortLine = 99;
 
 PARAMETER(DeviceInfo_Manufacturer, constant, "KORVANEX")
 
-HANDLER(DeviceInfo_ManufacturerOUI) {
+READ_ONLY(DeviceInfo_ManufacturerOUI) {
     constexpr std::size_t kOuiLength = 6;
-    if (op != CWMP_OP_GET) return kRefused;
     const auto mac = first_line({"fwinfo MAC", kShortLine, "Failed to get MODEL\n"});
     if (!mac) return kRefused;
     std::string oui;
@@ -27,7 +26,7 @@ HANDLER(DeviceInfo_ManufacturerOUI) {
         if (oui.size() == kOuiLength) break;
         if (digit != '-' && digit != ':') oui += digit;
     }
-    return answer(args, oui);
+    return get.answer(oui);
 }
 
 PARAMETER(DeviceInfo_ModelName, FwinfoDeviceInfo, "fwinfo MODEL")
@@ -42,20 +41,18 @@ HANDLER(DeviceInfo_ProductClass) {
 PARAMETER(DeviceInfo_X_QM_DevName, command_line,
           {"fwinfo MODEL", kLongLine, "Failed to use fwinfo to get  DeviceName \n"})
 
-HANDLER(DeviceInfo_X_QM_ProductID) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(DeviceInfo_X_QM_ProductID) {
     const auto line =
         first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
     if (!line) return kRefused;
     const int identifier = static_cast<int>(std::strtoul(line->c_str(), nullptr, 16));
-    return answer(args, std::to_string(identifier));
+    return get.answer(std::to_string(identifier));
 }
 
-HANDLER(DeviceInfo_SerialNumber) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(DeviceInfo_SerialNumber) {
     char serial[256] = "";
     const bool known = get_device_sn(serial, sizeof serial - 1) >= 1;
-    return answer(args, known ? serial : "");
+    return get.answer(known ? serial : "");
 }
 
 // Two blanks: the device knows the command in this form.
@@ -114,12 +111,11 @@ HANDLER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries) {
         op, args, {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"});
 }
 
-HANDLER(DeviceInfo_ProcessStatus_CPUUsage) {
+READ_ONLY(DeviceInfo_ProcessStatus_CPUUsage) {
     constexpr int kIdleWhenUnknown = 95;
-    if (op != CWMP_OP_GET) return kRefused;
     const auto line = first_line({"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'",
                                   kShortLine, "Failed to get  CPUUsage\n"});
     if (!line) return kRefused;
     const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
-    return answer(args, std::to_string(100 - idle));
+    return get.answer(std::to_string(100 - idle));
 }

@@ -62,18 +62,17 @@ PARAMETER(XMPP_Connection_ServerRetryIntervalMultiplier, setting, kConnection / 
 PARAMETER(XMPP_Connection_ServerRetryMaxInterval, setting, kConnection / "retry_max_int", "30720",
           number<1, UINT_MAX>)
 
-HANDLER(XMPP_Connection_JabberID) { return op == CWMP_OP_GET ? answer(args, jabber_id()) : kRefused; }
+READ_ONLY(XMPP_Connection_JabberID) { return get.answer(jabber_id()); }
 
 PARAMETER(XMPP_Connection_Status, client_status, "/tmp/xmpp/Status", "Disabled")
 PARAMETER(XMPP_Connection_TLSEstablished, client_status, "/tmp/xmpp/TLSEstablished", "0")
 
-HANDLER(XMPP_Connection_LastChangeDate) {
+READ_ONLY(XMPP_Connection_LastChangeDate) {
     constexpr std::size_t kLongest = 63;
-    if (op != CWMP_OP_GET) return kRefused;
     // The client puts a blank between date and time; the file itself is mended.
     refresh("sed -i 's/ /T/g' /tmp/xmpp/LastChangeTime");
     const auto date = first_line_of_file("/tmp/xmpp/LastChangeTime", kLongest);
-    return answer(args, date.value_or("1997-07-01T00:00:00"));
+    return get.answer(date.value_or("1997-07-01T00:00:00"));
 }
 
 PARAMETER(XMPP_Connection_ServerNumberOfEntries, constant, "1")

@@ -18,6 +18,7 @@
 // or collects every child is not ours to change. No thread, because a test lasts as long as its tool.
 #pragma once
 
+#include "core/handler.h"
 #include "core/log.h"
 
 namespace cwmp {
@@ -31,5 +32,16 @@ Side detach(Caller caller = Caller::here());
 
 // Tells the agent that results are ready, and ends this process.
 [[noreturn]] void finish_job(Caller caller = Caller::here());
+
+// Starts a test as such a job. kRefused, logged, when it could not be split off.
+template <typename Test>
+int start_job(const Test& test, Caller caller) {
+    const Side side = detach(caller);
+    if (side == Side::kJob) {
+        test();
+        finish_job(caller);
+    }
+    return side == Side::kAgent ? kDone : kRefused;
+}
 
 }  // namespace cwmp

@@ -4,8 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "core/refusal.h"
-
 namespace cwmp {
 
 int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
@@ -20,25 +18,26 @@ int test_result(int op, Arguments args, const char* package, const char* section
                             {.at = {package, section, option}, .store = kScratchStore, .missing = missing});
 }
 
-int test_state(Arguments args, const OptionPath& state, const OptionPath& running) {
+int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running,
+               const Option& request) {
+    if (op != CWMP_OP_GET) return test_option(op, args, request);
     const GetArguments get(args);
     return get.answer(read_test(running) == "1" ? kNoTest : read_test(state).value_or(""));
+}
+
+std::optional<std::string> requested(const char* value) {
+    return std::strcmp(value, "Requested") == 0 ? std::optional<std::string>(value) : std::nullopt;
+}
+
+std::optional<std::string> device_of_interface(const char* value, const char* wan) {
+    if (*wan != '\0' && std::strcmp(value, wan) == 0) return "br-wan";
+    return text_within(value, kLongestName);
 }
 
 std::optional<int> number_of_setting(const char* value) {
     const long long number = std::strtoll(value, nullptr, 10);
     if (number < INT_MIN || number > INT_MAX) return std::nullopt;
     return static_cast<int>(number);
-}
-
-std::optional<int> result_number(const int* locate, Caller caller) {
-    if (locate[0] >= 1) return locate[0];
-    refuse(caller, kError, "locate error\n");
-    return std::nullopt;
-}
-
-bool is_request(const SetArguments& set) {
-    return set.value() != nullptr && std::strcmp(set.value(), kRequested) == 0;
 }
 
 }  // namespace cwmp

@@ -10,7 +10,6 @@
 namespace cwmp {
 
 inline constexpr const char* kDiagnosticsPackage = "diagnostics_config";
-inline constexpr const char* kRequested = "Requested";
 inline constexpr const char* kNoTest = "None";
 
 // Parameters and results live in scratch packages: they reach flash when a finished test is saved.
@@ -30,17 +29,20 @@ CWMP_INLINE int test_result(int op, Arguments args, const OptionPath& at, const 
     return test_result(op, args, at.package, at.section, at.option, missing);
 }
 
-// GET of a DiagnosticsState: while running holds "1" a test is under way, which reads as none.
-int test_state(Arguments args, const OptionPath& state, const OptionPath& running);
+// A DiagnosticsState: while running holds "1" a test is under way, which reads as none. request is what a SET does.
+int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running,
+               const Option& request);
 
-// Whether a SET asks for the test, the only value that a DiagnosticsState takes.
-bool is_request(const SetArguments& set);
+// The only value that a SET of a DiagnosticsState takes: it asks for the test.
+std::optional<std::string> requested(const char* value);
+
+// A text of the ACS that is not its word for none of these: a name of a host, an interface, a URL.
+inline constexpr std::size_t kLongestName = 256;
+// The Linux device of the WAN where a setting names the WAN by this path; other texts stay as they are.
+std::optional<std::string> device_of_interface(const char* value, const char* wan);
 
 // The number that a setting begins with, 0 without one; nothing when 32 bits do not hold it.
 std::optional<int> number_of_setting(const char* value);
-
-// The instance number of a result in locate[0]; nothing, logged under the caller's name, unless it is one.
-std::optional<int> result_number(const int* locate, Caller caller);
 
 // Checks that store the text as the ACS wrote it.
 template <int lowest, int highest>

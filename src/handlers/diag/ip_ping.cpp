@@ -13,7 +13,6 @@ namespace {
 
 constexpr Section kPing{kDiagnosticsPackage, "ping"};
 constexpr unsigned int kWanOfPing = 42;
-constexpr std::size_t kLongestName = 256;
 
 struct Protocol {
     const char* name;
@@ -29,11 +28,9 @@ std::optional<std::string> protocol_option(const char* value) {
     return std::nullopt;
 }
 
-// The job binds to a Linux device: the WAN's data-model path becomes one, other texts stay as they are.
-std::optional<std::string> device_of_interface(const char* value) {
-    const std::string wan = getFuncInterface(kWanOfPing);
-    if (!wan.empty() && wan == value) return "br-wan";
-    return text_within(value, kLongestName);
+// The WAN as it is now, whatever carries it.
+std::optional<std::string> device(const char* value) {
+    return device_of_interface(value, getFuncInterface(kWanOfPing));
 }
 
 std::optional<std::string> timeout_text(const char* value) {
@@ -46,15 +43,14 @@ std::optional<std::string> timeout_text(const char* value) {
 int TimeNomal(int op, va_list args, const char* option) { return test_result(op, args, kPing / option, "0"); }
 
 HANDLER(IPPingDiagnostics_DiagnosticsState) {
-    if (op == CWMP_OP_GET) return test_state(args, kPing / "DiagnosticsState", kPing / "last_ping_status");
-    if (!is_request(SetArguments(op, args))) return kRefused;
-    return test_option(op, args, {.at = kPing / "DiagnosticsState", .apply = CWMP_APPLY_PING_TEST});
+    constexpr OptionPath kState = kPing / "DiagnosticsState";
+    return test_state(op, args, kState, kPing / "last_ping_status",
+                      {.at = kState, .accepts = requested, .apply = CWMP_APPLY_PING_TEST});
 }
 
 PARAMETER(IPPingDiagnostics_Host, test_option, {.at = kPing / "Host", .accepts = at_most<kLongestName>})
 
-PARAMETER(IPPingDiagnostics_Interface, test_option,
-          {.at = kPing / "Interface", .accepts = device_of_interface})
+PARAMETER(IPPingDiagnostics_Interface, test_option, {.at = kPing / "Interface", .accepts = device})
 
 HANDLER(IPPingDiagnostics_ProtocolVersion) {
     if (op != CWMP_OP_GET) {

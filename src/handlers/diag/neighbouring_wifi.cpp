@@ -7,6 +7,7 @@
 #include "core/refusal.h"
 #include "core/shell.h"
 #include "cwmp/diagnostics.h"
+#include "handlers/blocks/row.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
 #include "handlers/diag/process_list.h"
@@ -43,19 +44,6 @@ std::string scan_command() {
            (named ? shell_word(*name5) : "ath12") + " scan > " + kLog5 + " 2>&1 & ";
 }
 
-// Whether the process list shows a scan; nothing when it cannot be asked for.
-std::optional<bool> is_scanning(Caller caller) {
-    Command processes("ps | grep iwlist");
-    if (!processes) {
-        log_event(caller, kError, "Failed to exec cat ps | grep ping\n");
-        return std::nullopt;
-    }
-    bool found = false;
-    while (const auto line = processes.line())
-        found = found || (shows_run_of("iwlist", *line) && contains(*line, "scan"));
-    return found;
-}
-
 // The number of results in a band's log; those before it end with last, which moves on.
 int read_band(const char* log, int& last) {
     const int end = NeighboringWiFi_Diagnostic((std::string("cat ") + log).c_str(), last);
@@ -72,14 +60,15 @@ bool complete(int count24, int count5) {
     return batch.commit();
 }
 
-[[noreturn]] void scan(const std::string& command, Caller caller) {
+void scan(const std::string& command, Caller caller) {
     run(command);
     write_test(kScan / "last_scan_status", "1");
-    std::optional<bool> scanning;
-    do {
-        scanning = is_scanning(caller);
-    } while (scanning == true);
-    if (scanning) write_test(kScan / "last_scan_status", "0");
+    if (wait_for_tool({.command = "ps | grep iwlist",
+                       .name = "iwlist",
+                       .argument = "scan",
+                       .cannot_start = "Failed to exec cat ps | grep ping\n"},
+                      caller))
+        write_test(kScan / "last_scan_status", "0");
     int last = 0;
     const int count24 = read_band(kLog24, last);
     const int count5 = read_band(kLog5, last);
@@ -87,50 +76,31 @@ bool complete(int count24, int count5) {
         run("cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config");
         run("saveconfig user-config");
     }
-    finish_job(caller);
 }
 
 int start_scan(Caller caller = Caller::here()) {
     if (!delete_results()) return kRefused;
     const std::string command = scan_command();
-    switch (detach(caller)) {
-        case Side::kAgent:
-            return kDone;
-        case Side::kJob:
-            scan(command, caller);
-        case Side::kFailed:
-            break;
-    }
-    return kRefused;
+    return start_job([&] { scan(command, caller); }, caller);
 }
 
-// A network that was found, as a GET names it.
-class Cell {
-  public:
-    Cell(Arguments args, Caller caller) : get_(args), number_(result_number(get_.locate(), caller)) {}
-
-    // False when the path names none.
-    explicit operator bool() const { return number_.has_value(); }
-
-    std::optional<std::string> read(const char* option) const {
-        return read_test({kDiagnosticsPackage, std::to_string(*number_).c_str(), option});
-    }
-    int answer(std::string_view text) const { return get_.answer(text); }
-
-  private:
-    GetArguments get_;
-    std::optional<int> number_;
-};
+// What is known of a network that was found, whose number is its row.
+std::optional<std::string> read_cell(int cell, const char* option) {
+    return read_row(kDiagnosticsPackage, cell, option);
+}
 
 bool is_24_ghz(const std::string& frequency) { return contains(frequency, "2.4"); }
 
-int frequency_band(int op, Arguments args, Caller caller = Caller::here()) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const Cell cell(args, caller);
-    if (!cell) return kRefused;
-    const auto frequency = cell.read("Frequency");
-    if (!frequency) return cell.answer("");
-    return cell.answer(is_24_ghz(*frequency) ? "2.4GHz" : "5GHz");
+std::string frequency_band(int cell) {
+    const auto frequency = read_cell(cell, "Frequency");
+    if (!frequency) return "";
+    return is_24_ghz(*frequency) ? "2.4GHz" : "5GHz";
+}
+
+std::string mode(int cell) {
+    const auto stored = read_cell(cell, "Mode");
+    if (!stored) return "";
+    return *stored == "Master" ? "Infrastructure" : "ADHoc";
 }
 
 const char* standards_of(const std::string& frequency, const std::string& mode) {
@@ -140,6 +110,17 @@ const char* standards_of(const std::string& frequency, const std::string& mode) 
     }
     if (contains(mode, "ac")) return "a n ac";
     return contains(mode, "n") ? "a n" : "a";
+}
+
+std::string standards(int cell) {
+    return standards_of(read_cell(cell, "Frequency").value_or(""),
+                        read_cell(cell, "OperatingStandards").value_or(""));
+}
+
+std::string extension_channel(int cell) {
+    const auto extension = read_cell(cell, "ExtensionChannel");
+    if (extension == "MINUS") return "BelowControlChannel";
+    return extension == "PLUS" ? "AboveControlChannel" : "None";
 }
 
 }  // namespace
@@ -179,50 +160,23 @@ int NeighboringWiFi_Diagnostic(const char* command, int first) {
 }
 
 int WiFi_NeighboringWiFi_Param_Get(int op, va_list args, const char* option) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const Cell cell(args, Caller::here());
-    if (!cell) return kRefused;
     const bool is_strength = std::string_view(option) == "SignalStrength";
-    return cell.answer(cell.read(option).value_or(is_strength ? "-200" : ""));
+    return row_option(op, args, {kDiagnosticsPackage, option, is_strength ? "-200" : ""});
 }
 
 HANDLER(WiFi_NeighboringWiFiDiagnostic_DiagnosticsState) {
-    if (op == CWMP_OP_GET) return test_state(args, kScan / "DiagnosticsState", kScan / "last_scan_status");
-    if (!is_request(SetArguments(op, args))) return kRefused;
-    return op == CWMP_OP_APPLY ? start_scan() : kDone;
+    const int result =
+        test_state(op, args, kScan / "DiagnosticsState", kScan / "last_scan_status", {.accepts = requested});
+    return op == CWMP_OP_APPLY && result == kDone ? start_scan() : result;
 }
 
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries, test_result, kScan / "ResultNumberOfEntries")
 
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand, frequency_band)
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Radio, frequency_band)
-
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_Mode) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const Cell cell(args, Caller::here());
-    if (!cell) return kRefused;
-    const auto mode = cell.read("Mode");
-    if (!mode) return cell.answer("");
-    return cell.answer(*mode == "Master" ? "Infrastructure" : "ADHoc");
-}
-
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const Cell cell(args, Caller::here());
-    if (!cell) return kRefused;
-    return cell.answer(
-        standards_of(cell.read("Frequency").value_or(""), cell.read("OperatingStandards").value_or("")));
-}
-
-HANDLER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const Cell cell(args, Caller::here());
-    if (!cell) return kRefused;
-    const auto extension = cell.read("ExtensionChannel");
-    if (extension == "MINUS") return cell.answer("BelowControlChannel");
-    return cell.answer(extension == "PLUS" ? "AboveControlChannel" : "None");
-}
-
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand, row_text, frequency_band)
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Radio, row_text, frequency_band)
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Mode, row_text, mode)
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards, row_text, standards)
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel, row_text, extension_channel)
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SSID, WiFi_NeighboringWiFi_Param_Get, "SSID")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID, WiFi_NeighboringWiFi_Param_Get, "BSSID")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, WiFi_NeighboringWiFi_Param_Get,

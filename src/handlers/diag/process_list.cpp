@@ -16,8 +16,6 @@ bool is_named(std::string_view word, std::string_view name) {
     return word.substr(word.rfind('/') + 1) == name;
 }
 
-}  // namespace
-
 bool shows_run_of(std::string_view tool, std::string_view line) {
     constexpr int kFixedColumns = 2;  // process and user
     std::size_t position = 0;
@@ -28,6 +26,29 @@ bool shows_run_of(std::string_view tool, std::string_view line) {
     }
     if (is_named(word, "sh"sv) && next_word(line, position) == "-c"sv) word = next_word(line, position);
     return is_named(word, tool);
+}
+
+// Nothing when the list cannot be asked for.
+std::optional<bool> is_shown(const RunningTool& tool, Caller caller) {
+    Command processes(tool.command);
+    if (!processes) {
+        log_event(caller, kError, "%s", tool.cannot_start);
+        return std::nullopt;
+    }
+    bool found = false;
+    while (const auto line = processes.line(tool.limit))
+        found = found || (shows_run_of(tool.name, *line) && contains(*line, tool.argument));
+    return found;
+}
+
+}  // namespace
+
+bool wait_for_tool(const RunningTool& tool, Caller caller) {
+    while (true) {
+        const auto shown = is_shown(tool, caller);
+        if (shown != true) return shown.has_value();
+        if (tool.pause != nullptr) run(tool.pause);
+    }
 }
 
 }  // namespace cwmp

@@ -43,96 +43,109 @@ std::string_view negative_number(std::string_view text) {
 }
 
 // A hidden network's name is empty, and that is a fact.
-CellFact name(std::string_view line) {
+void name(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
     const std::string_view quoted = after(line, '"');
-    return {"SSID", std::string(quoted.substr(0, quoted.find('"')))};
+    facts[0] = {"SSID", std::string(quoted.substr(0, quoted.find('"')))};
+}
+
+void mode(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
+    constexpr std::size_t kLongest = 9;
+    facts[0] = fact("Mode", after(line, ':').substr(0, kLongest));
+}
+
+void frequency(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
+    facts[0] = fact("Frequency", after(line, ':'));
+    facts[1] = fact("Channel", leading(field(line, 4), "123456789"sv));
+}
+
+void signal(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
+    facts[0] = fact("Quality", after(line, '='));
+    facts[1] = fact("SignalStrength", negative_number(field(line, 3)));
+    facts[2] = fact("Noise", negative_number(field(line, 6)));
 }
 
 // "IEEE80211_MODE_11NG_HT20", where the fourth field is the standard and the fifth the width.
-void add_mode_facts(std::string_view line, ScanLine& result) {
+void physical_mode(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
     constexpr std::size_t kWidthDigits = 2;
-    const std::string_view mode = field(line, 4, "_"sv);
-    std::string standards(mode.substr(leading(mode, kDigits).size()));
-    result.facts[0] = fact("OperatingStandards", strlowr(standards.data()));
+    const std::string_view standard = field(line, 4, "_"sv);
+    std::string standards(standard.substr(leading(standard, kDigits).size()));
+    facts[0] = fact("OperatingStandards", strlowr(standards.data()));
     const std::string_view width = field(line, 5, "_"sv);
     const std::size_t start = width.find_first_of(kDigits);
     if (start == std::string_view::npos) return;
     const std::string_view digits = leading(width.substr(start, kWidthDigits), kDigits);
-    result.facts[1] = {"OperatingChannelBandwidth", std::string(digits) + "MHz"};
+    facts[1] = {"OperatingChannelBandwidth", std::string(digits) + "MHz"};
 }
 
-}  // namespace
-
-ScanLine ScanLog::begin_cell(std::string_view line) {
-    *this = {};
-    in_cell_ = true;
-    return {.kind = ScanLine::Kind::kCellBegins, .facts = {fact("BSSID", field(line, 5))}};
+void beacon(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
+    facts[0] = fact("BeaconPeriod", after(line, '='));
+}
+void dtim(std::string_view line, CellFact* facts, ScanLog::Memory& /*memory*/) {
+    facts[0] = fact("DTIMPeriod", after(line, '='));
 }
 
-CellFact ScanLog::rates(const std::string& line) {
+void rates(std::string_view text, CellFact* facts, ScanLog::Memory& memory) {
+    const std::string line(text);
     std::string numbers(line.size() + 1, '\0');
     string_split_num(line.c_str(), numbers.data(), static_cast<int>(numbers.size()));
     numbers.resize(numbers.find('\0'));
-    if (!rates_.empty() && !numbers.empty()) rates_ += ',';
-    rates_ += numbers;
-    return fact("SupportedDataTransferRates", rates_);
+    if (!memory.rates.empty() && !numbers.empty()) memory.rates += ',';
+    memory.rates += numbers;
+    facts[0] = fact("SupportedDataTransferRates", memory.rates);
 }
 
-CellFact ScanLog::security(std::string_view line) {
-    if (security_known_) {
-        return field(line, 2) == "WPA"sv ? CellFact{"SecurityMode", "WPA-WPA2"} : CellFact{};
+void security(std::string_view line, CellFact* facts, ScanLog::Memory& memory) {
+    if (memory.security_known) {
+        if (field(line, 2) == "WPA"sv) facts[0] = {"SecurityMode", "WPA-WPA2"};
+        return;
     }
-    security_known_ = true;
-    if (!has(line, "/"sv)) return {"SecurityMode", "WPA"};
-    return fact("SecurityMode", field(after(line, '/'), 1));
+    memory.security_known = true;
+    facts[0] = fact("SecurityMode", has(line, "/"sv) ? field(after(line, '/'), 1) : "WPA"sv);
 }
 
-CellFact ScanLog::ciphers(std::string_view line) {
-    if (ciphers_known_) return {};
-    ciphers_known_ = true;
+void ciphers(std::string_view line, CellFact* facts, ScanLog::Memory& memory) {
+    if (memory.ciphers_known) return;
+    memory.ciphers_known = true;
     const std::string_view list = after(line, ':');
     const bool aes = has(list, "CCMP"sv);
     const bool tkip = has(list, "TKIP"sv);
-    if (aes) return {"EncryptionMode", tkip ? "TKIP+AES" : "AES"};
-    return tkip ? CellFact{"EncryptionMode", "TKIP"} : CellFact{};
+    facts[0] = fact("EncryptionMode", aes && tkip ? "TKIP+AES"sv : aes ? "AES"sv : tkip ? "TKIP"sv : ""sv);
 }
 
-ScanLine ScanLog::read(const std::string& text) {
-    constexpr std::size_t kLongestMode = 9;
-    const std::string_view line = text;
+// The first word that a line holds tells what it is about.
+constexpr struct {
+    char word[17];
+    void (*read)(std::string_view line, CellFact* facts, ScanLog::Memory& memory);
+} kKeywords[] = {
+    {"ESSID", name},
+    {"Mode", mode},
+    {"Frequency", frequency},
+    {"Signal level", signal},
+    {"Mb/s", rates},
+    {"bcn_int", beacon},
+    {"Version", security},
+    {"Pairwise Ciphers", ciphers},
+    {"phy_mode", physical_mode},
+    {"dtim_period", dtim},
+};
+
+}  // namespace
+
+ScanLine ScanLog::read(std::string_view line) {
     // A network may call itself like one of the keywords that come before its name.
-    const std::string_view unquoted = line.substr(0, line.find('"'));
+    if (has(line.substr(0, line.find('"')), "support scanning"sv)) {
+        return {.kind = ScanLine::Kind::kNoScanning, .facts = {}};
+    }
+    if (field(line, 1) == "Cell"sv) {
+        *this = {};
+        in_cell_ = true;
+        return {.kind = ScanLine::Kind::kCellBegins, .facts = {fact("BSSID", field(line, 5))}};
+    }
     ScanLine result;
-    CellFact& first = result.facts[0];
-    if (has(unquoted, "support scanning"sv)) {
-        result.kind = ScanLine::Kind::kNoScanning;
-    } else if (field(line, 1) == "Cell"sv) {
-        return begin_cell(line);
-    } else if (!in_cell_) {
-        return result;
-    } else if (has(line, "ESSID"sv)) {
-        first = name(line);
-    } else if (has(line, "Mode"sv)) {
-        first = fact("Mode", after(line, ':').substr(0, kLongestMode));
-    } else if (has(line, "Frequency"sv)) {
-        first = fact("Frequency", after(line, ':'));
-        result.facts[1] = fact("Channel", leading(field(line, 4), "123456789"sv));
-    } else if (has(line, "Signal level"sv)) {
-        first = fact("Quality", after(line, '='));
-        result.facts[1] = fact("SignalStrength", negative_number(field(line, 3)));
-        result.facts[2] = fact("Noise", negative_number(field(line, 6)));
-    } else if (has(line, "Mb/s"sv)) {
-        first = rates(text);
-    } else if (has(line, "bcn_int"sv)) {
-        first = fact("BeaconPeriod", after(line, '='));
-    } else if (has(line, "Version"sv)) {
-        first = security(line);
-    } else if (has(line, "Pairwise Ciphers"sv)) {
-        first = ciphers(line);
-    } else if (has(line, "phy_mode"sv)) {
-        add_mode_facts(line, result);
-    } else if (has(line, "dtim_period"sv)) {
-        first = fact("DTIMPeriod", after(line, '='));
+    for (const auto& keyword : kKeywords) {
+        if (!in_cell_ || !has(line, keyword.word)) continue;
+        keyword.read(line, result.facts, memory_);
+        break;
     }
     return result;
 }

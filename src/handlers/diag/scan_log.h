@@ -19,21 +19,21 @@ struct ScanLine {
     CellFact facts[3];
 };
 
-// Reads the lines of one log. Remembers of the cell at hand what its later lines depend on.
+// Reads the lines of one log.
 class ScanLog {
   public:
-    ScanLine read(const std::string& text);
+    // What the later lines of a network depend on.
+    struct Memory {
+        std::string rates;
+        bool security_known = false;
+        bool ciphers_known = false;
+    };
+
+    ScanLine read(std::string_view line);
 
   private:
-    ScanLine begin_cell(std::string_view line);
-    CellFact rates(const std::string& line);
-    CellFact security(std::string_view line);
-    CellFact ciphers(std::string_view line);
-
-    std::string rates_;
+    Memory memory_;
     bool in_cell_ = false;
-    bool security_known_ = false;
-    bool ciphers_known_ = false;
 };
 
 }  // namespace cwmp

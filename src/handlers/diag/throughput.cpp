@@ -12,12 +12,10 @@ namespace {
 
 constexpr Section kDownload{kDiagnosticsPackage, "download"};
 constexpr Section kUpload{kDiagnosticsPackage, "upload"};
-constexpr std::size_t kLongestUrl = 256;
 
 int request(int op, Arguments args, const Section& test, unsigned int apply) {
-    if (op == CWMP_OP_GET) return test_result(op, args, test / "state", kNoTest);
-    if (!is_request(SetArguments(op, args))) return kRefused;
-    return test_option(op, args, {.at = test / "state", .apply = apply});
+    return test_option(op, args,
+                       {.at = test / "state", .missing = kNoTest, .accepts = requested, .apply = apply});
 }
 
 // A setting: a new one makes the result of an earlier test void.
@@ -28,7 +26,7 @@ int setting(int op, Arguments args, const Section& test, const Option& parameter
 }
 
 int url(int op, Arguments args, const Section& test) {
-    return setting(op, args, test, {.at = test / "url", .accepts = at_most<kLongestUrl>});
+    return setting(op, args, test, {.at = test / "url", .accepts = at_most<kLongestName>});
 }
 
 int dscp(int op, Arguments args, const Section& test) {

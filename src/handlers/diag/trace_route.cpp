@@ -1,10 +1,10 @@
 // Device.IP.Diagnostics.TraceRoute.: settings, results and the run itself.
 #include <climits>
-#include <cstring>
 
 #include "core/command.h"
 #include "core/shell.h"
 #include "cwmp/diagnostics.h"
+#include "handlers/blocks/row.h"
 #include "handlers/diag/detached.h"
 #include "handlers/diag/diagnostics.h"
 #include "handlers/diag/process_list.h"
@@ -16,19 +16,10 @@ namespace {
 constexpr const char* kPackage = "trace_route";
 constexpr Section kTrace{kPackage, "traceroute"};
 constexpr const char* kUnresolved = "Error_CannotResolveHostName";
-constexpr std::size_t kLongestName = 256;
 
-std::optional<std::string> device_of_interface(const char* value) {
-    if (std::strcmp(value, "Device.IP.Interface.1") == 0) return "br-wan";
-    return text_within(value, kLongestName);
-}
-
-// An option of the hop that locate names.
-int hop(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto number = result_number(GetArguments(args).locate(), caller);
-    if (!number) return kRefused;
-    return test_result(op, args, {kPackage, std::to_string(*number).c_str(), option});
+// Unlike the ping's a fixed path, and not the WAN's: kept as it is.
+std::optional<std::string> device(const char* value) {
+    return device_of_interface(value, "Device.IP.Interface.1");
 }
 
 void set_state(const char* state) { write_test(kTrace / "DiagnosticsState", state); }
@@ -51,36 +42,21 @@ Run configured_run() {
     return {command + " " + shell_word(host) + " > /tmp/tr069/trace_result 2>&1 &", host};
 }
 
-// Whether the process list shows a traceroute to the host; nothing when it cannot be asked for.
-std::optional<bool> is_running(const std::string& host, Caller caller) {
-    constexpr std::size_t kProcessLine = 4095;
-    Command processes("ps | grep traceroute");
-    if (!processes) {
-        log_event(caller, kError, "Failed to exec cat ps | grep traceroute\n");
-        return std::nullopt;
-    }
-    bool found = false;
-    while (const auto line = processes.line(kProcessLine)) {
-        if (shows_run_of("traceroute", *line) && contains(*line, host.c_str())) found = true;
-    }
-    return found;
-}
-
-void wait_for_end(const std::string& host, Caller caller) {
-    std::optional<bool> running;
-    while ((running = is_running(host, caller)) == true) run("sleep 1");
-    if (running) set_running(false);
-}
-
-[[noreturn]] void trace(const Run& test, Caller caller) {
+void trace(const Run& test, Caller caller) {
     run(test.command);
     set_running(true);
     set_state(kNoTest);
-    wait_for_end(test.host, caller);
+    if (wait_for_tool({.command = "ps | grep traceroute",
+                       .name = "traceroute",
+                       .argument = test.host.c_str(),
+                       .limit = 4095,
+                       .pause = "sleep 1",
+                       .cannot_start = "Failed to exec cat ps | grep traceroute\n"},
+                      caller))
+        set_running(false);
     run("/usr/bin/tr069/get_trace_result");
     const bool no_hops = read_test(kTrace / "RouteHopsNumberOfEntries") == "0";
     set_state(no_hops ? kUnresolved : "Complete");
-    finish_job(caller);
 }
 
 }  // namespace
@@ -92,28 +68,16 @@ int libdiagnostics_startTraceRoute() {
         set_state(kUnresolved);
         return kDone;
     }
-    switch (detach(caller)) {
-        case Side::kAgent:
-            return kDone;
-        case Side::kJob:
-            trace(run, caller);
-        case Side::kFailed:
-            break;
-    }
-    return kRefused;
+    return start_job([&] { trace(run, caller); }, caller);
 }
 
 // The state stays as it is until the run begins.
 HANDLER(IP_Diagnostics_TraceRoute_DiagnosticsState) {
-    if (op == CWMP_OP_GET) return test_state(args, kTrace / "DiagnosticsState", kTrace / "last_trace_status");
-    const SetArguments set(op, args);
-    if (!is_request(set)) return kRefused;
-    set.raise(CWMP_APPLY_TRACE_ROUTE);
-    return kDone;
+    return test_state(op, args, kTrace / "DiagnosticsState", kTrace / "last_trace_status",
+                      {.accepts = requested, .apply = CWMP_APPLY_TRACE_ROUTE});
 }
 
-PARAMETER(IP_Diagnostics_TraceRoute_Interface, test_option,
-          {.at = kTrace / "Interface", .accepts = device_of_interface})
+PARAMETER(IP_Diagnostics_TraceRoute_Interface, test_option, {.at = kTrace / "Interface", .accepts = device})
 
 PARAMETER(IP_Diagnostics_TraceRoute_ProtocolVersion, constant, "IPv4")
 
@@ -145,7 +109,7 @@ PARAMETER(IP_Diagnostics_TraceRoute_ResponseTime, test_result, kTrace / "time", 
 PARAMETER(IP_Diagnostics_TraceRoute_RouteHopsNumberOfEntries, test_result,
           kTrace / "RouteHopsNumberOfEntries")
 
-PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_Host, hop, "Host")
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_Host, row_option, {kPackage, "Host"})
 ALIAS(IP_Diagnostics_TraceRoute_RouteHops_HostAddress, IP_Diagnostics_TraceRoute_RouteHops_Host)
-PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_RTTimes, hop, "RTTimes")
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_RTTimes, row_option, {kPackage, "RTTimes"})
 PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_ErrorCode, constant, "0")

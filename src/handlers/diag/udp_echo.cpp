@@ -13,13 +13,9 @@ constexpr Section kEcho{kDiagnosticsPackage, "udpecho"};
 constexpr const char* kNever = "1970-01-01T00:00:00.000Z";
 
 // The stage pass is refused, but begins a transaction as that of any SET does.
-bool is_known(int op) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
-    return op == CWMP_OP_GET || op == CWMP_OP_APPLY;
-}
-
 int setting(int op, Arguments args, const Option& parameter) {
-    return is_known(op) ? test_option(op, args, parameter) : kRefused;
+    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    return op == CWMP_OP_GET || op == CWMP_OP_APPLY ? test_option(op, args, parameter) : kRefused;
 }
 
 // Exactly "true", "1", "false" or "0", as a digit.
@@ -29,10 +25,8 @@ std::optional<std::string> switch_digit(const char* value) {
     return std::nullopt;
 }
 
-int set_switch(int op, Arguments args, const char* option, unsigned int apply_when_on,
-               Caller caller = Caller::here()) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_switch(const SetArguments& set, const char* option, unsigned int apply_when_on, Caller caller) {
+    if (set.op() != CWMP_OP_APPLY) return kRefused;
     const auto digit = switch_digit(set.value());
     if (!digit)
         return refuse(caller, kError, "UDPEchoConfig %s set to %s, should be true(1) or false(0).\n", option,
@@ -62,42 +56,43 @@ std::optional<std::string> device_of(const std::string& path) {
     return std::nullopt;
 }
 
+int set_interface(const SetArguments& set, Caller caller) {
+    constexpr std::size_t kLongest = 100;
+    if (set.op() != CWMP_OP_APPLY || !text_within(set.value(), kLongest)) return kRefused;
+    const auto device = device_of(set.value());
+    if (!device) return refuse(caller, kError, "Don't support this interface : %s now\n", set.value());
+    return write_test(kEcho / "IfName", *device) ? kDone : kRefused;
+}
+
+int set_enable(const SetArguments& set, Caller caller) {
+    return set_switch(set, "Enable", CWMP_APPLY_UDP_ECHO, caller);
+}
+
+int set_echo_plus(const SetArguments& set, Caller caller) {
+    return set_switch(set, "EchoPlusEnabled", 0, caller);
+}
+
 }  // namespace
 
-HANDLER(IP_Diagnostics_UDPEchoConfig_Interface) {
-    constexpr std::size_t kLongest = 100;
-    if (!is_known(op)) return kRefused;
-    if (op == CWMP_OP_GET) {
-        const auto device = read_test(kEcho / "IfName");
-        for (const auto& interface : kInterfaces) {
-            if (device == interface.device) return answer(args, interface.path);
-        }
-        return answer(args, "");
+WRITABLE(IP_Diagnostics_UDPEchoConfig_Interface, set_interface) {
+    const auto device = read_test(kEcho / "IfName");
+    for (const auto& interface : kInterfaces) {
+        if (device == interface.device) return get.answer(interface.path);
     }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr || !text_within(set.value(), kLongest)) return kRefused;
-    const auto device = device_of(set.value());
-    if (!device) return REFUSE("Don't support this interface : %s now\n", set.value());
-    return write_test(kEcho / "IfName", *device) ? kDone : kRefused;
+    return get.answer("");
 }
 
 PARAMETER(IP_Diagnostics_UDPEchoConfig_UDPPort, setting, {.at = kEcho / "UDPPort"})
 PARAMETER(IP_Diagnostics_UDPEchoConfig_SourceIPAddress, setting, {.at = kEcho / "SourceIPAddress"})
 
-HANDLER(IP_Diagnostics_UDPEchoConfig_Enable) {
-    if (!is_known(op)) return kRefused;
-    if (op != CWMP_OP_GET) return set_switch(op, args, "Enable", CWMP_APPLY_UDP_ECHO);
+WRITABLE(IP_Diagnostics_UDPEchoConfig_Enable, set_enable) {
     const auto stored = read_test(kEcho / "Enable");
-    if (!stored) return kRefused;
-    if (*stored != "0" && *stored != "1")
-        return REFUSE("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n", stored->c_str());
-    return answer(args, *stored);
+    if (!stored || *stored == "0" || *stored == "1") return get.answer(stored);
+    return REFUSE("Internal Error: UDPEchoConfig Enable is %s, should be 0 or 1.\n", stored->c_str());
 }
 
-HANDLER(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled) {
-    if (!is_known(op)) return kRefused;
-    if (op != CWMP_OP_GET) return set_switch(op, args, "EchoPlusEnabled", 0);
-    return test_result(op, args, kEcho / "EchoPlusEnabled", "1");
+WRITABLE(IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled, set_echo_plus) {
+    return get.answer(read_test(kEcho / "EchoPlusEnabled").value_or("1"));
 }
 
 PARAMETER(IP_Diagnostics_UDPEchoConfig_EchoPlusSupported, test_result, kEcho / "EchoPlusSupported", "1")

@@ -20,9 +20,7 @@ FORWARD(DHCPv4_Server_Pool_DNSServers, LANDevice_LANHostConfigManagement_DNSServ
 
 PARAMETER(DHCPv4_Server_Pool_Interface, constant, getFuncInterface(51))
 
-HANDLER(DHCPv4_Server_Pool_Chaddr) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(DHCPv4_Server_Pool_Chaddr) {
     const int pool = get.locate()[0];
     const auto mac = pool == 1 ? read_option({"network", "lan", "macaddr"}) : std::nullopt;
     if (!mac) return REFUSE("failed to get lan mac locat[0] = %d\n", pool);
@@ -39,9 +37,7 @@ const char* status_without_line() {
 
 }  // namespace
 
-HANDLER(DHCPv4_Server_Pool_Status) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(DHCPv4_Server_Pool_Status) {
     const auto line = Command("cat /tmp/dhcps_status_lan").line();
     if (!line) return get.answer(status_without_line());
     if (*line == R"({"dhcps_status":"on"})") return get.answer("Enabled");

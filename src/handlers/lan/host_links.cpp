@@ -32,13 +32,13 @@ std::optional<WirelessNetwork> network_of(const std::string& interface) {
     return std::nullopt;
 }
 
-std::string host_option(int host, const char* option) { return read_row("hosts", host, option).value_or(""); }
+std::string host_option(int host, const char* option) { return read_row(kHosts, host, option).value_or(""); }
 
 std::string associated_device(int host) {
     const std::string interface = host_option(host, "lay2if");
     const auto network = network_of(interface);
     if (!network) return "";
-    const auto clients = find_rows("hosts", row_count("hosts").value_or(0), {{"lay2if", interface}});
+    const auto clients = find_rows(kHosts, row_count(kHosts).value_or(0), {{"lay2if", interface}});
     const auto client = std::find(clients.begin(), clients.end(), host);
     if (client == clients.end()) return "";
     return network->clients + std::to_string(client - clients.begin() + 1);
@@ -47,8 +47,8 @@ std::string associated_device(int host) {
 std::string mesh_device_address(int host) {
     const std::string device = host_option(host, "LinkDeviceId");
     if (device.empty()) return "";
-    const auto found = find_rows("meshinfo", row_count("meshinfo").value_or(0), {{"deviceid", device}});
-    return found.empty() ? "" : canonical_mac(read_row("meshinfo", found.front(), "mac").value_or(""));
+    const auto found = find_rows(kMeshDevices, row_count(kMeshDevices).value_or(0), {{"deviceid", device}});
+    return found.empty() ? "" : canonical_mac(read_row(kMeshDevices, found.front(), "mac").value_or(""));
 }
 
 std::string connection_type(int host) {

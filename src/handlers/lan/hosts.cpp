@@ -13,8 +13,6 @@ using namespace cwmp;
 
 namespace {
 
-constexpr const char* kHosts = "hosts";
-
 // The host of a path with or without the LANDevice number before it.
 std::optional<int> host_number(const int* locate) {
     if (locate[0] == 0) return std::nullopt;
@@ -49,9 +47,8 @@ int LANDevice_Hosts_Host_InfoGet(int op, va_list args, const char* field) {
     return kDone;
 }
 
-HANDLER(LANDevice_Hosts_HostNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
-    return answer(args, read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
+READ_ONLY(LANDevice_Hosts_HostNumberOfEntries) {
+    return get.answer(read_option({kHosts, "info", "count"}, kScratchStore).value_or("0"));
 }
 
 PARAMETER(LANDevice_Hosts_Host_IPAddress, LANDevice_Hosts_Host_InfoGet, "ip")

@@ -98,19 +98,8 @@ class Reservation {
     Caller caller_;
 };
 
-bool is_unset(const std::string& text, const char* none) { return text.empty() || text == none; }
-
-}  // namespace
-
-HANDLER(DHCPv4_Server_Pool_StaticAddress_Enable) {
-    if (op == CWMP_OP_GET) {
-        const GetArguments get(args);
-        const auto enable = Reservation(get.locate()).stored("enable");
-        return enable ? get.answer(*enable == kOn ? "1" : "0") : kRefused;
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    const Reservation entry(set.locate());
+int set_enable(const SetArguments& set, Caller caller) {
+    const Reservation entry(set.locate(), caller);
     const auto mac = entry.read("mac");
     const auto host = mac ? entry.read("ip") : std::nullopt;
     if (!host || !entry.write("enable", std::string_view(set.value()) == "1" ? kOn : kOff)) return kRefused;
@@ -118,19 +107,11 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Enable) {
     return kDone;
 }
 
-HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
-    if (op == CWMP_OP_GET) {
-        const GetArguments get(args);
-        const auto mac = Reservation(get.locate()).stored("mac");
-        if (!mac) return kRefused;
-        return get.answer(is_unset(*mac, kNoMac) ? "" : *mac);
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_mac(const SetArguments& set, Caller caller) {
     if (libutil_netChkStrMacAddr(set.value()) != 1 || libutil_netChkLegalMacAddr(set.value()) != 1)
-        return REFUSE("failed to set invalid mac %s\n", set.value());
+        return refuse(caller, kError, "failed to set invalid mac %s\n", set.value());
     const std::string mac = canonical_mac(set.value());
-    const Reservation entry(set.locate());
+    const Reservation entry(set.locate(), caller);
     const auto current = entry.read("mac");
     if (!current) return kRefused;
     return entry.set(set,
@@ -144,35 +125,22 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Chaddr) {
                       .other_unset = kNoHost});
 }
 
-namespace {
-
 // Other spellings than the canonical one would hide an address that is taken.
 bool is_host_address(const char* text) {
     return libutil_netChkDotIpAddr(text) == 1 && libutil_netChkLegalIpAddr(text) == 1 &&
            checkValidIP(text) == 1;
 }
 
-}  // namespace
-
-HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
-    if (op == CWMP_OP_GET) {
-        const GetArguments get(args);
-        const auto host = Reservation(get.locate()).stored("ip");
-        if (!host) return kRefused;
-        if (is_unset(*host, kNoHost)) return get.answer("");
-        const auto lan = read_lan(Caller::here());
-        return lan ? get.answer(lan->complete(*host)) : kRefused;
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    if (!is_host_address(set.value())) return REFUSE("failed to set invalid ip %s\n", set.value());
-    const Reservation entry(set.locate());
+int set_ip(const SetArguments& set, Caller caller) {
+    if (!is_host_address(set.value()))
+        return refuse(caller, kError, "failed to set invalid ip %s\n", set.value());
+    const Reservation entry(set.locate(), caller);
     const auto current = entry.read("ip");
-    const auto lan = current ? read_lan(Caller::here()) : std::nullopt;
+    const auto lan = current ? read_lan(caller) : std::nullopt;
     if (!lan) return kRefused;
     if (!lan->has_host(set.value()))
-        return REFUSE("faild, %s is not in lan %s mask %s subnet\n", set.value(), lan->address.c_str(),
-                      lan->mask.c_str());
+        return refuse(caller, kError, "faild, %s is not in lan %s mask %s subnet\n", set.value(),
+                      lan->address.c_str(), lan->mask.c_str());
     return entry.set(
         set, {.option = "ip",
               .full = set.value(),
@@ -182,4 +150,24 @@ HANDLER(DHCPv4_Server_Pool_StaticAddress_Yiaddr) {
               .full_form = [](const std::string& text, const Lan& network) { return network.complete(text); },
               .other = "mac",
               .other_unset = kNoMac});
+}
+
+}  // namespace
+
+WRITABLE(DHCPv4_Server_Pool_StaticAddress_Enable, set_enable) {
+    const auto enable = Reservation(get.locate()).stored("enable");
+    return enable ? get.answer(*enable == kOn ? "1" : "0") : kRefused;
+}
+
+WRITABLE(DHCPv4_Server_Pool_StaticAddress_Chaddr, set_mac) {
+    const auto mac = Reservation(get.locate()).stored("mac");
+    return mac == kNoMac ? get.answer("") : get.answer(mac);
+}
+
+WRITABLE(DHCPv4_Server_Pool_StaticAddress_Yiaddr, set_ip) {
+    const auto host = Reservation(get.locate()).stored("ip");
+    if (!host) return kRefused;
+    if (host->empty() || *host == kNoHost) return get.answer("");
+    const auto lan = read_lan(Caller::here());
+    return lan ? get.answer(lan->complete(*host)) : kRefused;
 }

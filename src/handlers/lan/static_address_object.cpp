@@ -84,8 +84,7 @@ int list(const ListArguments& arguments, Caller caller) {
 
 PARAMETER(DHCPv4_Server_Pool_StaticAddress, object, {add, remove, list})
 
-HANDLER(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
     const int count = __getInstanceMax(kReservations.package, kReservations.type);
-    return answer(args, std::to_string(count));
+    return get.answer(std::to_string(count));
 }

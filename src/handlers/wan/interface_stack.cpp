@@ -35,11 +35,10 @@ int layer(int op, Arguments args, const char* cwmp_interface_stack_row::*path,
 
 }  // namespace
 
-HANDLER(InterfaceStackNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(InterfaceStackNumberOfEntries) {
     refreshIntfStacks();
     const auto shown = std::count_if(std::begin(intfStacks), std::end(intfStacks), is_shown);
-    return answer(args, std::to_string(shown));
+    return get.answer(std::to_string(shown));
 }
 
 PARAMETER(InterfaceStack_HigherLayer, layer, &cwmp_interface_stack_row::higher)

@@ -12,19 +12,17 @@ PARAMETER(NAT_InterfaceSettingNumberOfEntries, constant, "1")
 PARAMETER(NAT_InterfaceSetting_Interface, constant, "Device.IP.Interface.2.")
 PARAMETER(NAT_InterfaceSetting_X_QM_FullconeNATEnabled, constant, "0")
 
-HANDLER(NAT_InterfaceSetting_Enable) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(NAT_InterfaceSetting_Enable) {
     const bool on = read_option({"nat", "nat_global", "enable"}) == "on";
-    return answer(args, on ? "1" : "0");
+    return get.answer(on ? "1" : "0");
 }
 
-HANDLER(NAT_InterfaceSetting_Status) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(NAT_InterfaceSetting_Status) {
     const std::string line =
         first_line({"ifconfig br-wan | grep MTU | awk '{print $1}'", kLongLine, "Failed to popen\n"})
             .value_or("");
     std::size_t position = 0;
-    return answer(args, next_word(line, position) == "UP" ? "Enabled" : "Disabled");
+    return get.answer(next_word(line, position) == "UP" ? "Enabled" : "Disabled");
 }
 
 namespace {
@@ -41,9 +39,8 @@ std::optional<std::string> dmz_address() {
     return stored;
 }
 
-int set_dmz_address(int op, Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr || !is_host_address(set.value())) return kRefused;
+int set_dmz_address(const SetArguments& set, Caller caller) {
+    if (!is_host_address(set.value())) return kRefused;
     const auto lan = read_lan(caller);
     if (!lan || !lan->has_host(set.value())) return kRefused;
     if (!write_option(kDmz / "ipaddr", set.value()))
@@ -54,9 +51,7 @@ int set_dmz_address(int op, Arguments args, Caller caller = Caller::here()) {
     return kDone;
 }
 
-int set_dmz_enable(int op, Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_dmz_enable(const SetArguments& set, Caller caller) {
     const bool on = std::string_view(set.value()) == "1";
     if (!write_option(kDmz / "enable", on ? "on" : "off"))
         return refuse(caller, kError, "failed to set dmz enable\n");
@@ -66,13 +61,9 @@ int set_dmz_enable(int op, Arguments args, Caller caller = Caller::here()) {
 
 }  // namespace
 
-HANDLER(NAT_X_QM_DmzHostCfg_Enable) {
-    if (op != CWMP_OP_GET) return set_dmz_enable(op, args);
+WRITABLE(NAT_X_QM_DmzHostCfg_Enable, set_dmz_enable) {
     const auto enable = read_reported(kDmz / "enable", "failed to find dmz config\n");
-    return answer(args, enable == "on" ? "1" : "0");
+    return get.answer(enable == "on" ? "1" : "0");
 }
 
-HANDLER(NAT_X_QM_DmzHostCfg_IPAddress) {
-    if (op != CWMP_OP_GET) return set_dmz_address(op, args);
-    return answer(args, dmz_address().value_or(""));
-}
+WRITABLE(NAT_X_QM_DmzHostCfg_IPAddress, set_dmz_address) { return get.answer(dmz_address().value_or("")); }

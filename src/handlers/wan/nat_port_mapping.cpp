@@ -40,16 +40,14 @@ int refuse_path(const int* locate, Caller caller) {
     return beyond ? refuse(caller, kError, "%s", kTooMany) : refuse(caller, kDebug, "%s", kNoInstance);
 }
 
-int get_field(Arguments args, const Field& field, Caller caller) {
-    const GetArguments get(args);
+int get_field(const GetArguments& get, const Field& field, Caller caller) {
     const NumberedSection mapping = mapping_at(get.locate());
     if (!mapping) return refuse_path(get.locate(), caller);
     const Text stored = mapping.value(field.option);
     return get.answer(field.shown != nullptr ? field.shown(stored, mapping) : stored.value_or(""));
 }
 
-int set_field(int op, Arguments args, const Field& field, Caller caller) {
-    const SetArguments set(op, args);
+int set_field(const SetArguments& set, const Field& field, Caller caller) {
     if (set.value() == nullptr) return kRefused;
     const NumberedSection mapping = mapping_at(set.locate());
     if (!mapping) return refuse_path(set.locate(), caller);
@@ -62,11 +60,12 @@ int set_field(int op, Arguments args, const Field& field, Caller caller) {
 }
 
 int mapping_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? get_field(args, field, caller) : set_field(op, args, field, caller);
+    return op == CWMP_OP_GET ? get_field(GetArguments(args), field, caller)
+                             : set_field(SetArguments(op, args), field, caller);
 }
 
 int read_only_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? get_field(args, field, caller) : kRefused;
+    return op == CWMP_OP_GET ? get_field(GetArguments(args), field, caller) : kRefused;
 }
 
 bool is(const char* value, const char* word) { return std::strcmp(value, word) == 0; }
@@ -187,10 +186,9 @@ PARAMETER(NAT_PortMapping_Protocol, mapping_field, {"protocol", nullptr, protoco
 PARAMETER(NAT_PortMapping_InternalClient, mapping_field, {"ip", client_address, client_octet})
 PARAMETER(NAT_PortMapping_Description, mapping_field, {"description", nullptr, description})
 
-HANDLER(NAT_PortMappingNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(NAT_PortMappingNumberOfEntries) {
     const std::string count = std::to_string(__getInstanceMax(kMappings.package, kMappings.type));
     const KeepBulkRead ours;
     write_option({kMappings.package, "nat", "PortMappingNumberOfEntries"}, count);
-    return answer(args, count);
+    return get.answer(count);
 }

@@ -31,8 +31,7 @@ PARAMETER(Routing_RouterNumberOfEntries, constant, "1")
 PARAMETER(Routing_Router_Enable, constant, "1")
 PARAMETER(Routing_Router_Status, constant, "Enabled")
 
-HANDLER(Routing_Router_IPv4ForwardingNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(Routing_Router_IPv4ForwardingNumberOfEntries) {
     Command pipe("ip route| wc -l");
     if (!pipe) {
         LOG(kEmergency, "Failed to get status\n");
@@ -40,7 +39,7 @@ HANDLER(Routing_Router_IPv4ForwardingNumberOfEntries) {
     }
     const std::string count = pipe.line().value_or("");
     const bool too_many = decimal_prefix(count.c_str()) > CWMP_ROUTES;
-    return answer(args, too_many ? std::to_string(CWMP_ROUTES) : count);
+    return get.answer(too_many ? std::to_string(CWMP_ROUTES) : count);
 }
 
 PARAMETER(Routing_Router_IPv4Forwarding_Enable, constant, "1")
@@ -52,10 +51,8 @@ PARAMETER(Routing_Router_IPv4Forwarding_Interface, route_field, &cwmp_route::int
 PARAMETER(Routing_Router_IPv4Forwarding_Origin, route_field, &cwmp_route::origin)
 
 // An access point has one way out, whatever the table says.
-HANDLER(Routing_Router_IPv4Forwarding_GatewayIPAddress) {
+READ_ONLY(Routing_Router_IPv4Forwarding_GatewayIPAddress) {
     constexpr std::size_t kLimit = 19;
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
     const cwmp_route& route = route_of(get.locate());
     if (read_option({"sysmode", "sysmode", "mode"}) == "AP") {
         Command pipe("ip route show table main | grep default | awk {'print $3'}");

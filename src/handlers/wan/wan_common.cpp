@@ -24,9 +24,8 @@ PARAMETER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsSent, wan_counter, 
 PARAMETER(WANDevice_WANCommonInterfaceConfig_X_QM_TotalErrorsReceived, wan_counter, "TotalErrorsReceived")
 
 PARAMETER(WANDevice_WANEthernetInterfaceConfig_Enable, constant, "1")
-HANDLER(WANDevice_WANEthernetInterfaceConfig_Status) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(WANDevice_WANEthernetInterfaceConfig_Status) {
     const auto line = first_line({"cat /tmp/wanDetection", kLongLine, "Failed to get status\n"});
     if (!line) return kRefused;
-    return answer(args, *line == "1" ? "Up" : "NoLink");
+    return get.answer(*line == "1" ? "Up" : "NoLink");
 }

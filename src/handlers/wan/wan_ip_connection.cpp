@@ -67,8 +67,7 @@ int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2]
                              const char* name) {
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);
-        const auto line = live_value(get.locate(), commands, missing);
-        return line ? get.answer(*line) : kRefused;
+        return get.answer(live_value(get.locate(), commands, missing));
     }
     for (const auto& field : kStagedNames) {
         if (std::strcmp(field.name, name) == 0) return staged(op, args, {CWMP_STAGED_WAN, field.option});
@@ -88,16 +87,12 @@ PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway, get_Stas
 PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask, get_StasticOfWAN_by_name, kMask,
           kNoAddress, "SubnetMask")
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_AddressingType) {
+READ_ONLY(WANDevice_WANConnectionDevice_WANIPConnection_AddressingType) {
     static constexpr const char* kTypes[] = {"None", "Static", "DHCP"};
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
     return get.answer(kTypes[connection_of(get.locate())]);
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_Name) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WANDevice_WANConnectionDevice_WANIPConnection_Name) {
     const auto number = require_connection(get.locate());
     return number ? get.answer(*number == 1 ? "br-wan" : "br-mg") : kRefused;
 }
@@ -136,35 +131,30 @@ bool clone_mac(const int* locate, const std::string& mac) {
 
 // Checked on every pass; the address changes on the last one only, so that the journal never takes the new
 // address for the one before.
-int set_mac(int op, Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_mac(const SetArguments& set, Caller caller) {
     if (CheckValidMacAddr(set.value()) != 1) return refuse(caller, kError, "the format of MAC is wrong \n");
-    if (op != CWMP_OP_APPLY) return kDone;
+    if (set.op() != CWMP_OP_APPLY) return kDone;
     if (!clone_mac(set.locate(), set.value())) return refuse(caller, kError, "set MACAddress error\n");
     log_event(caller, kError, "NETWORK_RELOAD:%d\n", CWMP_APPLY_WAN);
     set.raise(CWMP_APPLY_WAN);
     return kDone;
 }
 
-}  // namespace
-
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_MACAddress) {
-    if (op != CWMP_OP_GET) return set_mac(op, args);
-    return get_StasticOfWAN_by_name(op, args, kMac, kNoMac, "MACAddress");
-}
-
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_X_QM_IGMPProxyEnabled) {
-    if (op == CWMP_OP_GET) {
-        const auto stored = read_option({"iptv", "iptv", "igmp_enable"}).value_or("");
-        if (stored.starts_with("on")) return answer(args, "1");
-        if (stored.starts_with("off")) return answer(args, "0");
-        return kRefused;
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_igmp_proxy(const SetArguments& set, Caller /*caller*/) {
     const auto switched = boolean(set.value());
     if (!switched) return kRefused;
     run(std::string(kCheckScript) + " iptv_igmpproxy_enable " + (*switched == "1" ? "\"on\"" : "\"off\""));
     return kDone;
+}
+
+}  // namespace
+
+WRITABLE(WANDevice_WANConnectionDevice_WANIPConnection_MACAddress, set_mac) {
+    return get.answer(live_value(get.locate(), kMac, kNoMac));
+}
+
+WRITABLE(WANDevice_WANConnectionDevice_WANIPConnection_X_QM_IGMPProxyEnabled, set_igmp_proxy) {
+    const auto stored = read_option({"iptv", "iptv", "igmp_enable"}).value_or("");
+    if (stored.starts_with("on")) return get.answer("1");
+    return stored.starts_with("off") ? get.answer("0") : kRefused;
 }

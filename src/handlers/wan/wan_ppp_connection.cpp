@@ -54,14 +54,13 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus) {
         "Failed to get wan  status\n\n");
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
     const std::string line =
         first_line({"ubus call network.interface.internet status | grep uptime | awk -F ':' '{print $2}' ",
                     kLongLine, "Failed to get pppoe uptime\n\n"})
             .value_or("");
     std::size_t position = 0;
-    return answer(args, leading_digits(std::string(next_word(line, position))));
+    return get.answer(leading_digits(std::string(next_word(line, position))));
 }
 
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_only_option,
@@ -87,10 +86,9 @@ const char* transport_word(const OptionPath& at) {
 
 }  // namespace
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
-    if (op != CWMP_OP_GET) return kRefused;
+READ_ONLY(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
     const bool dialled = *transport_word(kWanType) != '\0';
-    return answer(args, dialled ? transport_word({"network_sync", "internet", "proto"}) : "");
+    return get.answer(dialled ? transport_word({"network_sync", "internet", "proto"}) : "");
 }
 
 int GetPPPoE_internet_info(int op, va_list args, const char* field) {

@@ -11,17 +11,13 @@ PARAMETER(WiFi_AccessPointNumberOfEntries, constant, "4")
 FORWARD(WiFi_AccessPoint_Enable, LANDevice_WLANConfiguration_Enable)
 FORWARD(WiFi_AccessPoint_WPS_Enable, LANDevice_WLANConfiguration_WPS_Enable)
 
-HANDLER(WiFi_AccessPoint_SSIDReference) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WiFi_AccessPoint_SSIDReference) {
     const int number = get.locate()[0];
     const int reference = network_by_number(number) == nullptr ? 1 : number;
     return get.answer("Device.WiFi.SSID." + std::to_string(reference) + ".");
 }
 
-HANDLER(WiFi_AccessPoint_X_QM_APType) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WiFi_AccessPoint_X_QM_APType) {
     const int number = get.locate()[0];
     return get.answer(number == 2 || number == 4 || number == 6 ? "Guest" : "Primary");
 }

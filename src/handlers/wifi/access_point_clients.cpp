@@ -35,9 +35,7 @@ int client_address(int op, Arguments args, const char* option, EmptyTable empty,
 
 }  // namespace
 
-HANDLER(WiFi_AccessPoint_AssociatedDeviceNumberOfEntries) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WiFi_AccessPoint_AssociatedDeviceNumberOfEntries) {
     const auto* network = network_by_number(get.locate()[0]);
     if (network == nullptr) return kRefused;
     // Without a count the answer is left as it is.
@@ -49,9 +47,7 @@ PARAMETER(WiFi_AccessPoint_AssociatedDevice_MACAddress, client_address, "mac", E
 PARAMETER(WiFi_AccessPoint_AssociatedDevice_X_QM_IPAddress, client_address, "ip", EmptyTable::answers_empty)
 
 // What the radio speaks, not the client.
-HANDLER(WiFi_AccessPoint_AssociatedDevice_OperatingStandard) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WiFi_AccessPoint_AssociatedDevice_OperatingStandard) {
     const auto* network = network_by_number(get.locate()[0]);
     if (network == nullptr) return kRefused;
     const auto mode = read_option(network->radio->at("hwmode"));

@@ -8,8 +8,6 @@
 
 namespace cwmp {
 
-inline constexpr const char* kHosts = "hosts";
-
 // The number of all hosts; 0 when the table tells none.
 int host_count();
 // The clients on an interface, as row numbers in their order.

@@ -3,13 +3,13 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "config/numbered_rows.h"
 #include "core/command.h"
 #include "core/descriptor.h"
 #include "core/text.h"
 #include "cwmp/uci_access.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/mesh_script.h"
-#include "handlers/wifi/mesh_table.h"
 #include "handlers/wifi/selection.h"
 
 using namespace cwmp;
@@ -17,10 +17,11 @@ using namespace cwmp;
 namespace {
 
 constexpr OptionPath kMode = {"sysmode", "sysmode", "mode"};
+constexpr OptionPath kLeds = {"leds", "settings", "enable"};
 
 // The value of a SET that takes "1" and "0"; nothing for any other.
 std::optional<bool> switch_value(const SetArguments& set) {
-    const std::string_view value = set.value() == nullptr ? "" : set.value();
+    const std::string_view value = set.value();
     if (value != "0"sv && value != "1"sv) return std::nullopt;
     return value == "1"sv;
 }
@@ -38,21 +39,7 @@ bool is_bound() {
     return file && read(file.get(), text, kLongLine) > 0 && decimal_prefix(text) == 1;
 }
 
-}  // namespace
-
-HANDLER(X_QM_MeshFeature_Sysmode_status) {
-    if (op != CWMP_OP_GET) return kRefused;
-    return answer(args, read_option(kMode, kScratchStore).value_or("AP"));
-}
-
-HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
-    if (op == CWMP_OP_GET) {
-        const auto mode = read_option(kMode).value_or("AP");
-        if (mode == "AP") return answer(args, "0");
-        return mode == "Router" ? answer(args, "1") : kDone;
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_router_mode(const SetArguments& set, Caller /*caller*/) {
     const std::string_view value = set.value();
     const auto mode = read_option(kMode);
     if (mode != "Router" && mode != "AP") return kRefused;
@@ -65,10 +52,7 @@ HANDLER(X_QM_MeshFeature_Sysmode_Router_Enable) {
     return kDone;
 }
 
-HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
-    if (op == CWMP_OP_GET) return answer(args, "0");
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int reboot_extenders(const SetArguments& set, Caller /*caller*/) {
     if (std::string_view(set.value()) != "1"sv) return kDone;
     // The controller itself is one of the devices counted.
     const auto devices = read_option({kMeshDevices, "info", "count"}, kScratchStore).value_or("0");
@@ -76,15 +60,37 @@ HANDLER(X_QM_MeshFeature_Reboot_AP_Extender) {
     return kDone;
 }
 
-HANDLER(X_QM_MeshFeature_LED_Status) {
-    constexpr OptionPath kLeds = {"leds", "settings", "enable"};
-    if (op == CWMP_OP_GET) return answer(args, read_option(kLeds) == "on" ? "1" : "0");
-    const auto on = switch_value(SetArguments(op, args));
+int set_leds(const SetArguments& set, Caller /*caller*/) {
+    const auto on = switch_value(set);
     if (!on) return kRefused;
     const char* state = *on ? "on" : "off";
     if (read_option(kLeds) != state) run_mesh_action(std::string("led_set ") + state);
     return kDone;
 }
+
+int onboard(const SetArguments& set, Caller /*caller*/) {
+    if (switch_value(set) != true) return kRefused;
+    if (is_bound()) return kDone;
+    run_mesh_action("fap_enable");
+    save_to_cwmp_config();
+    return kDone;
+}
+
+}  // namespace
+
+READ_ONLY(X_QM_MeshFeature_Sysmode_status) {
+    return get.answer(read_option(kMode, kScratchStore).value_or("AP"));
+}
+
+WRITABLE(X_QM_MeshFeature_Sysmode_Router_Enable, set_router_mode) {
+    const auto mode = read_option(kMode).value_or("AP");
+    if (mode == "AP") return get.answer("0");
+    return mode == "Router" ? get.answer("1") : kDone;
+}
+
+WRITABLE(X_QM_MeshFeature_Reboot_AP_Extender, reboot_extenders) { return get.answer("0"); }
+
+WRITABLE(X_QM_MeshFeature_LED_Status, set_leds) { return get.answer(read_option(kLeds) == "on" ? "1" : "0"); }
 
 PARAMETER(X_QM_MeshFeature_Beamforming, main_network_switch, kMainNetwork / "beamforming", 0)
 PARAMETER(X_QM_MeshFeature_FastRoaming, main_network_switch, kMainNetwork / "ieee80211r", CWMP_APPLY_WIRELESS)
@@ -93,11 +99,4 @@ PARAMETER(X_QM_MultiMode_Mode, read_only_option, {.at = kMode})
 PARAMETER(X_QM_MESH_WIFI_WorkMode, read_only_option, {.at = {"repacd", "repacd", "Role"}})
 PARAMETER(X_QM_MESH_WIFI_NrdEnable, constant, "1")
 
-HANDLER(X_QM_Onboarding_Enable) {
-    if (op == CWMP_OP_GET) return answer(args, is_bound() ? "1" : "0");
-    if (switch_value(SetArguments(op, args)) != true) return kRefused;
-    if (is_bound()) return kDone;
-    run_mesh_action("fap_enable");
-    save_to_cwmp_config();
-    return kDone;
-}
+WRITABLE(X_QM_Onboarding_Enable, onboard) { return get.answer(is_bound() ? "1" : "0"); }

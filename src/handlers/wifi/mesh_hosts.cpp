@@ -4,8 +4,8 @@
 #include "core/refusal.h"
 #include "cwmp/value_checks.h"
 #include "cwmp/wireless.h"
+#include "handlers/blocks/row.h"
 #include "handlers/wifi/mesh_script.h"
-#include "handlers/wifi/mesh_table.h"
 
 using namespace cwmp;
 
@@ -35,21 +35,22 @@ int set_wps(const SetArguments& set, int device) {
 
 int get_meshfeature_info(int op, va_list args, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto device = mesh_device(args);
+    const GetArguments get(args);
+    const auto device = require_row(get.locate());
     if (!device) return kRefused;
     if (option == nullptr) return REFUSE("get_meshfeture_info:option is null\n");
     const bool is_uptime = std::strcmp(option, "uptime") == 0;
     auto text = read_row(kMeshDevices, *device, option).value_or(is_uptime ? "" : " ");
     const bool is_address = std::strcmp(option, "mac") == 0 || std::strcmp(option, "parent_mac") == 0;
     if (is_address) adjustMacFmt(text.data(), 1, ':');
-    return answer(args, text);
+    return get.answer(text);
 }
 
 PARAMETER(X_QM_MeshFeature_HostNumberOfEntries, row_total, kMeshDevices, "count")
 
 HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     if (op == CWMP_OP_STAGE) begin_stage_pass();
-    const auto device = mesh_device(args);
+    const auto device = require_row(GetArguments(args).locate());
     if (!device) return kRefused;
     if (op != CWMP_OP_GET) return set_wps(SetArguments(op, args), *device);
     // Makes the script bring the table up to date.

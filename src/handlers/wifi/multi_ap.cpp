@@ -3,7 +3,7 @@
 #include "core/text.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
-#include "handlers/wifi/mesh_table.h"
+#include "handlers/blocks/row.h"
 #include "handlers/wifi/selection.h"
 
 using namespace cwmp;
@@ -17,15 +17,10 @@ constexpr const char* kNoAddress = "FF:FF:FF:FF:FF:FF";
 struct MeshRadio {
     int device;
     const Radio* radio;
-
-    bool is_2g() const { return radio == &kRadio2G; }
-    const char* bssid_option() const { return is_2g() ? "bssid_2g" : "bssid_5g"; }
-    const char* client_band() const { return is_2g() ? "band2_4" : "band5"; }
 };
 
 // By the first two instance numbers; nothing, logged, when they mean none.
-std::optional<MeshRadio> mesh_radio(Arguments args, Caller caller = Caller::here()) {
-    const auto* locate = locate_of(args);
+std::optional<MeshRadio> mesh_radio(const int* locate, Caller caller) {
     const MeshRadio found{locate[0], radio_by_number(locate[1])};
     if (found.device >= 1 && found.radio != nullptr) return found;
     refuse(caller, kError, "locate error\n");
@@ -59,19 +54,20 @@ std::vector<int> clients_of(const MeshRadio& radio) {
     const auto id = read_row(kMeshDevices, radio.device, "deviceid");
     if (!id) return {};
     return find_rows(kMeshClients, row_count(kMeshClients).value_or(0),
-                     {{"LinkDeviceId", *id}, {"connection_type", radio.client_band()}});
+                     {{"LinkDeviceId", *id}, {"connection_type", radio.radio->client_band}});
 }
 
 // A read-only text of a radio.
 int radio_text(int op, Arguments args, std::string (*text)(const MeshRadio& radio),
                Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args, caller);
-    return radio ? answer(args, text(*radio)) : kRefused;
+    const GetArguments get(args);
+    const auto radio = mesh_radio(get.locate(), caller);
+    return radio ? get.answer(text(*radio)) : kRefused;
 }
 
 std::string bssid(const MeshRadio& radio) {
-    return read_row(kMeshDevices, radio.device, radio.bssid_option()).value_or("");
+    return read_row(kMeshDevices, radio.device, radio.radio->bssid_option).value_or("");
 }
 
 // As many access points on each radio as the device has radios.
@@ -84,13 +80,14 @@ std::string network_name(const MeshRadio& /*radio*/) {
 
 int client_option(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args, caller);
+    const GetArguments get(args);
+    const auto radio = mesh_radio(get.locate(), caller);
     if (!radio) return kRefused;
-    const int index = locate_of(args)[3];
+    const int index = get.locate()[3];
     if (index < 1) return refuse(caller, kError, "locate error\n");
     const auto client = pick_row(clients_of(*radio), index);
     if (!client) return refuse(caller, kError, "locate[3] is wrong\n");
-    return answer(args, read_row(kMeshClients, *client, option).value_or(""));
+    return get.answer(read_row(kMeshClients, *client, option).value_or(""));
 }
 
 }  // namespace
@@ -108,9 +105,8 @@ PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_BSSID, radio_text, bssid)
 PARAMETER(WiFi_MultiAP_APDevice_Radio_OperatingFrequencyBand, radio_text, frequency_band)
 
 // The channel of this router's radio: the mesh shares one.
-HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto radio = mesh_radio(args);
+READ_ONLY(WiFi_MultiAP_APDevice_Radio_Channel) {
+    const auto radio = mesh_radio(get.locate(), Caller::here());
     if (!radio) return kRefused;
     const std::string interface = interface_word(radio->radio->main);
     const auto command =
@@ -118,7 +114,7 @@ HANDLER(WiFi_MultiAP_APDevice_Radio_Channel) {
             ? formatted(" wl -i %s status | grep 'Primary channel' | awk '{ print $3}'", interface.c_str())
             : formatted("iwlist %s channel | grep Current | awk ' {print $5}' | sed 's/)//g'",
                         interface.c_str());
-    return command_line(op, args, {command.c_str(), kLongLine, "Failed to get  Channel\n"});
+    return get.answer(first_line({command.c_str(), kLongLine, "Failed to get  Channel\n"}));
 }
 
 PARAMETER(WiFi_MultiAP_APDevice_Radio_AP_SSID, radio_text, network_name)

@@ -17,9 +17,8 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
                            .unreadable = "can not foud wifi.guest.enable\n"});
 }
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_Status) {
-    if (op != CWMP_OP_GET) return kRefused;
-    return answer(args, read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
+READ_ONLY(LANDevice_WLANConfiguration_MultiSSID_Status) {
+    return get.answer(read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {

@@ -28,16 +28,16 @@ const char* hwmode_of(const Modes& modes, const char* standards) {
 }
 
 // The first instance number chooses the table, whichever radio the pair chose.
-int answer_standards(const GetArguments& get, const Radio& radio) {
+int standards(const GetArguments& get, const Radio& radio, Caller /*caller*/) {
     const auto hwmode = read_option(radio.device_at("hwmode"));
     if (!hwmode) return get.answer("");
-    const char* standards = standards_of(get.locate()[0] == 1 ? mode_2g : mode_5g, *hwmode);
-    return standards == nullptr ? kRefused : get.answer(standards);
+    const char* shown = standards_of(get.locate()[0] == 1 ? mode_2g : mode_5g, *hwmode);
+    return shown == nullptr ? kRefused : get.answer(shown);
 }
 
 // A profile that names the radio leaves its standards to the device.
-int set_standards(const SetArguments& set, const Radio& radio) {
-    if (set.value() == nullptr || profile_option(radio.section)) return kRefused;
+int set_standards(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
+    if (profile_option(radio.section)) return kRefused;
     const bool is_2g = &radio == &kRadio2G;
     const char* hwmode = hwmode_of(is_2g ? mode_2g : mode_5g, set.value());
     if (hwmode == nullptr) return kRefused;
@@ -48,9 +48,4 @@ int set_standards(const SetArguments& set, const Radio& radio) {
 
 }  // namespace
 
-HANDLER(WiFi_Radio_OperatingStandards) {
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    return op == CWMP_OP_GET ? answer_standards(GetArguments(args), *radio)
-                             : set_standards(SetArguments(op, args), *radio);
-}
+PARAMETER(WiFi_Radio_OperatingStandards, of_radio, {standards, set_standards})

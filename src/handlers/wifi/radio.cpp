@@ -62,48 +62,46 @@ PARAMETER(WiFi_Radio_AutoChannelRefreshPeriod, constant, "")
 PARAMETER(WiFi_Radio_SupportedFrequencyBands, radio_constant, {"2.4GHz", "5GHz"})
 PARAMETER(WiFi_Radio_SupportedStandards, radio_constant, {"b,g,n,ax,be", "a,n,ac,ax,be"})
 
-HANDLER(WiFi_Radio_SupportedOperatingChannelBandwidths) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto* radio = radio_by_pair(locate_of(args));
-    if (radio == nullptr) return constant(op, args, "20MHz,40MHz,80MHz,160MHZ");
-    return constant(op, args, text_for(radio, {"20MHz,40MHz", "20MHz,40MHz,80MHz,160MHz"}));
+READ_ONLY(WiFi_Radio_SupportedOperatingChannelBandwidths) {
+    const auto* radio = radio_by_pair(get.locate());
+    if (radio == nullptr) return get.answer("20MHz,40MHz,80MHz,160MHZ");
+    return get.answer(text_for(radio, {"20MHz,40MHz", "20MHz,40MHz,80MHz,160MHz"}));
 }
 
-HANDLER(WiFi_Radio_CurrentOperatingChannelBandwidth) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto* radio = radio_by_pair(locate_of(args));
-    if (radio == nullptr) return constant(op, args, "");
-    return read_only_option(
-        op, args, {.at = radio->device_at("htmode"), .missing = text_for(radio, {"40MHz", "160MHz"})});
+READ_ONLY(WiFi_Radio_CurrentOperatingChannelBandwidth) {
+    const auto* radio = radio_by_pair(get.locate());
+    if (radio == nullptr) return get.answer("");
+    return option(get, {.at = radio->device_at("htmode"), .missing = text_for(radio, {"40MHz", "160MHz"})});
 }
 
-HANDLER(WiFi_Radio_RegulatoryDomain) {
+READ_ONLY(WiFi_Radio_RegulatoryDomain) {
     constexpr std::size_t kLimit = 19;
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
     if (const auto domain = read_option(kMainNetwork / "RegulatoryDomain")) return get.answer(*domain);
     const auto country = Command("fwinfo COUNTRY").line(kLimit);
     // The third letter: indoor.
     return get.answer(country ? *country + "I" : "");
 }
 
-HANDLER(WiFi_Radio_MaxBitRate) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto* radio = radio_by_pair(locate_of(args));
-    if (radio == nullptr) return kRefused;
+namespace {
+
+int max_bit_rate(const GetArguments& get, const Radio& radio, Caller caller) {
     const auto command =
         formatted("iwconfig %10s | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'",
-                  interface_word(radio->main).c_str());
-    return command_line(op, args, {command.c_str(), kLongLine, "Failed to get eth  MaxBitRate\n"});
+                  interface_word(radio.main).c_str());
+    return get.answer(first_line({command.c_str(), kLongLine, "Failed to get eth  MaxBitRate\n"}, caller));
 }
 
-HANDLER(WiFi_Radio_OperatingFrequencyBand) {
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    if (op == CWMP_OP_GET) return constant(op, args, radio->frequency_band);
-    const SetArguments set(op, args);
-    return set.value() != nullptr && std::strcmp(set.value(), radio->frequency_band) == 0 ? kDone : kRefused;
+int frequency_band(const GetArguments& get, const Radio& radio, Caller /*caller*/) {
+    return get.answer(radio.frequency_band);
 }
+int confirm_frequency_band(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
+    return std::strcmp(set.value(), radio.frequency_band) == 0 ? kDone : kRefused;
+}
+
+}  // namespace
+
+PARAMETER(WiFi_Radio_MaxBitRate, of_radio, {max_bit_rate})
+PARAMETER(WiFi_Radio_OperatingFrequencyBand, of_radio, {frequency_band, confirm_frequency_band})
 
 HANDLER(WiFi_Radio_Status) {
     if (op != CWMP_OP_GET) return kRefused;

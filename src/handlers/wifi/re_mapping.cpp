@@ -2,7 +2,7 @@
 #include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "handlers/blocks/command_line.h"
-#include "handlers/wifi/mesh_table.h"
+#include "handlers/blocks/row.h"
 #include "handlers/wifi/selection.h"
 
 using namespace cwmp;
@@ -17,11 +17,10 @@ constexpr const char* kRssiColumn = "6";
 int link_figure(int op, Arguments args, const Radio& radio, const char* column,
                 Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto satellite = mesh_device(args, caller);
-    if (!satellite) return kRefused;
     const GetArguments get(args);
-    const bool is_2g = &radio == &kRadio2G;
-    const auto bssid = read_row(kSatellites, *satellite, is_2g ? "bssid_2g" : "bssid_5g");
+    const auto satellite = require_row(get.locate(), caller);
+    if (!satellite) return kRefused;
+    const auto bssid = read_row(kSatellites, *satellite, radio.bssid_option);
     // The text goes into a command: anything but an address is none.
     if (!bssid || libutil_netChkStrMacAddr(bssid->c_str()) == 0) return get.answer("");
     const auto command = formatted("wlanconfig %s list | grep -i %s | awk  -F ' ' '{print $%s}' ",

@@ -22,13 +22,11 @@ std::string interface_of(int number) {
 
 PARAMETER(WiFi_AccessPoint_Security_ModeEnabled, security_mode_operate)
 
-HANDLER(WiFi_AccessPoint_Security_ModesSupported) {
-    if (op != CWMP_OP_GET) return kRefused;
-    return constant(op, args,
-                    is_main_network(locate_of(args)[0])
-                        ? "None,WPA-Personal,WPA2-Personal,WPA3-Personal,WPA-WPA2-Personal,"
-                          "WPA2-WPA3-Personal,WPA-Enterprise,WPA2-Enterprise,WPA-WPA2-Enterprise"
-                        : "None,WPA/WPA2-Personal,WPA2/WPA3-Personal");
+READ_ONLY(WiFi_AccessPoint_Security_ModesSupported) {
+    return get.answer(is_main_network(get.locate()[0])
+                          ? "None,WPA-Personal,WPA2-Personal,WPA3-Personal,WPA-WPA2-Personal,"
+                            "WPA2-WPA3-Personal,WPA-Enterprise,WPA2-Enterprise,WPA-WPA2-Enterprise"
+                          : "None,WPA/WPA2-Personal,WPA2/WPA3-Personal");
 }
 
 PARAMETER(WiFi_AccessPoint_Security_KeyPassphrase, KeyPassphrase_operate, kMainNetwork.section)
@@ -37,9 +35,7 @@ PARAMETER(WiFi_AccessPoint_Security_WEPKey, WEPKey_operate, kMainNetwork.section
 FORWARD(WiFi_AccessPoint_Security_X_QM_Password, LANDevice_WLANConfiguration_X_QM_Password)
 FORWARD(WiFi_AccessPoint_Security_PreSharedKey, LANDevice_WLANConfiguration_X_QM_Password)
 
-HANDLER(WiFi_AccessPoint_Security_EncryptionMode) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(WiFi_AccessPoint_Security_EncryptionMode) {
     const auto interface = interface_of(get.locate()[0]);
     const auto cipher = read_option({"wireless", interface.c_str(), "encryption"}).value_or("none");
     if (cipher == "none") return get.answer("");

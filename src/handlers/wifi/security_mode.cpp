@@ -69,7 +69,14 @@ bool store_mode(const char* network, std::string_view name) {
     return finish(batch, stored ? kDone : kRefused) == kDone;
 }
 
-int answer_mode(const GetArguments& get, Section network) {
+int set_mode(const SetArguments& set, Caller /*caller*/) {
+    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]), set.value())) return kRefused;
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+int answer_mode(const GetArguments& get) {
+    const Section network{"wifi", network_section(get.locate()[0])};
     if (read_option(network / "encryption") == "0") return get.answer(kOpen);
     const auto type = read_option(network / "enc_type");
     if (!type) return get.answer(kMixed);
@@ -83,23 +90,12 @@ int answer_mode(const GetArguments& get, Section network) {
 
 using namespace cwmp;
 
-int security_mode_operate(int op, va_list args) {
-    const Section network{"wifi", network_section(locate_of(args)[0])};
-    if (op == CWMP_OP_GET) return answer_mode(GetArguments(args), network);
-    const SetArguments set(op, args);
-    if (set.value() == nullptr || !is_allowed(set.value())) return kRefused;
-    if (!store_mode(network.section, set.value())) return kRefused;
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
-}
+int security_mode_operate(int op, va_list args) { return writable(op, args, answer_mode, set_mode); }
 
 int KeyPassphrase_operate(int op, va_list args, const char* section) {
-    if (op == CWMP_OP_GET) return answer(args, "");
-    const SetArguments set(op, args);
-    if (set.value() == nullptr || section == nullptr) return kRefused;
-    if (!write_option({"wifi", section, "password"}, set.value())) return kRefused;
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
+    if (section == nullptr) return WEPKey_operate(op, args, section);
+    return option(op, args,
+                  {.at = {"wifi", section, "password"}, .apply = CWMP_APPLY_WIRELESS, .secret = true});
 }
 
 int WEPKey_operate(int op, va_list args, const char* section) {

@@ -8,6 +8,8 @@ constexpr Radio kRadio2G = {.section = "radio_2g",
                             .device = "wifi0",
                             .band_option = "enable_2g",
                             .frequency_band = "2.4GHz",
+                            .bssid_option = "bssid_2g",
+                            .client_band = "band2_4",
                             .band = 1,
                             .layer_id = 31,
                             .main = &cwmp_interface_info::wifi_2_4G,
@@ -17,6 +19,8 @@ constexpr Radio kRadio5G = {.section = "radio_5g",
                             .device = "wifi1",
                             .band_option = "enable_5g",
                             .frequency_band = "5GHz",
+                            .bssid_option = "bssid_5g",
+                            .client_band = "band5",
                             .band = 2,
                             .layer_id = 33,
                             .main = &cwmp_interface_info::wifi_5G,
@@ -43,6 +47,18 @@ const Radio* radio_by_number(int number) {
 }
 
 const Radio* radio_by_pair(const int* locate) { return radio_by_number(number_of_pair(locate)); }
+
+int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller) {
+    if (op == CWMP_OP_GET) {
+        const GetArguments get(args);
+        const auto* radio = radio_by_pair(get.locate());
+        return radio != nullptr ? parameter.get(get, *radio, caller) : kRefused;
+    }
+    if (parameter.set == nullptr) return kRefused;
+    const SetArguments set(op, args);
+    const auto* radio = set.value() != nullptr ? radio_by_pair(set.locate()) : nullptr;
+    return radio != nullptr ? parameter.set(set, *radio, caller) : kRefused;
+}
 
 const Network* network_by_number(int number) {
     return number >= 1 && number <= 4 ? &kNetworks[number - 1] : nullptr;

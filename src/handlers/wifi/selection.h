@@ -15,8 +15,10 @@ struct Radio {
     const char* device;       // in package wireless
     const char* band_option;  // of a network's section: whether the network is present on this band
     const char* frequency_band;
-    int band;      // as the channel list counts
-    int layer_id;  // of the interface stack: the row that lies on this radio
+    const char* bssid_option;  // of a mesh device: its address on this band
+    const char* client_band;   // of a mesh client: how it is connected
+    int band;                  // as the channel list counts
+    int layer_id;              // of the interface stack: the row that lies on this radio
     InterfaceField main;
     InterfaceField guest;
     InterfaceField backhaul;
@@ -52,6 +54,13 @@ inline const int* locate_of(int op, Arguments args) {
 const Radio* radio_by_pair(const int* locate);
 // By one number: 1 is 2.4 GHz, 2 is 5 GHz; null for others.
 const Radio* radio_by_number(int number);
+// A parameter of the radio that the first two instance numbers mean; refused where they mean none.
+struct RadioParameter {
+    int (*get)(const GetArguments& get, const Radio& radio, Caller caller);
+    int (*set)(const SetArguments& set, const Radio& radio, Caller caller) = nullptr;  // null: read-only
+};
+int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller = Caller::here());
+
 // 1 is 2.4 GHz main, 2 2.4 GHz guest, 3 5 GHz main, 4 5 GHz guest; null for others.
 const Network* network_by_number(int number);
 // For pass phrases and security: 1, 3 and 5 are the main network, any other number is the guest network.

@@ -4,12 +4,12 @@
 
 #include "core/refusal.h"
 #include "cwmp/platform.h"
+#include "handlers/blocks/option.h"
 
 namespace cwmp {
 
 int accepted_constant(int op, Arguments args, const char* text) {
-    if (op != CWMP_OP_GET) return SetArguments(op, args).value() == nullptr ? kRefused : kDone;
-    return text == nullptr ? kDone : answer(args, text);
+    return op == CWMP_OP_GET && text == nullptr ? kDone : option(op, args, {.missing = text});
 }
 
 int refused_constant(int op, Arguments args, const char* text, const char* refusal, Caller caller) {

@@ -40,8 +40,7 @@ HANDLER(WiFi_SSID_SSID) {
 
 PARAMETER(WiFi_SSID_Status, network_status)
 
-HANDLER(WiFi_SSID_LowerLayers) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const auto* network = network_by_number(locate_of(args)[0]);
-    return network == nullptr ? kDone : constant(op, args, getLowerLayers(network->radio->layer_id));
+READ_ONLY(WiFi_SSID_LowerLayers) {
+    const auto* network = network_by_number(get.locate()[0]);
+    return network == nullptr ? kDone : get.answer(getLowerLayers(network->radio->layer_id));
 }

@@ -51,9 +51,7 @@ HANDLER(LANDevice_WLANConfiguration_BeaconType) {
 
 FORWARD(LANDevice_WLANConfiguration_WPS_Enable, X_QM_MeshFeature_Host_WPS_Enable)
 
-HANDLER(LANDevice_WLANConfiguration_BSSID) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(LANDevice_WLANConfiguration_BSSID) {
     const auto* network = network_by_number(get.locate()[0]);
     if (network == nullptr) return get.answer("0:0:0:0:0:0");
     const auto command = formatted("ifconfig %s | grep HWaddr | awk  '{print $5}'", network->interface);

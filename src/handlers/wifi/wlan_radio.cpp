@@ -6,6 +6,7 @@
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/selection.h"
 #include "handlers/wifi/settings.h"
+#include "platform/radio_channels.h"
 
 using namespace cwmp;
 
@@ -50,15 +51,78 @@ std::optional<std::string> bandwidth_5g(const char* value) {
     return mode ? mode : choose(kWideModes, value);
 }
 
+int auto_channel(const GetArguments& get, const Radio& radio, Caller /*caller*/) {
+    return get.answer(read_option(radio.at("channel")) == "0" ? "1" : "0");
+}
+
 // Discards what is staged beside the channel that was just written.
 void revert_staged_channel(const Radio& radio) {
     uciRevert((std::string("wifi.") + radio.section + ".channel").c_str());
 }
 
-bool is_supported_channel(int op, Arguments args, std::string channel, int* locate, const Radio& radio) {
-    if (!all_digits(channel)) return false;
-    const int answer = GetChannelPoll(op, args, channel.data(), locate, radio.band);
+int set_auto_channel(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
+    // Only a channel that is set ends the automatic choice.
+    if (std::string_view(set.value()) != "1") return kDone;
+    if (!write_leniently(radio.at("channel"), "0")) return kRefused;
+    revert_staged_channel(radio);
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
+int channel(const GetArguments& get, const Radio& radio, Caller caller) {
+    const auto command = formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'",
+                                   interface_word(radio.main).c_str());
+    const auto in_use = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"}, caller);
+    if (in_use != "") return get.answer(in_use);
+    return get.answer(read_reported(radio.at("channel"), "Failed to get  ChannelInConfig\n", caller));
+}
+
+bool is_supported_channel(const SetArguments& set, const Radio& radio) {
+    std::string number = set.value();
+    if (!all_digits(number)) return false;
+    const int answer = radio_channels(set.op(), number.data(), set.locate(), radio.band);
     return answer != 0 && answer != -1;
+}
+
+int set_channel(const SetArguments& set, const Radio& radio, Caller caller) {
+    if (!is_supported_channel(set, radio)) return refuse(caller, kError, "invalid channel number\n\n");
+    const int result = option(set, {.at = radio.at("channel"), .apply = CWMP_APPLY_WIRELESS},
+                              {.unwritten = "set channel error\n\n"}, caller);
+    if (result == kDone) revert_staged_channel(radio);
+    return result;
+}
+
+int transmit_power(const GetArguments& get, const Radio& radio, Caller caller) {
+    static constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
+    const char* percent = stored_form(kPercent, read_option(radio.at("tpscale")).value_or("0"));
+    if (percent == nullptr) return refuse(caller, kError, "transmit power config value invalid\n");
+    return get.answer(percent);
+}
+
+int set_transmit_power(const SetArguments& set, const Radio& radio, Caller caller) {
+    return option(set, {.at = radio.at("tpscale"), .accepts = transmit_step},
+                  {.refused = " txpower value is not valid\n", .unwritten = " txpower set error\n"}, caller);
+}
+
+int bandwidth(const GetArguments& get, const Radio& radio, Caller caller) {
+    const auto mode = read_reported(radio.device_at("htmode"), "get wifi  bandwidth error\n", caller);
+    if (!mode) return kRefused;
+    const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
+    if (!width) return refuse(caller, kError, "sscanf wifi  bandwidth error\n");
+    return get.answer(std::to_string(*width) + "MHz");
+}
+
+int set_bandwidth(const SetArguments& set, const Radio& radio, Caller caller) {
+    return option(set,
+                  {.at = radio.device_at("htmode"),
+                   .accepts = &radio == &kRadio2G ? bandwidth_2g : bandwidth_5g,
+                   .apply = CWMP_APPLY_WIRELESS_MODE},
+                  {.refused = " bandwidth is not valid\n", .unwritten = " bandwidth set error\n"}, caller);
+}
+
+int standard(const GetArguments& get, const Radio& radio, Caller caller) {
+    const auto failure = formatted("get %s ax_hwmode error\n", radio.section);
+    return get.answer(read_reported(radio.at("ax_hwmode"), failure.c_str(), caller));
 }
 
 // Some parameters get the radio's number alone and hand the pair on.
@@ -69,60 +133,25 @@ void make_pair(int* locate) {
 
 }  // namespace
 
-HANDLER(LANDevice_WLANConfiguration_AutoChannelEnable) {
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    if (op == CWMP_OP_GET) {
-        return answer(args, read_option(radio->at("channel")) == "0" ? "1" : "0");
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    // Only a channel that is set ends the automatic choice.
-    if (std::string_view(set.value()) != "1") return kDone;
-    if (!write_leniently(radio->at("channel"), "0")) return kRefused;
-    revert_staged_channel(*radio);
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
-}
+PARAMETER(LANDevice_WLANConfiguration_AutoChannelEnable, of_radio, {auto_channel, set_auto_channel})
+PARAMETER(LANDevice_WLANConfiguration_Channel, of_radio, {channel, set_channel})
+PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported, constant, "25,50,100")
+PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPower, of_radio, {transmit_power, set_transmit_power})
+PARAMETER(LANDevice_WLANConfiguration_X_QM_Bandwidth, of_radio, {bandwidth, set_bandwidth})
+PARAMETER(LANDevice_WLANConfiguration_Standard, of_radio, {standard})
 
-HANDLER(LANDevice_WLANConfiguration_Channel) {
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    if (op == CWMP_OP_GET) {
-        const auto command = formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'",
-                                       interface_word(radio->main).c_str());
-        auto channel = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"});
-        if (channel && channel->empty()) {
-            channel = read_reported(radio->at("channel"), "Failed to get  ChannelInConfig\n");
-        }
-        return channel ? answer(args, *channel) : kRefused;
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    if (!is_supported_channel(op, args, set.value(), set.locate(), *radio))
-        return REFUSE("invalid channel number\n\n");
-    const int result = option(op, args, {.at = radio->at("channel"), .apply = CWMP_APPLY_WIRELESS},
-                              {.unwritten = "set channel error\n\n"});
-    if (result == kDone) revert_staged_channel(*radio);
-    return result;
-}
-
-HANDLER(LANDevice_WLANConfiguration_ChannelsInUse) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(LANDevice_WLANConfiguration_ChannelsInUse) {
     make_pair(get.locate());
     initialize_interface_info(interface_info);
     if (interface_info->cpeType != CWMP_PLATFORM_QCAS && interface_info->cpeType != CWMP_PLATFORM_MTK)
         return kDone;
     char list[1024] = "";
-    const int result = GetChannelPoll(op, args, list, get.locate(), 0);
+    const int result = radio_channels(CWMP_OP_GET, list, get.locate(), 0);
     return result == kDone ? get.answer(list) : result;
 }
 
-HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
+READ_ONLY(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     constexpr long long kFactor = 9;  // on whole GHz: kept as it is
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
     make_pair(get.locate());
     const auto* radio = radio_by_number(get.locate()[1]);
     if (radio == nullptr) return kRefused;
@@ -138,56 +167,11 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
                   R"(iwlist %s channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')",
                   interface.c_str());
     const auto line = first_line({command.c_str(), kLongLine, "Failed to get  FrequencyInUse\n"});
-    if (!line) return kRefused;
-    if (line->empty()) return get.answer("");
+    if (!line || line->empty()) return get.answer(line);
     return get.answer(std::to_string(decimal_prefix(line->c_str()) * kFactor) + "MHz");
 }
 
-PARAMETER(LANDevice_WLANConfiguration_X_QM_TransmitPowerSupported, constant, "25,50,100")
-
-HANDLER(LANDevice_WLANConfiguration_X_QM_TransmitPower) {
-    static constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    if (op == CWMP_OP_GET) {
-        const char* percent = stored_form(kPercent, read_option(radio->at("tpscale")).value_or("0"));
-        if (percent != nullptr) return answer(args, percent);
-        return REFUSE("transmit power config value invalid\n");
-    }
-    return option(op, args, {.at = radio->at("tpscale"), .accepts = transmit_step},
-                  {.refused = " txpower value is not valid\n", .unwritten = " txpower set error\n"});
-}
-
-HANDLER(LANDevice_WLANConfiguration_X_QM_Bandwidth) {
-    const auto* radio = radio_by_pair(locate_of(op, args));
-    if (radio == nullptr) return kRefused;
-    if (op == CWMP_OP_GET) {
-        const auto mode = read_reported(radio->device_at("htmode"), "get wifi  bandwidth error\n");
-        if (!mode) return kRefused;
-        const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
-        if (width) return answer(args, std::to_string(*width) + "MHz");
-        return REFUSE("sscanf wifi  bandwidth error\n");
-    }
-    return option(op, args,
-                  {.at = radio->device_at("htmode"),
-                   .accepts = radio == &kRadio2G ? bandwidth_2g : bandwidth_5g,
-                   .apply = CWMP_APPLY_WIRELESS_MODE},
-                  {.refused = " bandwidth is not valid\n", .unwritten = " bandwidth set error\n"});
-}
-
-HANDLER(LANDevice_WLANConfiguration_Standard) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
-    const auto* radio = radio_by_pair(get.locate());
-    if (radio == nullptr) return kRefused;
-    const auto failure = std::string("get ") + radio->section + " ax_hwmode error\n";
-    const auto mode = read_reported(radio->at("ax_hwmode"), failure.c_str());
-    return mode ? get.answer(*mode) : kRefused;
-}
-
-HANDLER(LANDevice_WLANConfiguration_Status) {
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
+READ_ONLY(LANDevice_WLANConfiguration_Status) {
     const auto* radio = get.locate()[1] == 0 ? nullptr : radio_by_pair(get.locate());
     if (radio == nullptr) return kRefused;
     const auto command =

@@ -1,34 +1,34 @@
-#include "handlers/wifi/mesh_table.h"
+#include "handlers/blocks/row.h"
 
 #include "config/store.h"
 #include "core/refusal.h"
 
 namespace cwmp {
 
-std::optional<int> mesh_device(Arguments args, Caller caller) {
-    const int number = GetArguments(args).locate()[0];
-    if (number >= 1) return number;
+std::optional<int> require_row(const int* locate, Caller caller) {
+    if (locate[0] >= 1) return locate[0];
     refuse(caller, kError, "locate error\n");
     return std::nullopt;
 }
 
 int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto row = mesh_device(args, caller);
-    return row ? answer(args, text(*row)) : kRefused;
+    const GetArguments get(args);
+    const auto row = require_row(get.locate(), caller);
+    return row ? get.answer(text(*row)) : kRefused;
 }
 
 int row_option(int op, Arguments args, const RowOption& parameter, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto row = mesh_device(args, caller);
+    const GetArguments get(args);
+    const auto row = require_row(get.locate(), caller);
     if (!row) return kRefused;
-    return answer(args, read_row(parameter.package, *row, parameter.option).value_or(parameter.missing));
+    return get.answer(read_row(parameter.package, *row, parameter.option).value_or(parameter.missing));
 }
 
 int row_total(int op, Arguments args, const char* package, const char* option) {
     if (op != CWMP_OP_GET) return kRefused;
-    const OptionPath at{package, "info", option};
-    return answer(args, read_option(at, kScratchStore).value_or("0"));
+    return answer(args, read_option({package, "info", option}, kScratchStore).value_or("0"));
 }
 
 }  // namespace cwmp

@@ -1,5 +1,8 @@
-// The table of mesh devices: row 1 is the first device the controller knows.
+// Parameters that are told by a row of a table (config/numbered_rows.h): the first instance number names it.
 #pragma once
+
+#include <optional>
+#include <string>
 
 #include "config/numbered_rows.h"
 #include "core/handler.h"
@@ -7,15 +10,13 @@
 
 namespace cwmp {
 
-inline constexpr const char* kMeshDevices = "meshinfo";
+// The row that a path names; nothing, logged under the caller's name, when it names none.
+std::optional<int> require_row(const int* locate, Caller caller = Caller::here());
 
-// The device that the first instance number means; nothing, logged under the caller's name, when it is none.
-std::optional<int> mesh_device(Arguments args, Caller caller = Caller::here());
-
-// A read-only text of a device or a satellite.
+// A read-only text of the row.
 int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller = Caller::here());
 
-// A read-only option of a numbered row, such as a device or a satellite.
+// A read-only option of the row.
 struct RowOption {
     const char* package = nullptr;
     const char* option = nullptr;
