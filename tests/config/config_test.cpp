@@ -60,7 +60,7 @@ TEST_F(Config, AnyTextComesBackWhole) {
         for (const char* other : {"1", "2"}) {  // after another write, too
             EXPECT_EQ(FROM_LIBRARY(uciRawSetValue_tr069_config)("any", "box", "name", value.c_str()), 0);
             EXPECT_EQ(FROM_LIBRARY(uciRawSetValue_tr069_config)("any", "box", "other", other), 0);
-            EXPECT_EQ(option("any.box.name", kScratch), value);
+            EXPECT_EQ(option("tr069/any.box.name"), value);
             EXPECT_EQ(FROM_LIBRARY(uciRawGetValue_tr069_config)("any", "box", "name", out.data()), 0);
             EXPECT_EQ(out.data(), value);
         }

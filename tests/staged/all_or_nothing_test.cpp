@@ -6,10 +6,10 @@
 
 #include <cstring>
 #include <filesystem>
-#include <map>
 
 #include "cwmp/staged_objects.h"
 #include "router_test.h"
+#include "store.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ class AllOrNothing : public RouterTest {
   protected:
     void SetUp() override {
         RouterTest::SetUp();
-        for (const auto& [option, value] : kConfiguration) store(option, value);
+        world("use router");
         package("custom",
                 "# as delivered\nconfig info DeviceInfo\n\toption ProvisioningCode 'old'\n\toption b '2'\n");
         package("cwmp",
@@ -30,22 +30,21 @@ class AllOrNothing : public RouterTest {
         package("dhcp_reservation",
                 "config reservation '1'\n\toption enable 'on'\n\tlist x 'it''s'\n\toption mac 'm'\n\n"
                 "config reservation '2'\n\toption enable 'off'\n\nconfig other\n\toption y 'z%\n\t'\n");
-        profile("cwmp_settings.isp_reset", "yes");
+        world("profile.d/profile.cwmp_settings.isp_reset=yes");
         file("/etc/profile.d/cwmp-config-force", "");
         package("qos_v2", "\nconfig settings 'settings'\n\toption up_band '1'\n\n");
-        for (const char* place : {"network_sync.wan.wan_type", "network_sync.wan.proto",
-                                  "network.wan.wan_type", "network.wan.proto"})
-            store(place, "static");
+        world("{network,network_sync}.wan.{wan_type,proto}=static | network.wan.gateway=192.0.2.1");
+        world("network.wan.ipaddr=192.0.2.20 | network.wan.netmask=255.255.255.0");
         level(-1);
         before_ = packages();
     }
 
-    // The script writes its own packages its own way.
-    std::map<std::string, std::string> packages() {
-        std::map<std::string, std::string> texts;
+    // The script writes its own packages its own way; the library's are what they were, byte for byte.
+    static stores::Snapshot packages() {
+        auto texts = stores::snapshot();
+        std::erase_if(texts, [](const auto& each) { return each.first.find('/') != std::string::npos; });
         for (const char* name : {"custom", "cwmp", "nat", "dhcp_reservation", "qos_v2"})
-            texts[name] = text_of(std::string(kLive) + "/" + name).value_or("gone");
-        for (const auto& [name, value] : kConfiguration) texts[name] = option(name).value_or("gone");
+            texts[std::string(name) + " text"] = stores::text_of(std::string(kLive) + "/" + name);
         return texts;
     }
 
@@ -59,8 +58,8 @@ class AllOrNothing : public RouterTest {
             member("ManagementServer_PeriodicInformInterval", "600");
             member("WANDevice_X_QM_QoS_Upband", "5");
             if (op == CWMP_OP_CHECK) {
-                done = done && add_instance("NAT_PortMapping").code == 0;
-                done = done && delete_instance("DHCPv4_Server_Pool_StaticAddress", {}, "1").code == 0;
+                done = done && handle(CWMP_OP_ADD, "NAT_PortMapping").code == 0;
+                done = done && handle(CWMP_OP_DELETE, "DHCPv4_Server_Pool_StaticAddress", {}, "1").code == 0;
             }
             member("LANDevice_LANHostConfigManagement_MinAddress", "192.168.0.50");
             member("LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress", "192.168.0.2");
@@ -74,10 +73,10 @@ class AllOrNothing : public RouterTest {
     int recover() { return FROM_LIBRARY(cwmp_transaction_recover)(&flags); }
 
     void expect_undone() {
-        EXPECT_EQ(packages(), before_);
+        EXPECT_THAT(stores::changes(before_, packages()), IsEmpty());
         EXPECT_TRUE(all_idle());
         EXPECT_EQ(text_of(CWMP_TRANSACTION_NOTES), "");
-        EXPECT_EQ(option("cwmp.info.inform_interval", "/tmp/cwmp-config"), std::nullopt);
+        EXPECT_EQ(option("cwmp-config/cwmp.info.inform_interval"), std::nullopt);
     }
 
     bool all_idle() {
@@ -95,33 +94,8 @@ class AllOrNothing : public RouterTest {
         answer("check_params " + verb, text);
     }
 
-    static constexpr std::pair<const char*, const char*> kConfiguration[] = {
-        {"smartip_sync.settings.lanip", "192.168.0.1"},
-        {"smartip_sync.settings.mask", "255.255.255.0"},
-        {"network.lan.ipaddr", "192.168.0.1"},
-        {"network.lan.netmask", "255.255.255.0"},
-        {"network.wan.wan_type", "dhcp"},
-        {"network.wan.proto", "dhcp"},
-        {"network_sync.wan.wan_type", "dhcp"},
-        {"network_sync.wan.proto", "dhcp"},
-        {"network.internet.username", "it's me"},
-        {"network.internet.password", "a \"b\" \\c"},
-        {"protocol.static.ipaddr", "192.0.2.20"},
-        {"protocol.static.netmask", "255.255.255.0"},
-        {"protocol.static.gateway", "192.0.2.1"},
-        {"protocol.static.pri_dns", "192.0.2.53"},
-        {"protocol.static.snd_dns", "0.0.0.0"},
-        {"network.vlan.enable", "0"},
-        {"iptv_v2.info.enable", "0"},
-        {"iptv_v2.info.iptv_type", "normal"},
-        {"iptv_v2.info.iptv_vid", "30"},
-        {"iptv_v2.info.iptv_prio", "4"},
-        {"iptv.Custom.internet_vid", "10"},
-        {"dhcp_server_sync.settings.startIpAddress", "192.168.0.100"},
-        {"dhcp_server_sync.settings.endIpAddress", "192.168.0.199"},
-    };
     unsigned flags = 0;
-    std::map<std::string, std::string> before_;
+    stores::Snapshot before_;
     const char* last_value_ = "192.0.2.99";
 };
 

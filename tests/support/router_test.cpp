@@ -69,11 +69,6 @@ void empty_router() {
     }
 }
 
-// "tr069/hosts.1.mac" of "hosts.1.mac" in /tmp/tr069.
-std::string name_in(const std::string& directory, const std::string& name) {
-    return directory == kLive ? name : fs::path(directory).filename().string() + "/" + name;
-}
-
 }  // namespace
 
 void RouterTest::SetUp() {
@@ -111,14 +106,9 @@ void* RouterTest::address(const char* name) {
     return found;
 }
 
-void RouterTest::store(const std::string& option, const std::string& value, const std::string& directory) {
-    stores::set(name_in(directory, option), value);
-}
-
-std::optional<std::string> RouterTest::option(const std::string& name, const std::string& directory) {
+std::optional<std::string> RouterTest::option(const std::string& name) {
     const auto all = stores::snapshot();
-    const auto found = all.find(name_in(directory, name));
-    return found == all.end() ? std::nullopt : std::optional(found->second);
+    return all.contains(name) ? std::optional(all.at(name)) : std::nullopt;
 }
 
 void RouterTest::file(const std::string& path, const std::string& text) {

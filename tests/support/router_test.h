@@ -60,14 +60,9 @@ class RouterTest : public ::testing::Test {
     std::string effects(const std::function<std::string()>& call);
     static bool is_call(const std::string& row);
 
-    // The world, where a row is no good: a package file word for word, one option, any other file.
+    // The world, where a row is no good: a package file word for word, any other file.
     void package(const std::string& name, const std::string& text, const std::string& directory = kLive) {
         file(directory + "/" + name, text);
-    }
-    static void store(const std::string& option, const std::string& value,
-                      const std::string& directory = kLive);
-    static void profile(const std::string& name, const std::string& value) {
-        store("profile." + name, value, "/etc/profile.d");
     }
     void file(const std::string& path, const std::string& text);  // taken back after the test
     void remove_file(const std::string& path);
@@ -86,18 +81,9 @@ class RouterTest : public ::testing::Test {
     Result set(const std::string& handler, Locate locate, const std::string& value, int op = CWMP_OP_APPLY) {
         return handle(op, handler, locate, value);
     }
-    Result add_instance(const std::string& handler, Locate locate = {}) {
-        return handle(CWMP_OP_ADD, handler, locate);
-    }
-    Result delete_instance(const std::string& handler, Locate locate, const std::string& number) {
-        return handle(CWMP_OP_DELETE, handler, locate, number);
-    }
 
-    // What is there. A committed option or a section's type.
-    static std::optional<std::string> option(const std::string& name, const std::string& directory = kLive);
-    static std::optional<std::string> section_type(const std::string& name, const std::string& directory) {
-        return option(name, directory);
-    }
+    // What is there. A committed option, "tr069/hosts.1.mac", or a section's type.
+    static std::optional<std::string> option(const std::string& name);
     static std::optional<std::string> text_of(const std::string& path);  // nothing where there is no file
     static bool exists(const std::string& path);
 

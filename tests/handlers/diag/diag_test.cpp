@@ -60,7 +60,7 @@ class Diagnostics : public RouterTest {
         world("answer iwlist ath02 scan: Cell 01 - Address: A1\\n");
     }
     static std::string traced(const char* name) {
-        return option(std::string("trace_route.traceroute.") + name, kScratch).value_or("");
+        return option(std::string("tr069/trace_route.traceroute.") + name).value_or("");
     }
 };
 
@@ -168,7 +168,7 @@ TEST_F(Diagnostics, ALogGivesAtMost15Results) {
         file("/tmp/log", log);
         EXPECT_EQ(FROM_LIBRARY(NeighboringWiFi_Diagnostic)("cat /tmp/log", 4), last);
         const auto result = [](const std::string& name) {
-            return option("diagnostics_config." + name, kScratch).value_or("none");
+            return option("tr069/diagnostics_config." + name).value_or("none");
         };
         EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"),
                   count == 0 ? "none" : std::to_string(last));

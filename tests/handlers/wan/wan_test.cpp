@@ -19,8 +19,8 @@ TEST_F(Wan, NoMoreThan64PortMappings) {
             mappings += "config rule_vs '" + name + "'\n\toption port_forwarding_id '" + name + "'\n";
     }
     package("nat", mappings);
-    EXPECT_EQ(add_instance("NAT_PortMapping").value, "40");
-    EXPECT_EQ(add_instance("NAT_PortMapping").value, "64");
+    EXPECT_EQ(handle(CWMP_OP_ADD, "NAT_PortMapping").value, "40");
+    EXPECT_EQ(handle(CWMP_OP_ADD, "NAT_PortMapping").value, "64");
     EXPECT_EQ(told("add NAT_PortMapping"),
               "1 | ! WANDevice_WANConnectionDevice_WANIPConnection_PortMapping:  nat portmapping rule num "
               "exceeds\\x20");
