@@ -200,8 +200,7 @@ void UciContext::forget_staged(Caller caller) {
         log_event(caller, kError, "staged changes of package %s are broken, they are dropped\n\n",
                   package_->e.name);
     }
-    if (ftruncate(file.get(), 0) == 0 && staged.size() > known)
-        write_whole(file.get(), staged.substr(known));
+    if (ftruncate(file.get(), 0) == 0 && staged.size() > known) write_whole(file.get(), staged.substr(known));
 }
 
 std::optional<int> UciContext::revert(std::string tuple) {

@@ -32,7 +32,9 @@ int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller calle
     if (set.value() == nullptr) return kRefused;
     MirroredBatch batch(target.network.package);
     const auto stored = [&](const char* option) { return batch.read(target.network.section, option); };
-    const auto is_on_band = [&](const Radio& radio) { return stored(radio.band_option).value_or("1") == "1"; };
+    const auto is_on_band = [&](const Radio& radio) {
+        return stored(radio.band_option).value_or("1") == "1";
+    };
     const auto enable = stored("enable");
     if (!enable) return refuse(caller, kError, "%s", target.unreadable);
     Bands bands;
