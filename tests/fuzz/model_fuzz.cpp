@@ -5,6 +5,7 @@
 #include <uci.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <csignal>
@@ -12,16 +13,17 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <iterator>
-#include <memory>
 #include <random>
+#include <sstream>
 
 #include "cwmp/agent_state.h"
 #include "failure.h"
 #include "library.h"
 #include "model.h"
+#include "rows.h"
+#include "store.h"
 
 namespace {
 
@@ -31,11 +33,11 @@ using cwmp::Node;
 
 constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
                                      "/var/state",  "/var/tmp",       "/var/lib/router/answers"};
-constexpr const char* kStores[] = {"/etc/config", "/etc/profile.d", "/tmp/tr069"};
 constexpr const char* kCommands = "/var/log/router/commands";
 constexpr const char* kPristine = "/var/lib/pristine";
 constexpr int kStepSeconds = 60;
 constexpr int kStepsOfAWorld = 100;
+constexpr int kLies = 5;
 
 std::mt19937_64 numbers;
 std::string step;  // what is being done, for the report of a failure
@@ -60,38 +62,20 @@ void copy_tree(const std::string& from, const std::string& to) {
     }
 }
 
-std::string read_file(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // Texts that mean something to a shell, to the store or to a format hold the word that the oracles look for.
 std::string hostile() {
-    static const std::string kRun = "touch /tmp/owned";
-    std::string bytes;
-    for (int byte = 1; byte < 256; ++byte) bytes += static_cast<char>(byte);
-    static const std::vector<std::string> kTexts = {"",
-                                                    "1",
-                                                    "0",
-                                                    "true",
-                                                    "-1",
-                                                    "4294967297",
-                                                    "-99999999999999999999",
-                                                    "192.168.0.9",
-                                                    "00:11:22:33:44:55",
-                                                    "ath0",
-                                                    "%s%n%99999d",
-                                                    "$(" + kRun + ")",
-                                                    "`" + kRun + "`",
-                                                    ";" + kRun + ";",
-                                                    "|" + kRun,
-                                                    "';" + kRun + ";'",
-                                                    "\";" + kRun + ";\"",
-                                                    "1\n" + kRun + "\n",
-                                                    "1'\n\toption owned '1'\nconfig owned 'owned'\n",
-                                                    "../../tmp/owned",
-                                                    "\xff\xfe\xc0\x80",
-                                                    bytes};
+    static const std::vector<std::string> kTexts = [] {
+        std::vector<std::string> texts = {"", "1\n@\n", "1'\n\toption owned '1'\nconfig owned 'owned'\n", ""};
+        for (int byte = 1; byte < 256; ++byte) texts.back() += static_cast<char>(byte);
+        std::istringstream words(
+            "1 0 true -1 4294967297 -99999999999999999999 192.168.0.9 00:11:22:33:44:55 ath0 %s%n%99999d "
+            "$(@) `@` ;@; |@ ';@;' \";@;\" ../../tmp/owned \xff\xfe\xc0\x80");
+        for (std::string word; words >> word;) texts.push_back(word);
+        for (std::string& text : texts)
+            if (const auto at = text.find('@'); at != std::string::npos && text.size() < 255)
+                text.replace(at, 1, "touch /tmp/owned");
+        return texts;
+    }();
     std::string text = any_of(kTexts);
     if (one_in(8)) text += any_of(kTexts);
     if (one_in(50)) text = std::string(below(70000), text.empty() ? '9' : text[0]);
@@ -99,80 +83,31 @@ std::string hostile() {
     return text;
 }
 
-// An option of some package says what nobody expects, or a tool does.
+// A tool says what nobody expects, or some options do.
 void lie(const std::vector<fs::path>& answers) {
-    if (one_in(2)) {
-        const std::string text = read_file(any_of(answers));
-        const size_t at = below(text.size() + 1);
-        std::ofstream(any_of(answers), std::ios::binary)
-            << text.substr(0, at) << hostile() << text.substr(at / 2);
-        return;
-    }
-    const char* store = any_of(kStores);
-    std::vector<fs::path> packages;
-    for (const auto& entry : fs::directory_iterator(store))
-        if (entry.is_regular_file()) packages.push_back(entry.path().filename());
-    if (packages.empty()) return;
-    const std::string name = any_of(packages);
-    const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
-                                                                            &uci_free_context);
-    uci_set_confdir(context.get(), store);
-    uci_package* package = nullptr;
-    if (uci_load(context.get(), name.c_str(), &package) != UCI_OK) return;
     const std::string value = hostile();
-    uci_element *section = nullptr, *option = nullptr, *next = nullptr;
-    uci_foreach_element(&package->sections, section) {
-        uci_foreach_element_safe(&uci_to_section(section)->options, next, option) {
-            if (!one_in(4) || value.empty() || !uci_validate_text(value.c_str())) continue;
-            const std::string option_name = option->name;  // uci_set frees it before it is done
-            uci_ptr pointer = {};
-            pointer.p = package;
-            pointer.s = uci_to_section(section);
-            pointer.package = package->e.name;
-            pointer.section = section->name;
-            pointer.option = option_name.c_str();
-            pointer.value = value.c_str();
-            uci_set(context.get(), &pointer);
-        }
+    if (one_in(2)) {
+        const std::string text = stores::text_of(any_of(answers));
+        const size_t at = below(text.size() + 1);
+        stores::write_file(any_of(answers), text.substr(0, at) + value + text.substr(at / 2));
+    } else if (!value.empty() && uci_validate_text(value.c_str())) {
+        static const auto kOptions = [] {
+            std::vector<std::string> names;
+            for (const auto& [name, text] : stores::snapshot())
+                if (name[0] != '/' && rows::split(fs::path(name).filename(), ".").size() == 3)
+                    names.push_back(name);
+            return names;
+        }();
+        for (int i = 0; i < kLies; ++i) stores::set(any_of(kOptions), value);
     }
-    uci_commit(context.get(), &package, true);
 }
 
 // What the library and the router's scripts write, and what was there.
 bool is_ours(const std::string& path) {
-    for (const char* known :
-         {"/etc/config/", "/etc/profile.d/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
-          "/tmp/.uci", "/tmp/is_binded", "/var/state/check_params", "/var/lib/router/"}) {
-        if (path.starts_with(known)) return path.find("owned") == std::string::npos;
-    }
+    for (const char* known : {"/etc/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
+                              "/tmp/.uci", "/tmp/is_binded"})
+        if (path.starts_with(known)) return true;
     return fs::exists(kPristine + path);
-}
-
-void expect_readable_packages() {
-    for (const char* store : kStores) {
-        if (!fs::exists(store)) continue;
-        const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
-                                                                                &uci_free_context);
-        uci_set_confdir(context.get(), store);
-        for (const auto& entry : fs::directory_iterator(store)) {
-            const std::string name = entry.path().filename();
-            if (!entry.is_regular_file() || name.starts_with('.') || name.find('-') != std::string::npos ||
-                name.ends_with("_log") || name == "trace_result")
-                continue;
-            uci_package* package = nullptr;
-            if (uci_load(context.get(), name.c_str(), &package) != UCI_OK)
-                fail("broken: " + entry.path().string());
-            uci_element *section = nullptr, *option = nullptr;
-            uci_foreach_element(&package->sections, section) {
-                const std::string type = uci_to_section(section)->type;
-                if ((section->name + type).find("owned") != std::string::npos)
-                    fail("foreign section in " + name);
-                uci_foreach_element(&uci_to_section(section)->options, option) {
-                    if (std::strstr(option->name, "owned")) fail("foreign option in " + name);
-                }
-            }
-        }
-    }
 }
 
 // The word stands within single quotes, or, on a console line, where nothing is expanded.
@@ -195,7 +130,7 @@ bool is_quoted(const std::string& command) {
 }
 
 void expect_quoted_commands() {
-    const std::string all = read_file(kCommands);
+    const std::string all = stores::text_of(kCommands);
     for (size_t start = 0; start < all.size(); start = all.find('\0', start) + 1) {
         const std::string command = all.c_str() + start;
         if (!is_quoted(command)) fail("on a command line: " + command.substr(0, 300));
@@ -204,13 +139,15 @@ void expect_quoted_commands() {
 }
 
 void expect_unharmed() {
-    for (const char* directory : kWritable) {
-        for (const auto& entry : fs::recursive_directory_iterator(directory)) {
-            if (entry.is_regular_file() && !is_ours(entry.path()))
-                fail("a file was made: " + entry.path().string());
-        }
+    for (const auto& [name, text] : stores::snapshot()) {
+        const std::string file = fs::path(name).filename();
+        const bool is_text = file.starts_with('.') || file.find('-') != std::string::npos ||
+                             file.ends_with("_log") || file == "trace_result";
+        if (name.find("owned") != std::string::npos) fail("foreign: " + name);
+        if (name[0] == '/' && !is_ours(name)) fail("a file was made: " + name);
+        if ((name.starts_with("/etc/") || name.starts_with("/tmp/tr069/")) && !is_text)
+            fail("a broken package: " + name);
     }
-    expect_readable_packages();
     expect_quoted_commands();
 }
 
@@ -269,7 +206,7 @@ class Caller {
     static std::vector<std::string> packages() {
         std::vector<std::string> texts;
         for (const auto& entry : fs::directory_iterator("/etc/config"))
-            texts.push_back(read_file(entry.path()));
+            texts.push_back(stores::text_of(entry.path()));
         return texts;
     }
 

@@ -114,6 +114,7 @@ std::optional<std::string> RouterTest::option(const std::string& name) {
 void RouterTest::file(const std::string& path, const std::string& text) {
     replaced_.try_emplace(path, text_of(path));
     stores::write_file(path, text);
+    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
 }
 
 void RouterTest::remove_file(const std::string& path) {

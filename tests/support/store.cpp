@@ -125,7 +125,6 @@ void write_file(const std::string& path, const std::string& text) {
     fs::create_directories(fs::path(path).parent_path());
     std::ofstream stream(path, std::ios::binary);
     if (!(stream << text).flush()) throw std::runtime_error("cannot write " + path);
-    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
 }
 
 std::string text_of(const std::string& path) {
