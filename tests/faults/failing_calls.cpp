@@ -6,13 +6,11 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 
@@ -37,20 +35,21 @@ __attribute__((constructor)) void read_fault() {
     unsetenv("LD_PRELOAD");
 }
 
-bool is_hit(Kind kind) {
+bool fails(Kind kind, int error) {
     if (armed == 0 || counts == nullptr) return false;
     const int number = ++counts[kind];
-    return kind == failing && at > 0 && (number == at || (lasts != 0 && number > at));
-}
-
-bool fails(Kind kind, int error) {
-    if (!is_hit(kind)) return false;
+    if (kind != failing || at == 0 || (lasts != 0 ? number < at : number != at)) return false;
     errno = error;
     return true;
 }
 
 void changes(bool really = true) {
-    if (really && is_hit(kKill)) kill(getpid(), SIGKILL);
+    if (really && fails(kKill, 0)) kill(getpid(), SIGKILL);
+}
+
+template <typename Function>
+Function* next(const char* name) {
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 }  // namespace
@@ -59,45 +58,38 @@ extern "C" {
 
 void arm_faults() { armed = 1; }
 
-// One function that only fails, or changes the file system and may fail. Its own name would clash with the header's.
-#define CALL(result, name, parameters, arguments, kind, error, failure, change)                   \
-    result my_##name parameters __asm__(#name);                                                   \
-    result my_##name parameters {                                                                 \
-        static const auto real = reinterpret_cast<result(*) parameters>(dlsym(RTLD_NEXT, #name)); \
-        change;                                                                                   \
-        return fails(kind, error) ? failure : real arguments;                                     \
-    }
-#define CALL64(result, name, ...)   \
-    CALL(result, name, __VA_ARGS__) \
-    CALL(result, name##64, __VA_ARGS__)
+// clang-format off
 
-// The third argument is there with some flags only; taken always, it is passed on unused.
+// One function that only fails, or changes the file system and may fail. Its own name would clash with the header's.
+#define CALL(result, name, parameters, arguments, kind, error, failure, ...)                                    \
+    result my_##name parameters __asm__(#name);                                                                 \
+    result my_##name parameters {                                                                               \
+        static const auto real = next<result parameters>(#name);                                                \
+        __VA_ARGS__;                                                                                            \
+        return fails(kind, error) ? failure : real arguments;                                                   \
+    }
+
+#define CALL64(result, name, ...) CALL(result, name, __VA_ARGS__) CALL(result, name##64, __VA_ARGS__)
+
+// The mode is there with some flags only; taken always, it is passed on unused.
 CALL64(int, open, (const char* path, int flags, mode_t mode), (path, flags, mode), kOpen, EMFILE, -1,
        changes((flags & (O_CREAT | O_TRUNC)) != 0))
-CALL64(FILE*, fopen, (const char* path, const char* mode), (path, mode), kOpen, EMFILE, nullptr,
-       changes(*mode != 'r'))
+CALL64(FILE*, fopen, (const char* path, const char* mode), (path, mode), kOpen, EMFILE, nullptr, changes(*mode != 'r'))
 CALL64(int, mkostemp, (char* path, int flags), (path, flags), kOpen, ENOSPC, -1, changes())
-CALL(DIR*, opendir, (const char* path), (path), kOpen, EMFILE, nullptr, )
-CALL(int, pipe2, (int* ends, int flags), (ends, flags), kOpen, EMFILE, -1, )
-CALL64(ssize_t, pread, (int file, void* text, size_t size, off_t from), (file, text, size, from), kRead, EIO,
-       -1, )
-CALL(ssize_t, write, (int file, const void* text, size_t size), (file, text, size), kWrite, ENOSPC, -1,
-     changes())
+CALL(DIR*, opendir, (const char* path), (path), kOpen, EMFILE, nullptr)
+CALL(int, pipe2, (int* ends, int flags), (ends, flags), kOpen, EMFILE, -1)
+CALL64(ssize_t, pread, (int file, void* text, size_t size, off_t at), (file, text, size, at), kRead, EIO, -1)
+CALL(ssize_t, write, (int file, const void* text, size_t size), (file, text, size), kWrite, ENOSPC, -1, changes())
 CALL64(int, ftruncate, (int file, off_t size), (file, size), kWrite, EIO, -1, changes())
 CALL(int, rename, (const char* from, const char* to), (from, to), kRename, EIO, -1, changes())
-CALL(int, fsync, (int file), (file), kSync, EIO, -1, )
-CALL(int, fdatasync, (int file), (file), kSync, EIO, -1, )
-CALL(pid_t, fork, (), (), kSpawn, EAGAIN, -1, )
-CALL(int, posix_spawn,
-     (pid_t * process, const char* path, const posix_spawn_file_actions_t* actions,
-      const posix_spawnattr_t* attributes, char* const* words, char* const* environment),
-     (process, path, actions, attributes, words, environment), kSpawn, EAGAIN, EAGAIN, changes())
+CALL(int, fsync, (int file), (file), kSync, EIO, -1)
+CALL(pid_t, fork, (), (), kSpawn, EAGAIN, -1)
+CALL(int, posix_spawn, (pid_t* process, const char* path, const void* actions, const void* attributes, char* const* words,
+     char* const* environment), (process, path, actions, attributes, words, environment), kSpawn, EAGAIN, EAGAIN, changes())
 CALL(int, unlink, (const char* path), (path), kOther, EIO, -1, changes())
-CALL(int, unlinkat, (int directory, const char* path, int flags), (directory, path, flags), kOther, EIO, -1,
-     changes())
+CALL(int, unlinkat, (int directory, const char* path, int flags), (directory, path, flags), kOther, EIO, -1, changes())
 CALL(int, mkdir, (const char* path, mode_t mode), (path, mode), kOther, EIO, -1, changes())
 CALL(int, fchmod, (int file, mode_t mode), (file, mode), kOther, EIO, -1, changes())
-
 // dlsym would ask for memory itself.
 #define MEMORY(name, parameters, arguments) \
     void* __libc_##name parameters;         \
@@ -108,7 +100,7 @@ MEMORY(realloc, (void* memory, size_t size), (memory, size))
 
 // The descriptor is given back all the same, as the system does.
 int close(int file) {
-    static const auto real = reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "close"));
+    static const auto real = next<int(int)>("close");
     const int result = real(file);
     return fails(kClose, EIO) ? -1 : result;
 }

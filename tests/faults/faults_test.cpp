@@ -12,10 +12,11 @@
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
+#include <iterator>
 #include <map>
 #include <random>
 #include <sstream>
@@ -27,47 +28,39 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Words = std::vector<std::string>;
+using std::to_string;
 using World = std::map<std::string, std::string>;
 
-constexpr const char* kHost = "/usr/lib/router/tests/faults_test";
+const std::string kHost = "/usr/lib/router/tests/faults_test host ";
+const std::string kDmSet = "/usr/bin/dm set ";
+const std::string kSettings = kDmSet +
+                              "Device.DeviceInfo.ProvisioningCode=changed Device.WiFi.SSID.2.SSID=changed "
+                              "Device.DHCPv4.Server.Pool.1.MinAddress=192.168.0.110 ";
+const std::string kLive = "/etc/config/";
 constexpr const char* kCounts = "/var/run/fault_count";
-constexpr const char* kLive = "/etc/config/";
 constexpr const char* kScanResults = "/tmp/tr069/diagnostics_config";
 
 enum class Holds { old_or_new, done_is_new, transaction, scan };
 
 struct Row {
     const char* name;
-    Words command;
+    std::string command;
     Holds holds;
     bool refused = false;  // goes back by itself
     bool is_dm = false;
 };
 
-Words host_of(const std::string& operation, int number = 0) {
-    return {kHost, "host", operation, std::to_string(number)};
-}
-
-Words dm_set(Words settings) {
-    settings.insert(settings.begin(), {"/usr/bin/dm", "set"});
-    return settings;
-}
-
-const Words kSettings = {"Device.DeviceInfo.ProvisioningCode=changed", "Device.WiFi.SSID.2.SSID=changed",
-                         "Device.DHCPv4.Server.Pool.1.MinAddress=192.168.0.110"};
-const Words kRefused = {kSettings[0], kSettings[1], kSettings[2],
-                        "Device.ManagementServer.STUNMinimumKeepAlivePeriod=9999999"};
 const Row kRows[] = {
-    {"one option", host_of("option"), Holds::old_or_new},
-    {"an added mapping", host_of("add"), Holds::done_is_new},
-    {"a transaction", host_of("transaction"), Holds::transaction},
-    {"refused in stage", host_of("transaction", 2), Holds::transaction, true},
-    {"refused in check", host_of("transaction", 3), Holds::transaction, true},
-    {"refused in apply", host_of("transaction", 1), Holds::transaction, true},
-    {"dm set", dm_set(kSettings), Holds::transaction, false, true},
-    {"dm set, refused", dm_set(kRefused), Holds::transaction, true, true},
-    {"a scan", host_of("scan"), Holds::scan},
+    {"one option", kHost + "option", Holds::old_or_new},
+    {"an added mapping", kHost + "add", Holds::done_is_new},
+    {"a transaction", kHost + "transaction", Holds::transaction},
+    {"refused in stage", kHost + "transaction 2", Holds::transaction, true},
+    {"refused in check", kHost + "transaction 3", Holds::transaction, true},
+    {"refused in apply", kHost + "transaction 1", Holds::transaction, true},
+    {"dm set", kSettings, Holds::transaction, false, true},
+    {"dm set, refused", kSettings + "Device.ManagementServer.STUNMinimumKeepAlivePeriod=9999999",
+     Holds::transaction, true, true},
+    {"a scan", kHost + "scan", Holds::scan},
 };
 
 struct Fault {
@@ -83,71 +76,66 @@ struct Outcome {
 };
 
 std::string text_of(const std::string& path) {
-    std::stringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
+    std::ifstream file(path);
+    return {std::istreambuf_iterator(file), {}};
 }
-
-void write_text(const std::string& path, const std::string& text) { std::ofstream(path) << text; }
 
 World world() {
     World files = {{kScanResults, text_of(kScanResults)}};
     std::error_code none;
-    for (const char* directory : {kLive, "/tmp/cwmp-config/", "/tmp/cwmp-config-force/"})
+    for (const std::string& directory :
+         {kLive, std::string("/tmp/cwmp-config/"), std::string("/tmp/cwmp-config-force/")})
         for (const auto& entry : fs::directory_iterator(directory, none))
             if (entry.path().filename().native()[0] != '.') files[entry.path()] = text_of(entry.path());
     // The check script writes its packages with other blank lines than the library.
     for (const char* name : {"smartip_sync", "network", "dhcp_server_sync"}) {
-        std::string& text = files[std::string(kLive) + name];
+        std::string& text = files[kLive + name];
         for (std::size_t at = 0; (at = text.find("\n\n")) != std::string::npos;) text.erase(at, 1);
         text.erase(0, text.find_first_not_of('\n'));
     }
     return files;
 }
 
-std::string difference(const World& is, const World& wanted) {
-    World all = is;
-    all.insert(wanted.begin(), wanted.end());
-    const auto text = [](const World& files, const auto& path) {
-        return files.contains(path) ? files.at(path) : "";
-    };
-    std::string names;
-    for (const auto& [path, ignored] : all)
-        if (text(is, path) != text(wanted, path)) names += ' ' + path;
-    return names;
-}
-
 void restore(const World& files) {
     std::error_code none;
-    for (const char* path : {kLive, "/tmp/cwmp-config/", "/tmp/cwmp-config-force/"})
-        for (const auto& entry : fs::directory_iterator(path, none)) fs::remove(entry.path(), none);
+    for (const auto& entry : fs::directory_iterator(kLive)) fs::remove(entry.path());
     for (const char* path : {"/tmp/cwmp-config", "/tmp/cwmp-config-force", "/tmp/tr069/.transaction",
                              "/tmp/.uci", "/tmp/ready_to_revert_item", "/var/state", "/dev/console"})
         fs::remove_all(path, none);
     fs::create_directory("/var/state", none);
-    write_text("/dev/console", "");
+    std::ofstream("/dev/console");
     for (const auto& [path, text] : files) {
         fs::create_directory(fs::path(path).parent_path(), none);
-        write_text(path, text);
+        std::ofstream(path) << text;
     }
 }
 
-pid_t start(const Words& command, const Fault& fault = {}, bool from_start = false) {
+// The paths that do not hold the same; a side copy that is empty is none.
+std::string difference(World is, World wanted) {
+    World all = is;
+    all.insert(wanted.begin(), wanted.end());
+    std::string names;
+    for (const auto& [path, text] : all)
+        if (is[path] != wanted[path]) names += ' ' + path;
+    return names;
+}
+
+pid_t start(const std::string& command, const Fault& fault = {}, bool from_start = false) {
     const pid_t child = fork();
     if (child != 0) return child;
-    if (fault.kind >= 0) {
-        std::stringstream text;
-        text << fault.kind << ' ' << fault.at << ' ' << fault.lasts << ' ' << from_start << ' ' << kCounts;
-        setenv("LD_PRELOAD", "/usr/lib/router/tests/failing_calls.so", 1);
-        setenv("FAULT", text.str().c_str(), 1);
-    }
-    std::vector<char*> words;
-    for (const std::string& word : command) words.push_back(const_cast<char*>(word.c_str()));
-    words.push_back(nullptr);
+    std::ostringstream call;
+    call << fault.kind << ' ' << fault.at << ' ' << fault.lasts << ' ' << from_start << ' ' << kCounts;
+    setenv("FAULT", call.str().c_str(), 1);
+    if (fault.kind >= 0) setenv("LD_PRELOAD", "/usr/lib/router/tests/failing_calls.so", 1);
+    std::istringstream text(command);
+    std::vector<std::string> words(std::istream_iterator<std::string>(text), {});
+    std::vector<char*> arguments;
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
     const int output = open("/var/run/fault_output", O_WRONLY | O_CREAT | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
-    execv(words[0], words.data());
+    execv(arguments[0], arguments.data());
     _exit(127);
 }
 
@@ -158,8 +146,8 @@ Outcome outcome_of(pid_t child) {
 }
 
 // With its jobs to their end.
-Outcome run(const Words& command, const Fault& fault = {}, bool from_start = false) {
-    write_text(kCounts, std::string(sizeof Outcome::calls, '\0'));
+Outcome run(const std::string& command, const Fault& fault = {}, bool from_start = false) {
+    std::ofstream(kCounts) << std::string(sizeof Outcome::calls, '\0');
     Outcome outcome = outcome_of(start(command, fault, from_start));
     while (waitpid(-1, nullptr, 0) > 0) {
     }
@@ -167,17 +155,14 @@ Outcome run(const Words& command, const Fault& fault = {}, bool from_start = fal
     return outcome;
 }
 
-int recover() { return run(host_of("recover")).code; }
-
 // Every network that is listed is one that a whole scan lists.
-std::string scan_fault(const World& is, const World& old, const World& wanted) {
-    const std::string &results = is.at(kScanResults), &whole = wanted.at(kScanResults);
+std::string scan_fault(const std::string& results, const std::string& old, const std::string& whole) {
     for (std::size_t at = 0; (at = results.find("config Cell", at)) != std::string::npos; ++at) {
         const std::size_t facts = results.find('\n', at);  // the number may be another one
         const auto cell = results.substr(facts, results.find("\n\n", at) - facts);
         if (whole.find(cell + "\n\n") == std::string::npos) return "part of a network: " + cell;
     }
-    return results == old.at(kScanResults) || results.ends_with("'\n\n") ? "" : "the results are cut off";
+    return results == old || results.ends_with("'\n\n") ? "" : "the results are cut off";
 }
 
 // What is wrong after a run; nothing if nothing is.
@@ -185,18 +170,19 @@ std::string fault_of(const Row& row, const Fault& fault, const Outcome& run, con
                      const World& wanted) {
     const bool killed = run.signal != 0;
     if (killed && fault.kind != host::kKill && fault.kind != host::kMalloc)
-        return "died of signal " + std::to_string(run.signal);
-    const World now = world();
+        return "died of " + to_string(run.signal);
     const auto is_old = [&](const World& is) {
         return difference(is, old).empty() ? "" : "not done, but changed:" + difference(is, old);
     };
     const auto is_either = [&](const World& is) { return difference(is, wanted).empty() ? "" : is_old(is); };
-    if (row.holds == Holds::scan) return scan_fault(now, old, wanted);
+    World now = world();
+    if (row.holds == Holds::scan)
+        return scan_fault(now[kScanResults], old.at(kScanResults), wanted.at(kScanResults));
     if (row.holds == Holds::old_or_new || (killed && row.holds == Holds::done_is_new)) return is_either(now);
     const bool done = !killed && run.code == host::kDone;
     if (done && !difference(now, wanted).empty()) return "done, but not new:" + difference(now, wanted);
     if (row.holds == Holds::done_is_new) return done ? "" : is_old(now);
-    const int recovered = recover();
+    const int recovered = ::run(kHost + "recover").code;
     if (recovered == host::kNotUndone) return "cannot be recovered";
     if (done) return recovered == host::kDone ? "" : "done, and then undone";
     if (!killed && !row.is_dm && run.code != host::kNotUndone)
@@ -209,8 +195,7 @@ int failures = 0;
 void report(const std::string& what, const std::string& fault) {
     if (fault.empty()) return;
     ++failures;
-    std::printf("FAILED %s: %s\n", what.c_str(), fault.c_str());
-    std::fflush(stdout);
+    std::cout << "FAILED " << what << ": " << fault << std::endl;
 }
 
 struct Point {
@@ -218,8 +203,9 @@ struct Point {
     Fault fault;
 
     std::string name() const {
-        return std::string(row->name) + ", " + host::kNames[fault.kind] + ' ' + std::to_string(fault.at) +
-               (fault.lasts ? " on" : "");
+        const auto& [kind, at, lasts] = fault;
+        return std::string(row->name) + ", " + host::kNames[kind] + ' ' + to_string(at) +
+               (lasts ? " on" : "");
     }
 };
 
@@ -231,7 +217,7 @@ std::vector<Point> fault_points(const World& old, std::map<const Row*, World>& w
         const Outcome counted = run(row.command, {host::kOpen}, row.is_dm);
         wanted[&row] = row.refused ? old : world();
         report(row.name, (counted.code != 0) == row.refused ? fault_of(row, {}, counted, old, wanted[&row])
-                                                            : "ended with " + std::to_string(counted.code));
+                                                            : "ended with " + to_string(counted.code));
         for (int kind = 0; kind < host::kKinds; ++kind) {
             if (kind == host::kMalloc && row.is_dm) continue;
             const int step = kind == host::kMalloc ? counted.calls[kind] / kMostMalloc + 1 : 1;
@@ -258,7 +244,7 @@ void fail_calls(const World& old, int seconds, unsigned seed, const std::string&
     auto points = fault_points(old, wanted);
     mix(points, seed);
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    std::size_t done = 0;
+    int done = 0;
     for (const Point& point : points) {
         if (seconds > 0 && std::chrono::steady_clock::now() > end) break;
         if (point.name().find(text) == std::string::npos) continue;
@@ -267,95 +253,93 @@ void fail_calls(const World& old, int seconds, unsigned seed, const std::string&
         report(point.name(), fault_of(*point.row, point.fault, outcome, old, wanted[point.row]));
         ++done;
     }
-    std::printf("%zu of %zu fault points, seed %u\n", done, points.size(), seed);
+    std::cout << done << " of " << points.size() << " fault points, seed " << seed << '\n';
 }
 
 void run_out_of_room(const World& old) {
     constexpr int kPage = 4096;
-    const std::string filler = std::string(kLive) + ".fill";
+    const std::string filler = kLive + ".fill";
+    const auto mounted = [](unsigned long flags, const char* size) {
+        return mount("tmpfs", kLive.c_str(), "tmpfs", flags, size) == 0;
+    };
     for (int free = -1; free <= 12; ++free) {  // pages; -1: read-only
         for (const Row& row : kRows) {
             if (row.holds == Holds::scan) continue;
             restore(old);
             if (!row.refused) run(row.command);
             const World wanted = row.refused ? old : world();
-            if (mount("tmpfs", kLive, "tmpfs", 0, "size=1m") != 0) return;
+            if (!mounted(0, "size=1m")) return;
             restore(old);
             for (std::ofstream file(filler); file; file << std::string(kPage, 'x') << std::flush) {
             }
             fs::resize_file(filler, fs::file_size(filler) / kPage * kPage - std::max(free, 0) * kPage);
-            if (free < 0) mount("tmpfs", kLive, "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr);
+            if (free < 0) mounted(MS_REMOUNT | MS_RDONLY, nullptr);
             const Outcome outcome = run(row.command);
-            if (free < 0) mount("tmpfs", kLive, "tmpfs", MS_REMOUNT, nullptr);
+            if (free < 0) mounted(MS_REMOUNT, nullptr);
             fs::remove(filler);
-            report(std::string(row.name) + ", free pages " + std::to_string(free),
+            report(std::string(row.name) + ", free pages " + to_string(free),
                    fault_of(row, {}, outcome, old, wanted));
-            umount(kLive);
+            umount(kLive.c_str());
         }
     }
 }
 
 // Two at once; whether each ends as it must.
-bool side_by_side(const Words& one, const Words& other, bool other_is_refused = false) {
+bool side_by_side(const std::string& one, const std::string& other, bool other_is_refused = false) {
     const pid_t first = start(one), second = start(other);
     const bool done = outcome_of(first).code == 0;
     return (outcome_of(second).code != 0) == other_is_refused && done;
 }
 
-// Each answer is true of what the store then holds. The script refuses a subnet's own address.
-void set_the_lan_side_by_side(const World& old, int rounds) {
-    restore(old);
-    for (int i = 1; i <= rounds; ++i) {
-        const std::string lan =
-            "Device.IP.Interface.1.IPv4Address.1.IPAddress=192.168." + std::to_string(i % 200);
-        const bool true_answers = side_by_side(dm_set({lan + ".1"}), dm_set({lan + ".0"}), true);
-        const World now = world();
-        for (const char* package : {"smartip_sync", "network"})
-            if (!true_answers ||
-                now.at(std::string(kLive) + package).find(lan.substr(lan.find("192")) + ".1'") ==
-                    std::string::npos)
-                return report("a LAN address beside a refused one", "round " + std::to_string(i));
-    }
+// The script refuses a subnet's own address.
+bool beside_a_refused(int round) {
+    const std::string lan = "192.168." + to_string(round % 200);
+    const std::string set = kDmSet + "Device.IP.Interface.1.IPv4Address.1.IPAddress=" + lan;
+    if (!side_by_side(set + ".1", set + ".0", true)) return false;
+    const std::string stored = text_of(kLive + "network") + text_of(kLive + "smartip_sync");
+    return stored.find("ipaddr '" + lan + ".1'") != std::string::npos &&
+           stored.find("lanip '" + lan + ".1'") != std::string::npos;
 }
 
 void run_side_by_side(const World& old, int times) {
-    const auto both = [](const char* what, const Words& one, const Words& other) {
-        report(what, side_by_side(one, other) ? "" : "one ended badly");
+    const auto often = [times](const char* operation, int rounds) {
+        return kHost + operation + ' ' + to_string(rounds * times);
     };
+    const auto ends = [](const char* what, bool well) { report(what, well ? "" : "ended badly"); };
     restore(old);
-    both("two that write", host_of("write-one", 200 * times), host_of("write-two", 200 * times));
-    run(host_of("add-one", 1));
+    ends("two that write", side_by_side(often("write-one", 200), often("write-two", 200)));
+    run(kHost + "add-one 1");
     const World once = world();
-    both("two that add", host_of("add-one", 20 * times), host_of("add-two", 20 * times));
+    ends("two that add", side_by_side(often("add-one", 20), often("add-two", 20)));
     report("two that add", difference(world(), once));
     restore(old);
-    both("a writer beside transactions", host_of("transactions", 10 * times),
-         host_of("write-one", 400 * times));
+    ends("transactions and a writer", side_by_side(often("transactions", 10), often("write-one", 400)));
     World wanted = old;
-    std::string& custom = wanted[std::string(kLive) + "custom"];
-    custom = "\n" + custom + "\toption one '" + std::to_string(400 * times) + "'\n\n";
-    report("a writer beside transactions", difference(world(), wanted));
-    set_the_lan_side_by_side(old, 20 * times);
-    for (const auto& [loop, rounds] : {std::pair{"signals", 200 * times}, std::pair{"often", 2000 * times}})
-        report(loop, run(host_of(loop, rounds)).code == 0 ? "" : "ended badly");
+    std::string& custom = wanted[kLive + "custom"];
+    custom = "\n" + custom + "\toption one '" + to_string(400 * times) + "'\n\n";
+    report("transactions and a writer", difference(world(), wanted));
+    restore(old);
+    for (int round = 1; round <= 20 * times; ++round)
+        ends("a LAN address beside a refused one", beside_a_refused(round));
+    ends("signals", run(often("signals", 200)).code == 0);
+    ends("often", run(often("often", 2000)).code == 0);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const auto word = [&](int i) { return std::string(argc > i ? argv[i] : ""); };
-    if (word(1) == "host") return host::run(word(2), word(3));
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    const auto word = [&](std::size_t i) { return words.size() > i ? words[i] : ""; };
+    if (word(0) == "host") return host::run(word(1), word(2));
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
-    const unsigned seed = argc > 2 ? std::atoi(argv[2]) : std::random_device()();
+    const int seconds = words.empty() ? 60 : std::atoi(word(0).c_str());
     const World old = world();
-    restore(old);
-    fail_calls(old, seconds, seed, word(3));
-    if (word(3).empty()) {
+    fail_calls(old, seconds, words.size() > 1 ? std::atoi(word(1).c_str()) : std::random_device()(), word(2));
+    if (word(2).empty()) {
         run_out_of_room(old);
         run_side_by_side(old, seconds == 0 ? 10 : 1);
     }
     restore(old);
-    std::printf("%d failed\n", failures);
+    std::cout << failures << " failed\n";
     return failures == 0 ? 0 : 1;
 }

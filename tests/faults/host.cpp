@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -24,10 +23,10 @@ namespace {
 
 const cwmp::Library* library = nullptr;
 #define LIBRARY(name) library->function<decltype(::name)>(#name)
+unsigned flags = 0;
 
 int call(const std::string& handler, int op, const char* text, int instance = 0) {
     int locate[CWMP_LOCATE_SIZE] = {instance};
-    unsigned flags = 0;
     return cwmp::call(library->find(handler), op, locate, text, &flags);
 }
 
@@ -66,7 +65,6 @@ int transaction(int refused_pass) {
                                      {lan + "MinAddress", "192.168.0.110"},
                                      {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
     if (refused_pass != 0) settings.push_back({"ManagementServer_EnableCWMP", "maybe", 0, refused_pass});
-    unsigned flags = 0;
     if (LIBRARY(cwmp_transaction_begin)(10'000) != 0) return kBusy;
     const bool done =
         !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings);
@@ -75,9 +73,14 @@ int transaction(int refused_pass) {
 }
 
 int recover() {
-    unsigned flags = 0;
     const int result = LIBRARY(cwmp_transaction_recover)(&flags);
     return result == 0 ? kDone : result == 1 ? kUndone : kNotUndone;
+}
+
+bool repeat(int rounds, const std::function<bool(int)>& round) {
+    int done = 0;
+    while (done < rounds && round(done + 1)) ++done;
+    return done == rounds;
 }
 
 bool write_and_read(const char* package, const std::string& section, const char* option,
@@ -87,9 +90,21 @@ bool write_and_read(const char* package, const std::string& section, const char*
            LIBRARY(uciRawGetValue)(package, section.c_str(), option, read) == 0 && read == value;
 }
 
+// Its own values, and mappings of its own, beside others that do the same.
+bool write_often(const char* option, int rounds) {
+    return repeat(rounds,
+                  [=](int i) { return write_and_read("custom", "DeviceInfo", option, std::to_string(i)); });
+}
+bool add_often(const char* name, int rounds) {
+    return repeat(rounds, [=](int) {
+        const auto number = add_mapping();
+        return !number.empty() && write_and_read("nat", number, "description", name) &&
+               erase("NAT_PortMapping", number);
+    });
+}
+
 std::string get(const char* handler) {
     static char value[CWMP_VALUE_SIZE];
-    value[0] = '\0';
     return call(handler, CWMP_OP_GET, value, 1) == 0 ? value : "refused";
 }
 
@@ -101,8 +116,7 @@ bool read_under_signals(int rounds) {
     sigaction(SIGALRM, &action, nullptr);
     const itimerval often = {{0, 300}, {0, 300}};
     setitimer(ITIMER_REAL, &often, nullptr);
-    while (rounds > 0 && get("DeviceInfo_ModelName") == expected) --rounds;
-    return rounds == 0;
+    return repeat(rounds, [&](int) { return get("DeviceInfo_ModelName") == expected; });
 }
 
 long resident_pages() {
@@ -111,50 +125,23 @@ long resident_pages() {
     return resident;
 }
 
-// Every descriptor below this is closed again, so the next one has the same number.
-int next_descriptor() {
-    const int number = dup(STDIN_FILENO);
-    close(number);
-    return number;
-}
-
+// Memory, descriptors, zombies: all of them are given back.
 bool call_often(int rounds) {
+    const auto some_calls = [](int i) {
+        get("DeviceInfo_ModelName"), get("WiFi_SSID_SSID"), get("Hosts_HostNumberOfEntries");
+        if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
+        return i % 64 != 0 ||
+               (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
+    };
     constexpr int kWarm = 130;
     constexpr long kMorePages = 32;
-    long before = 0;
-    int descriptor = 0;
-    for (int i = 0; i < kWarm + rounds / 4; ++i) {
-        if (i == kWarm) before = resident_pages(), descriptor = next_descriptor();
-        for (const char* read : {"DeviceInfo_ModelName", "WiFi_SSID_SSID", "Hosts_HostNumberOfEntries"})
-            get(read);
-        if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
-        if (i % 64 == 0) erase("NAT_PortMapping", add_mapping());
-        if (i % 64 == 0) transaction(CWMP_OP_APPLY);
-    }
+    if (!repeat(kWarm, some_calls)) return false;
+    const long before = resident_pages();
+    const int descriptor = dup(STDIN_FILENO);  // the lowest that is free
+    close(descriptor);
+    const bool done = repeat(rounds / 4, some_calls);
     const bool zombies = waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
-    const long more = resident_pages() - before;
-    std::fprintf(stderr, "resident %ld pages before, %ld more after\n", before, more);
-    return !zombies && more <= kMorePages && next_descriptor() == descriptor;
-}
-
-bool repeat(int rounds, const std::function<bool(int)>& round) {
-    int done = 0;
-    while (done < rounds && round(done + 1)) ++done;
-    return done == rounds;
-}
-
-// Own values, read back each time, beside others that write.
-bool write_often(const char* option, int rounds) {
-    return repeat(rounds,
-                  [=](int i) { return write_and_read("custom", "DeviceInfo", option, std::to_string(i)); });
-}
-
-bool add_often(const char* name, int rounds) {
-    return repeat(rounds, [=](int) {
-        const auto number = add_mapping();
-        return !number.empty() && write_and_read("nat", number, "description", name) &&
-               erase("NAT_PortMapping", number);
-    });
+    return done && !zombies && resident_pages() - before <= kMorePages && dup(STDIN_FILENO) == descriptor;
 }
 
 using Operation = bool (*)(int);
