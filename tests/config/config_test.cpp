@@ -12,6 +12,8 @@
 #include "cwmp/uci_access.h"
 #include "router_test.h"
 
+using ::testing::StartsWith;
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -70,12 +72,13 @@ TEST_F(Config, AnyTextComesBackWhole) {
 // The commit's result is not looked at.
 TEST_F(Config, AReadOnlyStoreLosesNothing) {
     if (mount("none", kLive, "tmpfs", 0, nullptr) != 0) GTEST_SKIP() << "this host allows no mount";
-    world("custom.box.name=old");
+    world("custom.box.name=old | nat.nat:nat");
     world("hear cannot");
     ASSERT_EQ(mount("none", kLive, "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
     EXPECT_EQ(told("call uciRawSetValueByPath 'custom' 'box' 'name' 'new' null"),
               "0 | ! uciRawSetValueByPath: package custom cannot be stored, it stays as it was");
     EXPECT_EQ(told("call uciRawAddSectionBypath 'other' 'box' 'typed' null"), "-1");
+    EXPECT_THAT(told("add NAT_PortMapping"), StartsWith("1 | ! WANDevice")) << "changes that belong together";
     ASSERT_EQ(umount(kLive), 0);
 }
 
@@ -91,6 +94,16 @@ TEST_F(Config, SweepsWhatKilledCommitsLeft) {
     std::set<std::string> left;
     for (const auto& entry : fs::directory_iterator(kLive)) left.insert(entry.path().filename());
     EXPECT_THAT(left, ElementsAre(".custom.uci-inwork", ".keep", "custom"));
+}
+
+// They repeat the agent's passwords, and a commit replaces them.
+TEST_F(Config, SideCopiesAreOursAlone) {
+    world("cwmp.info:info | profile.d/profile.cwmp_settings.isp_reset=yes");
+    for (const char* value : {"x", "y"}) {
+        FROM_LIBRARY(uciRawSetValue)("cwmp", "info", "password", value);
+        EXPECT_EQ(fs::status("/tmp/cwmp-config/cwmp").permissions(),
+                  fs::perms::owner_read | fs::perms::owner_write);
+    }
 }
 
 // holds P5: a name in /tmp that somebody else has made is not used, and nothing waits for it.

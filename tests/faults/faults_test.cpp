@@ -321,6 +321,7 @@ void run_side_by_side(const World& old, int times) {
     restore(old);
     for (int round = 1; round <= 20 * times; ++round)
         ends("a LAN address beside a refused one", beside_a_refused(round));
+    ends("scans beside popen", run(often("scans", 5)).code == 0);
     ends("signals", run(often("signals", 200)).code == 0);
     ends("often", run(often("often", 2000)).code == 0);
 }

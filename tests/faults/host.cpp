@@ -7,10 +7,12 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <map>
+#include <thread>
 #include <vector>
 
 #include "cwmp/handler.h"
@@ -144,6 +146,8 @@ bool call_often(int rounds) {
     return done && !zombies && resident_pages() - before <= kMorePages && dup(STDIN_FILENO) == descriptor;
 }
 
+bool scan(int) { return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}}); }
+
 using Operation = bool (*)(int);
 const std::map<std::string, Operation> kOperations = {
     {"option",
@@ -154,6 +158,14 @@ const std::map<std::string, Operation> kOperations = {
     {"scan",
      [](int) {
          return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
+     }},
+    // Beside a thread that is in popen at any time, as the agent's may be: its jobs do not wait for that one's locks.
+    {"scans",
+     [](int n) {
+         const std::jthread other([](const std::stop_token& stop) {
+             while (!stop.stop_requested()) pclose(popen("true", "r"));
+         });
+         return repeat(n, scan);
      }},
     {"transactions",
      [](int n) { return repeat(n, [](int) { return transaction(CWMP_OP_APPLY) == kUndone; }); }},
