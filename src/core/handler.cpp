@@ -1,9 +1,22 @@
 #include "core/handler.h"
 
+#include <utility>
+
 #include "core/bulk_read.h"
 #include "core/refusal.h"
 
 namespace cwmp {
+namespace {
+
+void (*first_action)() = nullptr;
+
+}  // namespace
+
+void enter_pass(int op) {
+    if (op == CWMP_OP_STAGE && first_action != nullptr) std::exchange(first_action, nullptr)();
+}
+
+void at_next_stage_pass(void (*action)()) { first_action = action; }
 
 GetArguments::GetArguments(Arguments args) {
     forget_refusal();
@@ -44,7 +57,7 @@ ChangeArguments::ChangeArguments(Arguments args) {
 }
 
 SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args), op_(op) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    enter_pass(op);
 }
 
 int read_only(int op, Arguments args, Getter getter) {

@@ -49,8 +49,10 @@ using Handler = int (*)(int op, Arguments args);
 inline constexpr int kDone = 0;
 inline constexpr int kRefused = -1;
 
-// What the stage pass of any writable parameter begins, once the transaction before has ended; the staging engine's.
-void begin_stage_pass();
+// Called by any writable parameter's SET: its stage pass begins a transaction.
+void enter_pass(int op);
+// What the next transaction begins with.
+void at_next_stage_pass(void (*action)());
 
 // Writes an answer to the agent's room for it; refused without one.
 int answer_in(char* value, std::string_view text);

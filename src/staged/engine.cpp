@@ -1,5 +1,6 @@
 #include "staged/engine.h"
 
+#include "core/handler.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/value_checks.h"
@@ -13,19 +14,9 @@ constexpr int kPassed = 1;
 constexpr int kFailed = 0;
 
 // A revert must undo the running transaction only: what an earlier one loaded goes when the next one begins.
-class RunningTransaction {
-  public:
-    void begin() {
-        if (!ended_) return;
-        ended_ = false;
-        for (const Object* object : kObjects) Record::revert(*object).clear();
-    }
-    void end() { ended_ = true; }
-
-  private:
-    bool ended_ = false;
-};
-RunningTransaction running;
+void forget_in_force() {
+    for (const Object* object : kObjects) Record::revert(*object).clear();
+}
 
 int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
         Caller caller) {
@@ -92,7 +83,7 @@ bool Check::fail(const char* message, int level) const {
 
 // What a check has not seen must not be applied: a new field takes the marker away.
 int stage(const Object& object, int option, const char* value, Caller caller) {
-    running.begin();
+    enter_pass(CWMP_OP_STAGE);
     const auto staging = Record::staging(object);
     const int taken = put(object, staging, option, value, false, caller);
     if (taken == kPassed) staging.checked() = 0;
@@ -123,7 +114,7 @@ int check(const Object& object, Caller caller) {
 }
 
 int apply(const Object& object, unsigned int* flags, Caller caller) {
-    running.end();
+    at_next_stage_pass(forget_in_force);
     log_event(caller, kProgress, "!!!  %s set enter \n\n", object.name);
     const auto staging = Record::staging(object);
     if (staging.checked() != 1) {
@@ -141,5 +132,3 @@ int apply(const Object& object, unsigned int* flags, Caller caller) {
 }
 
 }  // namespace cwmp::staged
-
-void cwmp::begin_stage_pass() { staged::running.begin(); }

@@ -14,7 +14,7 @@ constexpr const char* kNever = "1970-01-01T00:00:00.000Z";
 
 // The stage pass is refused, but begins a transaction as that of any SET does.
 int setting(int op, Arguments args, const Option& parameter) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    enter_pass(op);
     return op == CWMP_OP_GET || op == CWMP_OP_APPLY ? test_option(op, args, parameter) : kRefused;
 }
 

@@ -49,7 +49,7 @@ int get_meshfeature_info(int op, va_list args, const char* option) {
 PARAMETER(X_QM_MeshFeature_HostNumberOfEntries, row_total, kMeshDevices, "count")
 
 HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    enter_pass(op);
     const auto device = require_row(GetArguments(args).locate());
     if (!device) return kRefused;
     if (op != CWMP_OP_GET) return set_wps(SetArguments(op, args), *device);

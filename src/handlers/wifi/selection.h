@@ -46,7 +46,7 @@ struct Network {
 inline const int* locate_of(Arguments args) { return GetArguments(args).locate(); }
 // The same of a writable parameter, whose stage pass begins a transaction also where they are refused.
 inline const int* locate_of(int op, Arguments args) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    enter_pass(op);
     return locate_of(args);
 }
 

@@ -13,7 +13,7 @@ int accepted_constant(int op, Arguments args, const char* text) {
 }
 
 int refused_constant(int op, Arguments args, const char* text, const char* refusal, Caller caller) {
-    if (op == CWMP_OP_STAGE) begin_stage_pass();
+    enter_pass(op);
     if (op != CWMP_OP_GET) return refuse(caller, kError, "%s", refusal);
     return constant(op, args, text);
 }
