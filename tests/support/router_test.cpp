@@ -69,6 +69,12 @@ void empty_router() {
     }
 }
 
+// A text that begins with "#!" is a program.
+void put_file(const std::string& path, const std::string& text) {
+    stores::write_file(path, text);
+    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
+}
+
 }  // namespace
 
 void RouterTest::SetUp() {
@@ -94,7 +100,7 @@ void RouterTest::TearDown() {
     EXPECT_EQ(dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library cannot be unloaded";
     for (const auto& [path, text] : replaced_) {
         if (text)
-            stores::write_file(path, *text);
+            put_file(path, *text);
         else
             fs::remove_all(path);
     }
@@ -113,8 +119,7 @@ std::optional<std::string> RouterTest::option(const std::string& name) {
 
 void RouterTest::file(const std::string& path, const std::string& text) {
     replaced_.try_emplace(path, text_of(path));
-    stores::write_file(path, text);
-    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
+    put_file(path, text);
 }
 
 void RouterTest::remove_file(const std::string& path) {
