@@ -1,4 +1,6 @@
 // What rows cannot say of the store: lists of numbers, any text, modes and times of files, a store that is read-only.
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,6 +11,7 @@
 #include "cwmp/instances.h"
 #include "cwmp/logging.h"
 #include "cwmp/revert_journal.h"
+#include "cwmp/transaction.h"
 #include "cwmp/uci_access.h"
 #include "router_test.h"
 
@@ -104,6 +107,19 @@ TEST_F(Config, SideCopiesAreOursAlone) {
         EXPECT_EQ(fs::status("/tmp/cwmp-config/cwmp").permissions(),
                   fs::perms::owner_read | fs::perms::owner_write);
     }
+}
+
+TEST_F(Config, ATransactionOfSomebodyElseIsWaitedForAsLongAsAsked) {
+    EXPECT_EQ(told("call cwmp_transaction_begin 0"), "0 | /tmp/tr069/.transaction=cwmp-transaction 1\\n");
+    told("call cwmp_transaction_end 1 null");
+    const int held = open(CWMP_TRANSACTION_NOTES, O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(told("call cwmp_transaction_begin 100"), "-1");
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GT(waited, std::chrono::milliseconds(90));
+    EXPECT_LT(waited, std::chrono::seconds(20));
+    close(held);
 }
 
 // holds P5: a name in /tmp that somebody else has made is not used, and nothing waits for it.
