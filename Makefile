@@ -3,7 +3,7 @@ JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 30
 DEMO_ROOT := build/release/demo-root
 
-.PHONY: help demo shell test check fuzz fuzz-model faults bench aarch64 lint format parameters clean release sanitize $(DEMO_ROOT)
+.PHONY: help demo shell test check fuzz fuzz-model faults bench aarch64 test-arm64 lint format parameters clean release sanitize $(DEMO_ROOT)
 
 help:
 	@echo "make demo        build, enter the sandboxed router, show and change parameters there"
@@ -15,6 +15,7 @@ help:
 	@echo "make faults      every call of some operations fails once, or kills; SECONDS=60 a part; SEED=..."
 	@echo "make bench       benchmarks against raw libuci and popen, library size; SHORT=1 a trial run"
 	@echo "make aarch64     cross-compile for 64-bit Arm; clang, libc++ and musl compile, too"
+	@echo "make test-arm64  the reference and quick tests of that build, emulated; at most three minutes once they are built"
 	@echo "make lint        format, scripts, links, clang-tidy on what changed; ALL=1 clang-tidy on everything"
 	@echo "make format      format the sources"
 	@echo "make parameters  renew docs/parameters*.md, deviations.md and reference/ by running the library"
@@ -66,6 +67,12 @@ aarch64:
 	@scripts/configure aarch64
 	@cmake --build --preset aarch64 -j $(JOBS)
 	@scripts/check-portable build/aarch64
+
+test-arm64:
+	@scripts/install-dependencies build cross emulation
+	@scripts/configure aarch64 tests
+	@cmake --build --preset aarch64 -j $(JOBS)
+	@timeout 180 ctest --preset aarch64 --no-tests=error -j $(JOBS) -E 'router_test|promises|live|walk|record|fuzz|faults'
 
 lint:
 	@scripts/install-dependencies build lint

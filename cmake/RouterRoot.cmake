@@ -8,6 +8,11 @@ if(CWMP_LIBUCI_PREFIX)
     set(uci_option --uci ${CWMP_LIBUCI_PREFIX})
 endif()
 
+set(emulator_option "")
+if(CMAKE_CROSSCOMPILING_EMULATOR)
+    set(emulator_option --emulator ${CMAKE_CROSSCOMPILING_EMULATOR})
+endif()
+
 # The install tree as it lies in a router.
 add_custom_command(
     OUTPUT ${stage}.stamp
@@ -27,7 +32,8 @@ function(cwmp_router_root directory world)
     file(GLOB_RECURSE world_files CONFIGURE_DEPENDS ${worlds}/common/* ${worlds}/${world}/*)
     add_custom_command(
         OUTPUT ${directory}.stamp
-        COMMAND ${build_root} --world ${world} --stage ${stage} ${uci_option} ${root_UNPARSED_ARGUMENTS} ${directory}
+        COMMAND ${build_root} --world ${world} --stage ${stage} ${uci_option} ${emulator_option}
+                ${root_UNPARSED_ARGUMENTS} ${directory}
         COMMAND ${CMAKE_COMMAND} -E touch ${directory}.stamp
         DEPENDS stage ${stage}.stamp ${build_root} ${world_files} ${root_DEPENDS}
         COMMENT "Building the router root ${directory}"

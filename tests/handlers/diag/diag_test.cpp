@@ -90,7 +90,7 @@ TEST_F(Diagnostics, WhatCannotStartIsReported) {
 }
 
 TEST_F(Diagnostics, TheAgentHasNoChildAndSharesNeitherDescriptorNorSignalMask) {
-    prctl(PR_SET_CHILD_SUBREAPER, 0);
+    if (prctl(PR_SET_CHILD_SUBREAPER, 0) != 0) GTEST_SKIP() << "no help against adopting the job";
     file("/tmp/hold", "");
     file(kProcessList, "#!/bin/dash\ngrep SigBlk /proc/self/status >/tmp/mask\n" + *text_of(kProcessList));
     int ends[2] = {};
