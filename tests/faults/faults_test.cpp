@@ -96,18 +96,24 @@ World world() {
     return files;
 }
 
+void put(const World& files) {
+    std::error_code none;
+    for (const auto& [path, text] : files) {
+        fs::create_directory(fs::path(path).parent_path(), none);
+        std::ofstream(path) << text;
+    }
+}
+
 void restore(const World& files) {
     std::error_code none;
+    umount(kLive.c_str());
     for (const auto& entry : fs::directory_iterator(kLive)) fs::remove(entry.path());
     for (const char* path : {"/tmp/cwmp-config", "/tmp/cwmp-config-force", "/tmp/tr069/.transaction",
                              "/tmp/.uci", "/tmp/ready_to_revert_item", "/var/state", "/dev/console"})
         fs::remove_all(path, none);
     fs::create_directory("/var/state", none);
     std::ofstream("/dev/console");
-    for (const auto& [path, text] : files) {
-        fs::create_directory(fs::path(path).parent_path(), none);
-        std::ofstream(path) << text;
-    }
+    put(files);
 }
 
 // The paths that do not hold the same; a side copy that is empty is none.
@@ -126,7 +132,8 @@ pid_t start(const std::string& command, const Fault& fault = {}, bool from_start
     std::ostringstream call;
     call << fault.kind << ' ' << fault.at << ' ' << fault.lasts << ' ' << from_start << ' ' << kCounts;
     setenv("FAULT", call.str().c_str(), 1);
-    if (fault.kind >= 0) setenv("LD_PRELOAD", "/usr/lib/router/tests/failing_calls.so", 1);
+    if (fault.kind >= 0 && fault.kind != host::kRoom)
+        setenv("LD_PRELOAD", "/usr/lib/router/tests/failing_calls.so", 1);
     std::istringstream text(command);
     std::vector<std::string> words(std::istream_iterator<std::string>(text), {});
     std::vector<char*> arguments;
@@ -217,20 +224,22 @@ struct Point {
 };
 
 std::vector<Point> fault_points(const World& old, std::map<const Row*, World>& wanted) {
-    constexpr int kMostMalloc = 60;
+    constexpr int kMostMalloc = 60, kMostRoom = 14;
     std::vector<Point> points;
     for (const Row& row : kRows) {
         restore(old);
-        const Outcome counted = run(row.command, {host::kOpen}, row.is_dm);
+        Outcome counted = run(row.command, {host::kOpen}, row.is_dm);
         wanted[&row] = row.refused ? old : world();
         report(row.name, (counted.code != 0) == row.refused ? fault_of(row, {}, counted, old, wanted[&row])
                                                             : "ended with " + to_string(counted.code));
         for (int kind = 0; kind < host::kKinds; ++kind) {
             if (kind == host::kMalloc && row.is_dm) continue;
+            if (kind == host::kRoom && row.holds != Holds::scan) counted.calls[kind] = kMostRoom;
             const int step = kind == host::kMalloc ? counted.calls[kind] / kMostMalloc + 1 : 1;
             for (int at = 1; at <= counted.calls[kind]; at += step)
                 for (const bool lasts : {false, true})
-                    if (!lasts || kind != host::kKill) points.push_back({&row, {kind, at, lasts}});
+                    if (!lasts || (kind != host::kKill && kind != host::kRoom))
+                        points.push_back({&row, {kind, at, lasts}});
         }
     }
     return points;
@@ -246,6 +255,24 @@ void mix(std::vector<Point>& points, unsigned seed) {
                    [](const auto& each) { return each.second; });
 }
 
+const std::string kFiller = kLive + ".fill";
+
+// Leaves the store so many free pages, with -1 it is read-only; until restore() it lies elsewhere.
+void leave_room(const World& files, int free) {
+    constexpr int kPage = 4096;
+    mount("tmpfs", kLive.c_str(), "tmpfs", 0, "size=1m");
+    put(files);
+    for (std::ofstream file(kFiller); file; file << std::string(kPage, 'x') << std::flush) {
+    }
+    fs::resize_file(kFiller, fs::file_size(kFiller) / kPage * kPage - std::max(free, 0) * kPage);
+    if (free < 0) mount("tmpfs", kLive.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr);
+}
+
+void give_room() {
+    mount("tmpfs", kLive.c_str(), "tmpfs", MS_REMOUNT, nullptr);
+    fs::remove(kFiller);
+}
+
 void fail_calls(const World& old, int seconds, unsigned seed, const std::string& text) {
     std::map<const Row*, World> wanted;
     auto points = fault_points(old, wanted);
@@ -255,40 +282,15 @@ void fail_calls(const World& old, int seconds, unsigned seed, const std::string&
     for (const Point& point : points) {
         if (seconds > 0 && std::chrono::steady_clock::now() > end) break;
         if (point.name().find(text) == std::string::npos) continue;
+        const bool is_full = point.fault.kind == host::kRoom;
         restore(old);
+        if (is_full) leave_room(old, point.fault.at - 2);
         const Outcome outcome = run(point.row->command, point.fault, point.row->is_dm);
+        if (is_full) give_room();
         report(point.name(), fault_of(*point.row, point.fault, outcome, old, wanted[point.row]));
         ++done;
     }
     std::cout << done << " of " << points.size() << " fault points, seed " << seed << '\n';
-}
-
-void run_out_of_room(const World& old) {
-    constexpr int kPage = 4096;
-    const std::string filler = kLive + ".fill";
-    const auto mounted = [](unsigned long flags, const char* size) {
-        return mount("tmpfs", kLive.c_str(), "tmpfs", flags, size) == 0;
-    };
-    for (int free = -1; free <= 12; ++free) {  // pages; -1: read-only
-        for (const Row& row : kRows) {
-            if (row.holds == Holds::scan) continue;
-            restore(old);
-            if (!row.refused) run(row.command);
-            const World wanted = row.refused ? old : world();
-            if (!mounted(0, "size=1m")) return;
-            restore(old);
-            for (std::ofstream file(filler); file; file << std::string(kPage, 'x') << std::flush) {
-            }
-            fs::resize_file(filler, fs::file_size(filler) / kPage * kPage - std::max(free, 0) * kPage);
-            if (free < 0) mounted(MS_REMOUNT | MS_RDONLY, nullptr);
-            const Outcome outcome = run(row.command);
-            if (free < 0) mounted(MS_REMOUNT, nullptr);
-            fs::remove(filler);
-            report(std::string(row.name) + ", free pages " + to_string(free),
-                   fault_of(row, {}, outcome, old, wanted));
-            umount(kLive.c_str());
-        }
-    }
 }
 
 // Two at once; whether each ends as it must.
@@ -343,10 +345,7 @@ int main(int argc, char** argv) {
     const int seconds = words.empty() ? 60 : std::atoi(word(0).c_str());
     const World old = world();
     fail_calls(old, seconds, words.size() > 1 ? std::atoi(word(1).c_str()) : std::random_device()(), word(2));
-    if (word(2).empty()) {
-        run_out_of_room(old);
-        run_side_by_side(old, seconds == 0 ? 10 : 1);
-    }
+    if (word(2).empty()) run_side_by_side(old, seconds == 0 ? 10 : 1);
     restore(old);
     std::cout << failures << " failed\n";
     return failures == 0 ? 0 : 1;

@@ -5,10 +5,10 @@
 
 namespace host {
 
-// Of calls that fail; kKill is any that changes the file system.
-enum Kind { kOpen, kRead, kWrite, kClose, kRename, kSync, kSpawn, kMalloc, kKill, kOther, kKinds };
-inline constexpr const char* kNames[kKinds] = {"open", "read",  "write",  "close", "rename",
-                                               "sync", "spawn", "malloc", "kill",  "other"};
+// Of calls that fail; kKill is any that changes the file system, kRoom is a store that is full.
+enum Kind { kOpen, kRead, kWrite, kClose, kRename, kSync, kSpawn, kMalloc, kKill, kOther, kRoom, kKinds };
+inline constexpr const char* kNames[kKinds] = {"open",  "read",   "write", "close", "rename", "sync",
+                                               "spawn", "malloc", "kill",  "other", "room"};
 
 enum Code { kDone, kUndone, kNotUndone, kBusy };
 
