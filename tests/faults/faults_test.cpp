@@ -311,18 +311,18 @@ bool beside_a_refused(int round) {
 }
 
 void run_side_by_side(const World& old, int times) {
-    const auto often = [times](const char* operation, int rounds) {
-        return kHost + operation + ' ' + to_string(rounds * times);
+    const auto often = [times](const char* operation, int rounds, const char* name = "") {
+        return kHost + operation + ' ' + to_string(rounds * times) + ' ' + name;
     };
     const auto ends = [](const char* what, bool well) { report(what, well ? "" : "ended badly"); };
     restore(old);
-    ends("two that write", side_by_side(often("write-one", 200), often("write-two", 200)));
-    run(kHost + "add-one 1");
+    ends("two that write", side_by_side(often("write", 200, "one"), often("write", 200, "two")));
+    run(kHost + "map 1 one");
     const World once = world();
-    ends("two that add", side_by_side(often("add-one", 20), often("add-two", 20)));
+    ends("two that add", side_by_side(often("map", 20, "one"), often("map", 20, "two")));
     report("two that add", difference(world(), once));
     restore(old);
-    ends("transactions and a writer", side_by_side(often("transactions", 10), often("write-one", 400)));
+    ends("transactions and a writer", side_by_side(often("transactions", 10), often("write", 400, "one")));
     World wanted = old;
     std::string& custom = wanted[kLive + "custom"];
     custom = "\n" + custom + "\toption one '" + to_string(400 * times) + "'\n\n";
@@ -340,7 +340,7 @@ void run_side_by_side(const World& old, int times) {
 int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const auto word = [&](std::size_t i) { return words.size() > i ? words[i] : ""; };
-    if (word(0) == "host") return host::run(word(1), word(2));
+    if (word(0) == "host") return host::run(word(1), word(2), word(3));
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     const int seconds = words.empty() ? 60 : std::atoi(word(0).c_str());
     const World old = world();

@@ -85,24 +85,11 @@ bool repeat(int rounds, const std::function<bool(int)>& round) {
     return done == rounds;
 }
 
-bool write_and_read(const char* package, const std::string& section, const char* option,
+bool write_and_read(const char* package, const std::string& section, const std::string& option,
                     const std::string& value) {
     char read[64];
-    return LIBRARY(uciRawSetValue)(package, section.c_str(), option, value.c_str()) == 0 &&
-           LIBRARY(uciRawGetValue)(package, section.c_str(), option, read) == 0 && read == value;
-}
-
-// Its own values, and mappings of its own, beside others that do the same.
-bool write_often(const char* option, int rounds) {
-    return repeat(rounds,
-                  [=](int i) { return write_and_read("custom", "DeviceInfo", option, std::to_string(i)); });
-}
-bool add_often(const char* name, int rounds) {
-    return repeat(rounds, [=](int) {
-        const auto number = add_mapping();
-        return !number.empty() && write_and_read("nat", number, "description", name) &&
-               erase("NAT_PortMapping", number);
-    });
+    return LIBRARY(uciRawSetValue)(package, section.c_str(), option.c_str(), value.c_str()) == 0 &&
+           LIBRARY(uciRawGetValue)(package, section.c_str(), option.c_str(), read) == 0 && read == value;
 }
 
 std::string get(const char* handler) {
@@ -146,47 +133,55 @@ bool call_often(int rounds) {
     return done && !zombies && resident_pages() - before <= kMorePages && dup(STDIN_FILENO) == descriptor;
 }
 
-bool scan(int) { return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}}); }
+bool scan() { return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}}); }
 
-using Operation = bool (*)(int);
+// Own values and mappings, read back each time beside others that do the same, are named by the caller.
+using Operation = bool (*)(int rounds, const std::string& name);
 const std::map<std::string, Operation> kOperations = {
     {"option",
-     [](int) {
+     [](int, auto&) {
          return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
      }},
-    {"add", [](int) { return !add_mapping().empty(); }},
-    {"scan",
-     [](int) {
-         return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
-     }},
+    {"add", [](int, auto&) { return !add_mapping().empty(); }},
+    {"scan", [](int, auto&) { return scan(); }},
     // Beside a thread that is in popen at any time, as the agent's may be: its jobs do not wait for that one's locks.
     {"scans",
-     [](int n) {
+     [](int rounds, auto&) {
          const std::jthread other([](const std::stop_token& stop) {
              while (!stop.stop_requested()) pclose(popen("true", "r"));
          });
-         return repeat(n, scan);
+         return repeat(rounds, [](int) { return scan(); });
      }},
     {"transactions",
-     [](int n) { return repeat(n, [](int) { return transaction(CWMP_OP_APPLY) == kUndone; }); }},
-    {"write-one", [](int n) { return write_often("one", n); }},
-    {"write-two", [](int n) { return write_often("two", n); }},
-    {"add-one", [](int n) { return add_often("one", n); }},
-    {"add-two", [](int n) { return add_often("two", n); }},
-    {"signals", read_under_signals},
-    {"often", call_often},
+     [](int rounds, auto&) {
+         return repeat(rounds, [](int) { return transaction(CWMP_OP_APPLY) == kUndone; });
+     }},
+    {"write",
+     [](int rounds, auto& name) {
+         return repeat(
+             rounds, [&](int i) { return write_and_read("custom", "DeviceInfo", name, std::to_string(i)); });
+     }},
+    {"map",
+     [](int rounds, auto& name) {
+         return repeat(rounds, [&](int) {
+             const auto number = add_mapping();
+             return write_and_read("nat", number, "description", name) && erase("NAT_PortMapping", number);
+         });
+     }},
+    {"signals", [](int rounds, auto&) { return read_under_signals(rounds); }},
+    {"often", [](int rounds, auto&) { return call_often(rounds); }},
 };
 
 }  // namespace
 
-int run(const std::string& operation, const std::string& detail) {
+int run(const std::string& operation, const std::string& detail, const std::string& name) {
     library = new cwmp::Library("/usr/lib/libcwmp-datamodel.so");
     *static_cast<int32_t*>(library->data("l_dbglvl")) = -1;
     if (const auto arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "arm_faults"))) arm();
     const int number = std::atoi(detail.c_str());
     if (operation == "transaction") return transaction(number);
     if (operation == "recover") return recover();
-    return kOperations.at(operation)(number) ? kDone : kUndone;
+    return kOperations.at(operation)(number, name) ? kDone : kUndone;
 }
 
 }  // namespace host
