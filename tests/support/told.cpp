@@ -54,8 +54,7 @@ constexpr std::size_t kMostArguments = 8;
 // Their order is that of their bits.
 constexpr const char* kFlags =
     "WIRELESS MANAGEMENT_SERVER DHCP_SERVER bit_3 WAN LAN IPTV NAT XMPP DOWNLOAD_TEST UPLOAD_TEST STUN "
-    "PING_TEST "
-    "TRACE_ROUTE UDP_ECHO WIRELESS_MODE";
+    "PING_TEST TRACE_ROUTE UDP_ECHO WIRELESS_MODE";
 
 constexpr std::pair<const char*, int> kOperations[] = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
@@ -172,13 +171,12 @@ void RouterTest::world(const std::string& line) {
             const bool has_value = item.find('=') != std::string::npos;
             for (const auto& name : rows::expand(take_until(item, "="))) {
                 const Words parts = rows::split(name, ".");
-                const auto own = [&] {
-                    return parts.end()[-1] + parts.end()[-2];
-                };  // "mac3" for "hosts.3.mac"
-                if (has_value)
-                    stores::set(name, item == "@" ? own() : rows::unescape(item));
-                else
+                if (!has_value)
                     stores::change(name);
+                else if (item == "@")  // "mac3" for "hosts.3.mac"
+                    stores::set(name, parts.end()[-1] + parts.end()[-2]);
+                else
+                    stores::set(name, rows::unescape(item));
             }
         }
     }
@@ -286,12 +284,11 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
             for (const auto& value : values) {
                 Words each;
                 for (const auto& pass : passes) {
-                    Words parts =
-                        rows::split(effects([&] {
-                                        return told_handler(operation(pass), name, locate_of(locate), value);
-                                    }),
-                                    "! " + name + ": ");  // a handler's own events need not name it
-                    each.push_back(joined(parts, "! "));
+                    const auto call = [&] {
+                        return told_handler(operation(pass), name, locate_of(locate), value);
+                    };
+                    // A handler's own events need not name it.
+                    each.push_back(joined(rows::split(effects(call), "! " + name + ": "), "! "));
                 }
                 if (std::equal(each.begin() + 1, each.end(), each.begin())) each.resize(1);
                 told.insert(told.end(), each.begin(), each.end());
