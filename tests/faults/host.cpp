@@ -5,13 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <map>
 #include <thread>
 #include <vector>
 
@@ -98,14 +98,12 @@ std::string get(const char* handler) {
 }
 
 // Another child of the agent dies, a timer ticks: no read is cut short, whatever the handler's flags.
-bool read_under_signals(int rounds) {
-    const std::string expected = get("DeviceInfo_ModelName");
+void send_signals() {
     struct sigaction action = {};
     action.sa_handler = [](int) {};
     sigaction(SIGALRM, &action, nullptr);
     const itimerval often = {{0, 300}, {0, 300}};
     setitimer(ITIMER_REAL, &often, nullptr);
-    return repeat(rounds, [&](int) { return get("DeviceInfo_ModelName") == expected; });
 }
 
 long resident_pages() {
@@ -133,55 +131,38 @@ bool call_often(int rounds) {
     return done && !zombies && resident_pages() - before <= kMorePages && dup(STDIN_FILENO) == descriptor;
 }
 
-bool scan() { return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}}); }
-
-// Own values and mappings, read back each time beside others that do the same, are named by the caller.
-using Operation = bool (*)(int rounds, const std::string& name);
-const std::map<std::string, Operation> kOperations = {
-    {"option",
-     [](int, auto&) {
-         return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
-     }},
-    {"add", [](int, auto&) { return !add_mapping().empty(); }},
-    {"scan", [](int, auto&) { return scan(); }},
-    // Beside a thread that is in popen at any time, as the agent's may be: its jobs do not wait for that one's locks.
-    {"scans",
-     [](int rounds, auto&) {
-         const std::jthread other([](const std::stop_token& stop) {
-             while (!stop.stop_requested()) pclose(popen("true", "r"));
-         });
-         return repeat(rounds, [](int) { return scan(); });
-     }},
-    {"transactions",
-     [](int rounds, auto&) {
-         return repeat(rounds, [](int) { return transaction(CWMP_OP_APPLY) == kUndone; });
-     }},
-    {"write",
-     [](int rounds, auto& name) {
-         return repeat(
-             rounds, [&](int i) { return write_and_read("custom", "DeviceInfo", name, std::to_string(i)); });
-     }},
-    {"map",
-     [](int rounds, auto& name) {
-         return repeat(rounds, [&](int) {
-             const auto number = add_mapping();
-             return write_and_read("nat", number, "description", name) && erase("NAT_PortMapping", number);
-         });
-     }},
-    {"signals", [](int rounds, auto&) { return read_under_signals(rounds); }},
-    {"often", [](int rounds, auto&) { return call_often(rounds); }},
-};
+// A round of what is repeated; values and mappings of its own are named by the caller, and read back each time.
+bool one_round(const std::string& operation, const std::string& name, int number) {
+    if (operation == "option") return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
+    if (operation == "add") return !add_mapping().empty();
+    if (operation == "scan")
+        return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
+    if (operation == "refused") return transaction(CWMP_OP_APPLY) == kUndone;
+    if (operation == "write") return write_and_read("custom", "DeviceInfo", name, std::to_string(number));
+    if (operation == "read") return get("DeviceInfo_ModelName") == name;
+    const auto mapping = add_mapping();
+    return write_and_read("nat", mapping, "description", name) && erase("NAT_PortMapping", mapping);
+}
 
 }  // namespace
 
-int run(const std::string& operation, const std::string& detail, const std::string& name) {
+int run(const std::string& operation, const std::string& detail, std::string name) {
     library = new cwmp::Library("/usr/lib/libcwmp-datamodel.so");
     *static_cast<int32_t*>(library->data("l_dbglvl")) = -1;
     if (const auto arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "arm_faults"))) arm();
     const int number = std::atoi(detail.c_str());
     if (operation == "transaction") return transaction(number);
     if (operation == "recover") return recover();
-    return kOperations.at(operation)(number, name) ? kDone : kUndone;
+    if (operation == "often") return call_often(number) ? kDone : kUndone;
+    if (operation == "read") name = get("DeviceInfo_ModelName"), send_signals();
+    // Beside a thread that is in popen at any time, as the agent's may be: no job waits for that one's locks.
+    std::jthread other;
+    if (name == "popen")
+        other = std::jthread([](const std::stop_token& stop) {
+            while (!stop.stop_requested()) pclose(popen("true", "r"));
+        });
+    const auto round = [&](int i) { return one_round(operation, name, i); };
+    return repeat(std::max(1, number), round) ? kDone : kUndone;
 }
 
 }  // namespace host

@@ -13,6 +13,6 @@ inline constexpr const char* kNames[kKinds] = {"open",  "read",   "write", "clos
 enum Code { kDone, kUndone, kNotUndone, kBusy };
 
 // kDone is also: nothing to recover; kUndone: recovered.
-int run(const std::string& operation, const std::string& detail, const std::string& name);
+int run(const std::string& operation, const std::string& detail, std::string name);
 
 }  // namespace host
