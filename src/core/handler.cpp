@@ -56,21 +56,18 @@ ChangeArguments::ChangeArguments(Arguments args) {
     va_end(copy);
 }
 
-SetArguments::SetArguments(int op, Arguments args) : ChangeArguments(args), op_(op) {
+PassArguments::PassArguments(int op, Arguments args) : ChangeArguments(args), op_(op) {
     enter_pass(op);
 }
 
-int read_only(int op, Arguments args, Getter getter) {
+int read_only(int op, Arguments args, int (*getter)(const GetArguments& get)) {
     return op == CWMP_OP_GET ? getter(GetArguments(args)) : kRefused;
 }
 
-int writable(int op, Arguments args, Getter getter, Setter setter, Caller caller) {
-    return op == CWMP_OP_GET ? getter(GetArguments(args)) : change(op, args, setter, caller);
-}
-
-int change(int op, Arguments args, Setter setter, Caller caller) {
-    const SetArguments set(op, args);
-    return set.value() != nullptr ? setter(set, caller) : kRefused;
+int writable(int op, Arguments args, int (*getter)(const GetArguments& get),
+             int (*setter)(const SetArguments& set, Caller caller), Caller caller) {
+    if (op == CWMP_OP_GET) return getter(GetArguments(args));
+    return change(op, args, [&](const SetArguments& set) { return setter(set, caller); });
 }
 
 int number_of_pair(const int* locate) {

@@ -94,26 +94,41 @@ class ChangeArguments {
     unsigned int* flags_ = nullptr;
 };
 
-class SetArguments : public ChangeArguments {
+// A pass of a SET. The stage pass of any writable parameter begins a transaction of grouped settings.
+class PassArguments : public ChangeArguments {
   public:
-    // The stage pass of any writable parameter begins a transaction of grouped settings.
-    SetArguments(int op, Arguments args);
+    PassArguments(int op, Arguments args);
 
     int op() const { return op_; }
     // Null when the agent passed none.
-    const char* value() const { return text_; }
+    const char* text() const { return text_; }
 
   private:
     int op_;
 };
 
-using Getter = int (*)(const GetArguments& get);
-using Setter = int (*)(const SetArguments& set, Caller caller);
+// The same with a value.
+class SetArguments : public PassArguments {
+  public:
+    const char* value() const { return text(); }
 
-int read_only(int op, Arguments args, Getter getter);
-int writable(int op, Arguments args, Getter getter, Setter setter, Caller caller = Caller::here());
-// A SET alone. One without a value is refused before the function is asked.
-int change(int op, Arguments args, Setter setter, Caller caller = Caller::here());
+  private:
+    using PassArguments::PassArguments;
+
+    template <typename Setter>
+    friend int change(int op, Arguments args, const Setter& setter);
+};
+
+// What a SET does: setter(const SetArguments&). One without a value is refused before.
+template <typename Setter>
+int change(int op, Arguments args, const Setter& setter) {
+    const SetArguments set(op, args);
+    return set.text() != nullptr ? setter(set) : kRefused;
+}
+
+int read_only(int op, Arguments args, int (*getter)(const GetArguments& get));
+int writable(int op, Arguments args, int (*getter)(const GetArguments& get),
+             int (*setter)(const SetArguments& set, Caller caller), Caller caller = Caller::here());
 
 // The number that a path's first two choose: the second under a first 1, or the first where there is but one; 0
 // for any other pair.

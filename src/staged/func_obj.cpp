@@ -54,7 +54,7 @@ bool cwmp::staged::apply_all(unsigned int* flags) {
 }
 
 int func_obj_revert(int /*op*/, va_list args) {
-    const SetArguments set(CWMP_OP_APPLY, args);
+    const PassArguments set(CWMP_OP_APPLY, args);
     for (const Object* object : kObjects) {
         // Without values to go back to, what was refused must not be applied now.
         const auto staging = Record::staging(*object);

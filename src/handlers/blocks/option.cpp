@@ -29,7 +29,6 @@ int option(const GetArguments& get, const Option& parameter, const OptionEvents&
 }
 
 int option(const SetArguments& set, const Option& parameter, const OptionEvents& events, Caller caller) {
-    if (set.value() == nullptr) return kRefused;
     const auto text = parameter.accepts != nullptr ? parameter.accepts(set.value()) : set.value();
     if (!text) return fail(caller, events.refused);
     const bool overlooked = parameter.write_failure_is_done && !transaction::is_running();
@@ -41,8 +40,8 @@ int option(const SetArguments& set, const Option& parameter, const OptionEvents&
 int option(int op, Arguments args, const Option& parameter) { return option(op, args, parameter, {}); }
 
 int option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
-    return op == CWMP_OP_GET ? option(GetArguments(args), parameter, events, caller)
-                             : option(SetArguments(op, args), parameter, events, caller);
+    if (op == CWMP_OP_GET) return option(GetArguments(args), parameter, events, caller);
+    return change(op, args, [&](const SetArguments& set) { return option(set, parameter, events, caller); });
 }
 
 int read_only_option(int op, Arguments args, const Option& parameter) {

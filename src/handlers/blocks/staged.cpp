@@ -19,24 +19,25 @@ std::optional<int> mode_of(int op) {
     }
 }
 
-int execute(StagedField field, int mode, const char* value, unsigned int* flags) {
-    return func_obj_exec(field.object, field.option, mode, value, flags) != 0 ? kDone : kRefused;
-}
-
 }  // namespace
 
 bool is_pass(int op) { return mode_of(op).has_value(); }
 
 int staged(int op, Arguments args, StagedField field, Caller caller) {
-    const auto mode = mode_of(op);
-    if (!mode) return kDone;
-    const SetArguments set(op, args);
+    return is_pass(op) ? staged(PassArguments(op, args), field, caller) : kDone;
+}
+
+int staged(const PassArguments& pass, StagedField field, Caller caller) {
     // The engine refuses to stage a value that is not there; check and apply take none.
-    if (field.to_stage == nullptr || set.value() == nullptr)
-        return execute(field, *mode, set.value(), set.flags());
-    const auto text = field.to_stage(set.value());
-    if (!text) return refuse(caller, kError, "value is not valid\n");
-    return execute(field, *mode, text->c_str(), set.flags());
+    const char* value = pass.text();
+    std::optional<std::string> text;
+    if (field.to_stage != nullptr && value != nullptr) {
+        text = field.to_stage(value);
+        if (!text) return refuse(caller, kError, "value is not valid\n");
+        value = text->c_str();
+    }
+    const int mode = mode_of(pass.op()).value_or(CWMP_STAGED_STAGE);
+    return func_obj_exec(field.object, field.option, mode, value, pass.flags()) != 0 ? kDone : kRefused;
 }
 
 }  // namespace cwmp

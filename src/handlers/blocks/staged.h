@@ -25,5 +25,7 @@ bool is_pass(int op);
 //     return op == CWMP_OP_GET ? read_only_option(op, args, {...}) : staged(op, args, {CWMP_STAGED_LAN,
 //     ...});
 int staged(int op, Arguments args, StagedField field, Caller caller = Caller::here());
+// One of the passes, whose arguments are taken already.
+int staged(const PassArguments& pass, StagedField field, Caller caller);
 
 }  // namespace cwmp

@@ -45,14 +45,13 @@ void log_value(Caller caller, const char* event, const char* value) {
 // A setting whose new value is logged, in clear, before anything is done with it.
 int server_setting(int op, Arguments args, const char* event, Option setting,
                    Caller caller = Caller::here()) {
-    if (op != CWMP_OP_GET) {
-        const char* value = SetArguments(op, args).value();
-        if (value == nullptr) return kRefused;
-        log_value(caller, event, value);
-    }
     setting.apply = CWMP_APPLY_MANAGEMENT_SERVER;
     setting.write_failure_is_done = true;
-    return option(op, args, setting);
+    if (op == CWMP_OP_GET) return option(op, args, setting);
+    return change(op, args, [&](const SetArguments& set) {
+        log_value(caller, event, set.value());
+        return option(set, setting);
+    });
 }
 
 int stun_setting(int op, Arguments args, const char* name, const char* missing, bool secret = false) {
@@ -72,7 +71,6 @@ bool mark_once(const OptionPath& at, bool& must_save) {
 }
 
 int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller caller) {
-    if (set.value() == nullptr) return kRefused;
     log_value(caller, "cwmp, URL val", set.value());
     const bool is_new = agent != nullptr && field(agent->acs_url) != set.value();
     bool must_save = false;
@@ -88,7 +86,9 @@ int set_url(const SetArguments& set, const cwmp_agent_state* agent, Caller calle
 
 HANDLER(ManagementServer_URL) {
     const auto* agent = agent_state(op, args);
-    if (op != CWMP_OP_GET) return set_url(SetArguments(op, args), agent, Caller::here());
+    const Caller caller = Caller::here();
+    if (op != CWMP_OP_GET)
+        return change(op, args, [&](const SetArguments& set) { return set_url(set, agent, caller); });
     return agent != nullptr ? answer(args, field(agent->acs_url)) : kRefused;
 }
 
@@ -151,6 +151,10 @@ PARAMETER(ManagementServer_STUNPassword, stun_setting, "STUNPassword", "", true)
 
 namespace {
 
+std::optional<std::string> the_connection(const char* value) {
+    return std::strcmp(value, kXmppConnection) == 0 ? std::optional<std::string>(value) : std::nullopt;
+}
+
 std::int64_t decimal(const char* text) { return std::strtoll(text, nullptr, 10); }
 
 // A bound that is not stored counts as 0 here, whatever its GET answers.
@@ -159,7 +163,7 @@ std::int64_t stored_bound(const char* name) {
 }
 
 std::int64_t new_bound(int op, Arguments args) {
-    const char* value = SetArguments(op, args).value();
+    const char* value = PassArguments(op, args).text();
     return value != nullptr ? decimal(value) : 0;
 }
 
@@ -175,9 +179,7 @@ HANDLER(ManagementServer_STUNMinimumKeepAlivePeriod) {
 }
 
 HANDLER(ManagementServer_ConnReqXMPPConnection) {
-    if (op == CWMP_OP_GET) return constant(op, args, kXmppConnection);
-    const char* value = SetArguments(op, args).value();
-    return value != nullptr && std::strcmp(value, kXmppConnection) == 0 ? kDone : kRefused;
+    return option(op, args, {.missing = kXmppConnection, .accepts = the_connection});
 }
 PARAMETER(ManagementServer_ConnReqAllowedJabberIDs, option,
           {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP})

@@ -44,10 +44,11 @@ int duration(int op, Arguments args, const Section& test) {
 int connections(int op, Arguments args, const Section& test) {
     if (op != CWMP_OP_GET) {
         const auto most = read_test(test / "max_conn");
-        const SetArguments set(op, args);
-        if (set.value() == nullptr) return kRefused;
-        if (!number_within(set.value(), 1, most ? std::strtol(most->c_str(), nullptr, 10) : 1))
-            return kRefused;
+        const int fits = change(op, args, [&](const SetArguments& set) {
+            const long bound = most ? std::strtol(most->c_str(), nullptr, 10) : 1;
+            return number_within(set.value(), 1, bound) ? kDone : kRefused;
+        });
+        if (fits != kDone) return fits;
     }
     return setting(op, args, test, {.at = test / "num_conn", .missing = "1", .accepts = number<1, UINT_MAX>});
 }
@@ -67,8 +68,8 @@ std::string wan_device() {
 
 int interface(int op, Arguments args, const Section& test) {
     if (op == CWMP_OP_GET) return test_result(op, args, test / "interface", "br-wan");
-    const SetArguments set(op, args);
-    std::string device = set.value() != nullptr ? set.value() : "";
+    const PassArguments set(op, args);
+    std::string device = set.text() != nullptr ? set.text() : "";
     if (device == kNoTest) device.clear();
     if (!device.empty() && device != wan_device()) return kRefused;
     return write_test(test / "interface", device) ? kDone : kRefused;

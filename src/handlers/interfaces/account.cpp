@@ -22,25 +22,26 @@ bool write_account(const Account& account, const std::string& text) {
                                      write_option(kConnectionSync / account.option, text));
 }
 
-int get_account(Arguments args, const Account& account, Caller caller) {
-    const GetArguments get(args);
+int get_account(const GetArguments& get, const Account& account, Caller caller) {
     if (account.secret) return get.answer("");
     if (require_instance(account.object, get.locate(), caller) == nullptr) return kRefused;
     return get.answer(read_option(Section{"protocol", account.type} / account.option).value_or(""));
 }
 
-}  // namespace
-
-int account(int op, Arguments args, const Account& account, Caller caller) {
-    if (op == CWMP_OP_GET) return get_account(args, account, caller);
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_account(const SetArguments& set, const Account& account, Caller caller) {
     if (require_instance(account.object, set.locate(), caller) == nullptr) return kRefused;
     const auto text = account.accepts(set.value());
     if (!text) return refuse(caller, kError, "value is not valid\n");
     if (!write_account(account, *text)) return refuse(caller, kError, "UCI set params error\n");
     set.raise(CWMP_APPLY_WAN);
     return kDone;
+}
+
+}  // namespace
+
+int account(int op, Arguments args, const Account& account, Caller caller) {
+    if (op == CWMP_OP_GET) return get_account(GetArguments(args), account, caller);
+    return change(op, args, [&](const SetArguments& set) { return set_account(set, account, caller); });
 }
 
 }  // namespace cwmp::interfaces

@@ -55,10 +55,11 @@ bool has_switch(int client) { return client == kInternet && interfaces::has_plai
 
 int set_enable(int op, Arguments args, Caller caller = Caller::here()) {
     if (!is_pass(op)) return kDone;
-    const auto client = require_number(SetArguments(op, args).locate()[0], kClients, caller);
+    const PassArguments pass(op, args);
+    const auto client = require_number(pass.locate()[0], kClients, caller);
     if (!client) return kRefused;
     if (!has_switch(*client)) return refuse_instance(*client, caller);
-    return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, type_of_wan}, caller);
+    return staged(pass, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, type_of_wan}, caller);
 }
 
 // What the client has learned, told by the WAN connection of the same number.

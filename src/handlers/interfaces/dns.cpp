@@ -63,9 +63,7 @@ std::optional<std::string> server_to_store(const char* value) {
     return value;
 }
 
-int set_fixed(int op, Arguments args, Caller caller = Caller::here()) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_fixed(const SetArguments& set, Caller caller) {
     const auto server = require_number(set.locate()[0], kServers, caller);
     if (!server) return kRefused;
     const std::string type = wan_type();
@@ -94,9 +92,12 @@ PARAMETER(DNS_Relay_ForwardNumberOfEntries, constant, "2")
 PARAMETER(DNS_Relay_Forwarding_Interface, numbered, kServers, forwarding_interface)
 PARAMETER(DNS_Relay_Forwarding_Type, numbered, kServers, forwarding_type)
 HANDLER(DNS_Relay_Forwarding_DNSServer) {
-    if (op != CWMP_OP_GET) return set_fixed(op, args);
+    const Caller caller = Caller::here();
+    if (op != CWMP_OP_GET) {
+        return change(op, args, [&](const SetArguments& set) { return set_fixed(set, caller); });
+    }
     const GetArguments get(args);
-    const auto server = require_number(get.locate()[0], kServers, Caller::here());
+    const auto server = require_number(get.locate()[0], kServers, caller);
     if (!server) return kRefused;
     const std::string type = wan_type();
     const std::string address = fixed(type, *server);

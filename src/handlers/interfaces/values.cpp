@@ -102,14 +102,15 @@ int counter(int op, Arguments args, Object object, const char* word, Caller call
 int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
                     Caller caller) {
     if (!is_pass(op)) return kDone;
-    const Instance* instance = require_instance(object, SetArguments(op, args).locate(), caller);
+    const PassArguments pass(op, args);
+    const Instance* instance = require_instance(object, pass.locate(), caller);
     if (instance == nullptr) return kRefused;
     for (const auto& [number, field] : fields) {
         if (number != instance->number) continue;
         // An absent interface has no address to change: the change would bring it up in place of the connection
         // in force, which the management server talks over.
         if (object == Object::IpAddress && !is_present(*instance)) break;
-        return staged(op, args, field, caller);
+        return staged(pass, field, caller);
     }
     return refuse_instance(instance->number, caller);
 }

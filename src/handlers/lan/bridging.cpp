@@ -27,8 +27,7 @@ void make_room(MirroredBatch& batch, const OtherVlan& vlan, const char* taken) {
 }
 
 // The mode is stored for an identifier that is refused, too.
-int set_internet_vlan(const SetArguments& set) {
-    if (set.value() == nullptr) return kRefused;
+int set_internet_vlan(const SetArguments& set, Caller /*caller*/) {
     MirroredBatch batch(kCustom.package);
     int result = batch.set(kCustom.section, "mode", "Custom");
     const int identifier = decimal_prefix(set.value());
@@ -45,10 +44,8 @@ int set_internet_vlan(const SetArguments& set) {
 
 }  // namespace
 
-HANDLER(Layer2Bridging_Bridge_VLAN_VLANID) {
-    if (op != CWMP_OP_GET) return set_internet_vlan(SetArguments(op, args));
-    const auto identifier = read_option(kCustom / "internet_vid");
-    return identifier ? answer(args, *identifier) : kRefused;
+WRITABLE(Layer2Bridging_Bridge_VLAN_VLANID, set_internet_vlan) {
+    return get.answer(read_option(kCustom / "internet_vid"));
 }
 
 HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable) {
@@ -73,10 +70,8 @@ HANDLER(Bridging_Bridge_Port_ManagementPort) {
 }
 
 // Only the management port tells what lies below it.
-HANDLER(Bridging_Bridge_Port_LowerLayers) {
+READ_ONLY(Bridging_Bridge_Port_LowerLayers) {
     constexpr int kBridgeStack = 22;
-    if (op != CWMP_OP_GET) return kRefused;
-    const GetArguments get(args);
     if (get.locate()[0] != 1 || get.locate()[1] != 1) return kDone;
     return get.answer(getLowerLayers(kBridgeStack));
 }

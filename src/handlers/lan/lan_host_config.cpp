@@ -109,23 +109,7 @@ std::optional<std::string> name_servers() {
     return *primary + "," + *secondary;
 }
 
-}  // namespace
-
-int _get_dns_server(char* value) {
-    const auto servers = name_servers();
-    if (!servers || value == nullptr) return kRefused;
-    value[servers->copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
-    return kDone;
-}
-
-HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
-    if (op == CWMP_OP_GET) {
-        const auto servers = name_servers();
-        if (servers) return answer(args, *servers);
-        return REFUSE(" get dns-server enable error\n\n");
-    }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_name_servers(const SetArguments& set, Caller /*caller*/) {
     const std::string_view servers = set.value();
     std::size_t position = 0;
     MirroredBatch batch(kDhcpServer.package);
@@ -138,4 +122,18 @@ HANDLER(LANDevice_LANHostConfigManagement_DNSServers) {
     if (finish(batch, result) != kDone) return kRefused;
     set.raise(CWMP_APPLY_LAN);
     return kDone;
+}
+
+}  // namespace
+
+int _get_dns_server(char* value) {
+    const auto servers = name_servers();
+    if (!servers || value == nullptr) return kRefused;
+    value[servers->copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
+    return kDone;
+}
+
+WRITABLE(LANDevice_LANHostConfigManagement_DNSServers, set_name_servers) {
+    const auto servers = name_servers();
+    return servers ? get.answer(*servers) : REFUSE(" get dns-server enable error\n\n");
 }

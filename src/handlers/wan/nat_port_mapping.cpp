@@ -48,7 +48,6 @@ int get_field(const GetArguments& get, const Field& field, Caller caller) {
 }
 
 int set_field(const SetArguments& set, const Field& field, Caller caller) {
-    if (set.value() == nullptr) return kRefused;
     const NumberedSection mapping = mapping_at(set.locate());
     if (!mapping) return refuse_path(set.locate(), caller);
     if (!mapping.value(kNumberOption)) return refuse(caller, kDebug, "%s", kNoInstance);
@@ -60,8 +59,8 @@ int set_field(const SetArguments& set, const Field& field, Caller caller) {
 }
 
 int mapping_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? get_field(GetArguments(args), field, caller)
-                             : set_field(SetArguments(op, args), field, caller);
+    if (op == CWMP_OP_GET) return get_field(GetArguments(args), field, caller);
+    return change(op, args, [&](const SetArguments& set) { return set_field(set, field, caller); });
 }
 
 int read_only_field(int op, Arguments args, const Field& field, Caller caller = Caller::here()) {

@@ -23,13 +23,13 @@ int bandwidth(int op, Arguments args, const OptionPath& at) {
         if (!stored) return get.answer(kMostBandwidth);
         return get.answer(std::to_string(decimal_prefix(stored->c_str()) / 1024));
     }
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    if (stored == set.value()) return kDone;
-    const bool within = decimal_prefix(set.value()) < decimal_prefix(kMostBandwidth);
-    if (!write_and_mark(at, within ? set.value() : kMostBandwidth)) return kRefused;
-    set.raise(CWMP_APPLY_QOS);
-    return kDone;
+    return change(op, args, [&](const SetArguments& set) {
+        if (stored == set.value()) return kDone;
+        const bool within = decimal_prefix(set.value()) < decimal_prefix(kMostBandwidth);
+        if (!write_and_mark(at, within ? set.value() : kMostBandwidth)) return kRefused;
+        set.raise(CWMP_APPLY_QOS);
+        return kDone;
+    });
 }
 
 }  // namespace
@@ -43,12 +43,13 @@ HANDLER(WANDevice_X_QM_QoS_Enable) {
     if (op == CWMP_OP_GET) {
         return answer(args, stored && *stored != "off" && *stored != "0" ? "1" : "0");
     }
-    const SetArguments set(op, args);
-    const std::string_view value = set.value() == nullptr ? "" : set.value();
-    if (value != "1"sv && value != "0"sv) return kRefused;
-    const bool on = value == "1"sv;
-    if (stored == (on ? "on" : "off")) return kDone;
-    if (on ? !write_and_mark(kEnable, "on") : !write_option(kEnable, "off")) return kRefused;
-    set.raise(CWMP_APPLY_QOS);
-    return kDone;
+    return change(op, args, [&](const SetArguments& set) {
+        const std::string_view value = set.value();
+        if (value != "1"sv && value != "0"sv) return kRefused;
+        const bool on = value == "1"sv;
+        if (stored == (on ? "on" : "off")) return kDone;
+        if (on ? !write_and_mark(kEnable, "on") : !write_option(kEnable, "off")) return kRefused;
+        set.raise(CWMP_APPLY_QOS);
+        return kDone;
+    });
 }

@@ -19,14 +19,14 @@ constexpr Section kAccount{"network", "internet"};
 // The account stands in three places, which always change together.
 int account(int op, Arguments args, const Option& parameter) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    for (const Section& place :
-         {kAccount, Section{"network_sync", "internet"}, Section{"protocol", "pppoe"}}) {
-        if (!write_option(place / parameter.at.option, set.value())) return kRefused;
-    }
-    set.raise(CWMP_APPLY_WAN);
-    return kDone;
+    return change(op, args, [&](const SetArguments& set) {
+        for (const Section& place :
+             {kAccount, Section{"network_sync", "internet"}, Section{"protocol", "pppoe"}}) {
+            if (!write_option(place / parameter.at.option, set.value())) return kRefused;
+        }
+        set.raise(CWMP_APPLY_WAN);
+        return kDone;
+    });
 }
 
 }  // namespace

@@ -20,7 +20,6 @@ bool is_device_id(const std::string& text) {
 
 int set_wps(const SetArguments& set, int device) {
     constexpr std::size_t kLongestAction = 511 - std::char_traits<char>::length(kCheckScript) - 1;
-    if (set.value() == nullptr) return kRefused;
     const std::string value = set.value();
     if (value != "0" && value != "1") return kRefused;
     const auto id = read_row(kMeshDevices, device, "deviceid");
@@ -52,7 +51,8 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     enter_pass(op);
     const auto device = require_row(GetArguments(args).locate());
     if (!device) return kRefused;
-    if (op != CWMP_OP_GET) return set_wps(SetArguments(op, args), *device);
+    if (op != CWMP_OP_GET)
+        return change(op, args, [&](const SetArguments& set) { return set_wps(set, *device); });
     // Makes the script bring the table up to date.
     refresh(std::string(kCheckScript) + " wps_status");
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";

@@ -21,18 +21,23 @@ READ_ONLY(LANDevice_WLANConfiguration_MultiSSID_Status) {
     return get.answer(read_option(kGuestNetwork / "enable") == "1" ? "Up" : "Disabled");
 }
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_SSID) {
+namespace {
+
+int set_name(const SetArguments& set, Caller /*caller*/) {
     const auto [package, section] = kGuestNetwork;
-    if (op == CWMP_OP_GET)
-        return option(op, args, {.at = kGuestNetwork / "ssid"}, {.unreadable = "get ssid error\n\n"});
-    const SetArguments set(op, args);
-    if (set.value() == nullptr || !at_most<32>(set.value())) return kRefused;
+    if (!at_most<32>(set.value())) return kRefused;
     MirroredBatch batch(package);
     batch.set(section, "ssid", set.value());
     batch.set(section, "usr_set", "1");
     if (finish(batch, kDone) != kDone) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
+}
+
+}  // namespace
+
+WRITABLE(LANDevice_WLANConfiguration_MultiSSID_SSID, set_name) {
+    return option(get, {.at = kGuestNetwork / "ssid"}, {.unreadable = "get ssid error\n\n"});
 }
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {

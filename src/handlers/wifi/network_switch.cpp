@@ -27,9 +27,7 @@ int store(MirroredBatch& batch, const NetworkSwitch& target, const Bands& bands)
     return finish(batch, kDone);
 }
 
-int set_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
+int set_switch(const SetArguments& set, const NetworkSwitch& target, Caller caller) {
     MirroredBatch batch(target.network.package);
     const auto stored = [&](const char* option) { return batch.read(target.network.section, option); };
     const auto is_on_band = [&](const Radio& radio) {
@@ -58,7 +56,8 @@ std::optional<bool> is_on(Section network, const Radio& radio) {
 }
 
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller) {
-    if (op != CWMP_OP_GET) return set_switch(op, args, target, caller);
+    if (op != CWMP_OP_GET)
+        return change(op, args, [&](const SetArguments& set) { return set_switch(set, target, caller); });
     const auto on = is_on(target.network, target.radio);
     return on ? answer(args, flag(*on)) : kRefused;
 }

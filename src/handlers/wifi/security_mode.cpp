@@ -70,7 +70,8 @@ bool store_mode(const char* network, std::string_view name) {
 }
 
 int set_mode(const SetArguments& set, Caller /*caller*/) {
-    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]), set.value())) return kRefused;
+    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]), set.value()))
+        return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }
@@ -100,5 +101,5 @@ int KeyPassphrase_operate(int op, va_list args, const char* section) {
 
 int WEPKey_operate(int op, va_list args, const char* section) {
     if (op == CWMP_OP_GET) return answer(args, "");
-    return SetArguments(op, args).value() != nullptr && section != nullptr ? kDone : kRefused;
+    return change(op, args, [&](const SetArguments&) { return section != nullptr ? kDone : kRefused; });
 }

@@ -55,9 +55,10 @@ int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller) {
         return radio != nullptr ? parameter.get(get, *radio, caller) : kRefused;
     }
     if (parameter.set == nullptr) return kRefused;
-    const SetArguments set(op, args);
-    const auto* radio = set.value() != nullptr ? radio_by_pair(set.locate()) : nullptr;
-    return radio != nullptr ? parameter.set(set, *radio, caller) : kRefused;
+    return change(op, args, [&](const SetArguments& set) {
+        const auto* radio = radio_by_pair(set.locate());
+        return radio != nullptr ? parameter.set(set, *radio, caller) : kRefused;
+    });
 }
 
 const Network* network_by_number(int number) {

@@ -18,9 +18,8 @@ namespace {
 constexpr const char* kNameUnwritten = "set ssid error\n\n";
 
 // With the mark that the user chose it.
-int set_guest_name(const SetArguments& set, Caller caller = Caller::here()) {
+int set_guest_name(const SetArguments& set, Caller caller) {
     const auto [package, section] = kGuestNetwork;
-    if (set.value() == nullptr) return kRefused;
     if (!write_together(package, {{section, "ssid", set.value()}, {section, "usr_set", "1"}}))
         return refuse(caller, kError, kNameUnwritten);
     set.raise(CWMP_APPLY_WIRELESS);
@@ -33,7 +32,10 @@ int set_guest_name(const SetArguments& set, Caller caller = Caller::here()) {
 HANDLER(WiFi_SSID_SSID) {
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return option(op, args, {.at = {}, .apply = CWMP_APPLY_WIRELESS});
-    if (op != CWMP_OP_GET && network->is_guest()) return set_guest_name(SetArguments(op, args));
+    if (op != CWMP_OP_GET && network->is_guest()) {
+        return change(op, args,
+                      [caller = Caller::here()](const auto& set) { return set_guest_name(set, caller); });
+    }
     return option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
                   {.unreadable = "get ssid error\n\n", .unwritten = kNameUnwritten});
 }

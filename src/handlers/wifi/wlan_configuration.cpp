@@ -15,6 +15,13 @@ namespace {
 constexpr const char* kMainUnreadable = "can not foud wifi.ap.enable\n";
 constexpr OptionPath kDefaultNetwork = {"wifi", "default", "enable"};
 
+int set_default_network(const SetArguments& set, Caller /*caller*/) {
+    if (read_option(kDefaultNetwork) != set.value() && !write_leniently(kDefaultNetwork, set.value()))
+        return kRefused;
+    set.raise(CWMP_APPLY_WIRELESS);
+    return kDone;
+}
+
 }  // namespace
 
 // Two, although the parameters of a network answer for four numbers: see docs/wireless.md.
@@ -80,14 +87,8 @@ HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
                            .unreadable = kMainUnreadable});
 }
 
-HANDLER(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable) {
-    if (op == CWMP_OP_GET) return read_only_option(op, args, {.at = kDefaultNetwork});
-    const SetArguments set(op, args);
-    if (set.value() == nullptr) return kRefused;
-    if (read_option(kDefaultNetwork) != set.value() && !write_leniently(kDefaultNetwork, set.value()))
-        return kRefused;
-    set.raise(CWMP_APPLY_WIRELESS);
-    return kDone;
+WRITABLE(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable, set_default_network) {
+    return option(get, {.at = kDefaultNetwork});
 }
 
 PARAMETER(LANDevice_WLANConfiguration_WPAEncryptionModes, accepted_constant, "TKIPandAESEncryption")
