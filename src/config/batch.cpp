@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <string_view>
 
 #include "config/store.h"
@@ -21,7 +20,7 @@ bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
 // The side copies repeat the agent's passwords.
 bool make_file(const std::string& path, const char* confdir) {
-    const bool secret = std::strcmp(confdir, kOpenCopy) == 0 || std::strcmp(confdir, kProtectedCopy) == 0;
+    const bool secret = store_of(confdir) == Store::kCopy;
     constexpr int kFlags = O_CREAT | O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
     Descriptor file(open(path.c_str(), kFlags, secret ? 0600 : 0644));
     return file && file.close();

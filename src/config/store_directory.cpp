@@ -11,7 +11,6 @@
 #include <ctime>
 #include <memory>
 
-#include "config/uci_context.h"
 #include "core/bulk_read.h"
 
 namespace cwmp {
@@ -35,15 +34,18 @@ bool store(int descriptor, std::string_view text, mode_t mode) {
 
 }  // namespace
 
+Store store_of(const char* directory) {
+    const std::string_view name = directory;
+    if (name == kLiveStore) return Store::kLive;
+    if (name == kScratchStore) return Store::kScratch;
+    return name == kOpenCopy || name == kProtectedCopy ? Store::kCopy : Store::kOther;
+}
+
 bool is_trusted_directory(const char* directory) {
-    if (std::strcmp(directory, kLiveStore) == 0) return true;
-    constexpr const char* kOwn[] = {kScratchStore, kOpenCopy, kProtectedCopy};
-    for (const char* own : kOwn) {
-        if (std::strcmp(directory, own) != 0) continue;
-        struct stat status = {};
-        return lstat(directory, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
-    }
-    return true;
+    const Store store = store_of(directory);
+    if (store == Store::kLive || store == Store::kOther) return true;
+    struct stat status = {};
+    return lstat(directory, &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == geteuid();
 }
 
 bool make_store_directory(const char* directory) {

@@ -9,6 +9,20 @@
 
 namespace cwmp {
 
+inline constexpr const char* kLiveStore = "/etc/config";
+inline constexpr const char* kScratchStore = "/tmp/tr069";
+inline constexpr const char* kProfileStore = "/etc/profile.d";
+// The side copies of the mirrored package.
+inline constexpr const char* kOpenCopy = "/tmp/cwmp-config";
+inline constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
+
+// What a directory is, compared by its text in one place. kOther: the profile, or an agent's own.
+enum class Store { kLive, kScratch, kCopy, kOther };
+Store store_of(const char* directory);
+constexpr const char* directory_of(Store live_or_scratch) {
+    return live_or_scratch == Store::kScratch ? kScratchStore : kLiveStore;
+}
+
 // Whether a directory may be used: the scratch store and the side copies lie in /tmp, where anybody can make a
 // name, so they must be real directories of our own user's.
 bool is_trusted_directory(const char* directory);

@@ -61,12 +61,6 @@ uci_ptr pointer_to(uci_package* package, const char* section, const char* option
     return pointer;
 }
 
-// A transaction covers the live store and what repeats it.
-bool is_noted(const char* confdir) {
-    return std::strcmp(confdir, kLiveStore) == 0 || std::strcmp(confdir, kOpenCopy) == 0 ||
-           std::strcmp(confdir, kProtectedCopy) == 0;
-}
-
 std::string staged_file(const uci_context* context, const char* package) {
     return std::string(context->savedir) + '/' + package;
 }
@@ -76,10 +70,12 @@ std::string staged_file(const uci_context* context, const char* package) {
 bool is_uci_value(const char* value) { return uci_validate_text(value); }
 
 UciContext::UciContext(const char* confdir)
-    : confdir_(confdir != nullptr ? confdir : kLiveStore), context_(uci_alloc_context()) {
+    : confdir_(confdir != nullptr ? confdir : kLiveStore),
+      store_(store_of(confdir_)),
+      context_(uci_alloc_context()) {
     if (context_ == nullptr || confdir == nullptr) return;
     uci_set_confdir(context_.get(), confdir);
-    if (std::strcmp(confdir, kLiveStore) != 0) use_private_save_directory(context_.get(), confdir);
+    if (store_ != Store::kLive) use_private_save_directory(context_.get(), confdir);
 }
 
 UciContext::UciContext(const char* confdir, const char* savedir)
@@ -100,7 +96,8 @@ bool UciContext::load_to_change(const char* package) {
     struct stat staged = {};
     if (package == nullptr || !is_uci_package(package)) return false;
     if (stat(staged_file(context_.get(), package).c_str(), &staged) == 0) staged_ = staged.st_size;
-    noting_ = transaction::is_running() && is_noted(confdir_);
+    // A transaction covers the live store and what repeats it.
+    noting_ = transaction::is_running() && (store_ == Store::kLive || store_ == Store::kCopy);
     context_->flags = static_cast<uci_flags>(context_->flags | UCI_FLAG_SAVED_DELTA);
     package_ = load_anew(context_.get(), package);
     return is_loaded();

@@ -31,13 +31,6 @@ struct uci_section;
 
 namespace cwmp {
 
-inline constexpr const char* kLiveStore = "/etc/config";
-inline constexpr const char* kScratchStore = "/tmp/tr069";
-inline constexpr const char* kProfileStore = "/etc/profile.d";
-// The side copies of the mirrored package.
-inline constexpr const char* kOpenCopy = "/tmp/cwmp-config";
-inline constexpr const char* kProtectedCopy = "/tmp/cwmp-config-force";
-
 // Whether a value can be stored: libuci does not read control characters back.
 bool is_uci_value(const char* value);
 
@@ -97,6 +90,7 @@ class UciContext {
     void forget_staged(Caller caller);
 
     const char* confdir_ = kLiveStore;
+    Store store_ = Store::kLive;
     StoreLock lock_;  // given back when the package is no longer in memory
     OwnedContext context_;
     uci_package* package_ = nullptr;

@@ -33,6 +33,10 @@
 #define FORWARD(name, target) \
     HANDLER(target);          \
     HANDLER(name) { return target(op, args); }
+// The same by a block, which gets that handler and what follows it: THROUGH(NAME, block, HANDLER_OF_ANOTHER_FILE).
+#define THROUGH(name, block, target, ...) \
+    HANDLER(target);                      \
+    PARAMETER(name, block, target __VA_OPT__(, ) __VA_ARGS__)
 #define ALIAS(name, target) HANDLER(name) __attribute__((alias(#target)));
 
 namespace cwmp {

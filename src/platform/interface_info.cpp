@@ -1,4 +1,6 @@
 // The platform kind and the names of the wireless interfaces, from the device profile.
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "config/store.h"
@@ -13,14 +15,41 @@ cwmp_interface_info* interface_info = &interface_data;
 cwmp_interface_info* _interface_info = &_interface_data;
 
 namespace cwmp {
+namespace {
+
+constexpr const char* kSection = "interfaceinfo";
+
+// What the profile calls each interface, and its name where the profile tells none.
+constexpr struct WirelessInterface {
+    char option[14];
+    char usual[6];
+    InterfaceField field;
+} kInterfaces[] = {
+    {"wifi_2_4G", "ath0", &cwmp_interface_info::wifi_2_4G},
+    {"wifi_5G", "ath1", &cwmp_interface_info::wifi_5G},
+    {"guest_2_4G", "ath01", &cwmp_interface_info::guest_2_4G},
+    {"guest_5G", "ath11", &cwmp_interface_info::guest_5G},
+    {"backhaul_2_4G", "ath02", &cwmp_interface_info::backhaul_2_4G},
+    {"backhaul_5G", "ath12", &cwmp_interface_info::backhaul_5G},
+};
+
+const WirelessInterface& row_of(InterfaceField field) {
+    return *std::find_if(std::begin(kInterfaces), std::end(kInterfaces),
+                         [&](const auto& row) { return row.field == field; });
+}
+
+}  // namespace
 
 std::optional<std::string> profile_option(const char* option) {
-    return read_option(Section{"profile", "interfaceinfo"} / option, kProfileStore);
+    return read_option(Section{"profile", kSection} / option, kProfileStore);
 }
 
-std::string interface_name(const char* option, const char* missing) {
-    return profile_option(option).value_or(missing);
+std::string interface_name(InterfaceField field) {
+    const auto& row = row_of(field);
+    return profile_option(row.option).value_or(row.usual);
 }
+
+const char* usual_interface_name(InterfaceField field) { return row_of(field).usual; }
 
 }  // namespace cwmp
 
@@ -34,11 +63,11 @@ int cpe_type() {
 
 int initialize_interface_info(cwmp_interface_info* info) {
     info->cpeType = cpe_type();
-    cwmp::copy_to_field(info->wifi_2_4G, cwmp::interface_name("wifi_2_4G", "ath0"));
-    cwmp::copy_to_field(info->wifi_5G, cwmp::interface_name("wifi_5G", "ath1"));
-    cwmp::copy_to_field(info->guest_2_4G, cwmp::interface_name("guest_2_4G", "ath01"));
-    cwmp::copy_to_field(info->guest_5G, cwmp::interface_name("guest_5G", "ath11"));
-    cwmp::copy_to_field(info->backhaul_2_4G, cwmp::interface_name("backhaul_2_4G", "ath02"));
-    cwmp::copy_to_field(info->backhaul_5G, cwmp::interface_name("backhaul_5G", "ath12"));
+    cwmp::UciContext profile(cwmp::kProfileStore);
+    if (profile) profile.load("profile");
+    for (const auto& row : cwmp::kInterfaces) {
+        const auto name = cwmp::read_option(profile, cwmp::kSection, row.option);
+        cwmp::copy_to_field(info->*row.field, name.value_or(row.usual));
+    }
     return 0;
 }

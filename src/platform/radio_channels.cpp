@@ -51,8 +51,8 @@ bool same_number(const std::string& entry, const char* value) {
 int radio_channels(int op, char* value, const int* locate, int band, bool frequencies) {
     // Reports as the exported call does.
     const Caller caller = {"GetRadioInfo", __LINE__};
-    const std::string radio_2g = interface_name("wifi_2_4G", "ath0");
-    const std::string radio_5g = interface_name("wifi_5G", "ath1");
+    const std::string radio_2g = interface_name(&cwmp_interface_info::wifi_2_4G);
+    const std::string radio_5g = interface_name(&cwmp_interface_info::wifi_5G);
     const std::string* radio = choose_radio(locate, band, radio_2g, radio_5g);
     if (radio == nullptr) return -1;
     Command pipe(channel_command(*radio));

@@ -60,8 +60,8 @@ struct Interface {
 };
 
 Interface resolve(const char* name) {
-    if (std::strcmp(name, "wifi0") == 0) return {interface_name("wifi_2_4G", "ath0"), true};
-    if (std::strcmp(name, "wifi1") == 0) return {interface_name("wifi_5G", "ath1"), true};
+    if (std::strcmp(name, "wifi0") == 0) return {interface_name(&cwmp_interface_info::wifi_2_4G), true};
+    if (std::strcmp(name, "wifi1") == 0) return {interface_name(&cwmp_interface_info::wifi_5G), true};
     return {name};
 }
 

@@ -1,7 +1,5 @@
 #include "handlers/blocks/option.h"
 
-#include <cstring>
-
 #include "core/refusal.h"
 
 namespace cwmp {
@@ -14,8 +12,8 @@ int fail(Caller caller, const char* event) {
 bool write(const Option& parameter, const std::string& text) {
     if (parameter.at.package == nullptr) return true;
     // Changes of the live store are subject to the mirror policy.
-    return std::strcmp(parameter.store, kLiveStore) == 0 ? write_option(parameter.at, text)
-                                                         : write_option(parameter.at, text, parameter.store);
+    return parameter.store == Store::kLive ? write_option(parameter.at, text)
+                                           : write_option(parameter.at, text, kScratchStore);
 }
 
 }  // namespace
@@ -23,7 +21,7 @@ bool write(const Option& parameter, const std::string& text) {
 int option(const GetArguments& get, const Option& parameter, const OptionEvents& events, Caller caller) {
     if (parameter.secret) return get.answer("");
     if (parameter.at.package == nullptr) return get.answer(parameter.missing);
-    const auto stored = read_option(parameter.at, parameter.store);
+    const auto stored = read_option(parameter.at, directory_of(parameter.store));
     if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
     return get.answer(stored ? stored->c_str() : parameter.missing);
 }

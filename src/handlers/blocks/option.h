@@ -10,7 +10,7 @@ namespace cwmp {
 
 struct Option {
     OptionPath at = {};  // no package: a fixed value, missing; a SET is checked and raises its flags
-    const char* store = kLiveStore;
+    Store store = Store::kLive;
     const char* missing = "";            // the answer when the option cannot be read
     Check accepts = nullptr;             // null: any text, stored as it comes
     unsigned int apply = 0;              // the service groups that a SET raises

@@ -8,14 +8,14 @@ namespace cwmp {
 
 int test_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     Option stored = parameter;
-    stored.store = kScratchStore;
+    stored.store = Store::kScratch;
     return option(op, args, stored, events, caller);
 }
 
 int test_result(int op, Arguments args, const char* package, const char* section, const char* option,
                 const char* missing) {
     return read_only_option(op, args,
-                            {.at = {package, section, option}, .store = kScratchStore, .missing = missing});
+                            {.at = {package, section, option}, .store = Store::kScratch, .missing = missing});
 }
 
 int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running,

@@ -21,6 +21,7 @@ namespace {
 constexpr Section kScan{kDiagnosticsPackage, "NeighboringWiFi"};
 constexpr const char* kCellType = "Cell";
 constexpr int kMostCells = 15;
+constexpr auto cell_option = WiFi_NeighboringWiFi_Param_Get;
 constexpr const char* kLog24 = "/tmp/tr069/NeighboringWiFi_2_4G_log";
 constexpr const char* kLog5 = "/tmp/tr069/NeighboringWiFi_5G_log";
 
@@ -177,24 +178,20 @@ PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Radio, row_text, frequency_band)
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Mode, row_text, mode)
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards, row_text, standards)
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel, row_text, extension_channel)
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SSID, WiFi_NeighboringWiFi_Param_Get, "SSID")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID, WiFi_NeighboringWiFi_Param_Get, "BSSID")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, WiFi_NeighboringWiFi_Param_Get,
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SSID, cell_option, "SSID")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID, cell_option, "BSSID")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, cell_option,
           "SupportedDataTransferRates")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards, WiFi_NeighboringWiFi_Param_Get,
-          "OperatingStandards")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth, WiFi_NeighboringWiFi_Param_Get,
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards, cell_option, "OperatingStandards")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth, cell_option,
           "OperatingChannelBandwidth")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Channel, WiFi_NeighboringWiFi_Param_Get, "Channel")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength, WiFi_NeighboringWiFi_Param_Get,
-          "SignalStrength")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Noise, WiFi_NeighboringWiFi_Param_Get, "Noise")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled, WiFi_NeighboringWiFi_Param_Get,
-          "SecurityMode")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode, WiFi_NeighboringWiFi_Param_Get,
-          "EncryptionMode")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod, WiFi_NeighboringWiFi_Param_Get, "DTIMPeriod")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod, WiFi_NeighboringWiFi_Param_Get, "BeaconPeriod")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Channel, cell_option, "Channel")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength, cell_option, "SignalStrength")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Noise, cell_option, "Noise")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled, cell_option, "SecurityMode")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode, cell_option, "EncryptionMode")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod, cell_option, "DTIMPeriod")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod, cell_option, "BeaconPeriod")
 
 ALIAS(X_QM_NeighboringWiFiDiagnostic_DiagnosticsState, WiFi_NeighboringWiFiDiagnostic_DiagnosticsState)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries,

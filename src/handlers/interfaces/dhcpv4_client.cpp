@@ -11,11 +11,6 @@
 
 using namespace cwmp;
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress);
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask);
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway);
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DNSServers);
-
 namespace {
 
 constexpr int kClients = 2;
@@ -82,8 +77,8 @@ PARAMETER(DHCPv4_Client_Alias, numbered, kClients, alias)
 PARAMETER(DHCPv4_Client_Interface, numbered, kClients, ip_interface)
 PARAMETER(DHCPv4_Client_Status, numbered, kClients, client_status)
 PARAMETER(DHCPv4_Client_DHCPStatus, numbered, kClients, dhcp_status)
-PARAMETER(DHCPv4_Client_IPAddress, lease, WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress)
-PARAMETER(DHCPv4_Client_SubnetMask, lease, WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask)
-PARAMETER(DHCPv4_Client_IPRouters, lease, WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway)
-PARAMETER(DHCPv4_Client_DNSServers, lease, WANDevice_WANConnectionDevice_WANIPConnection_DNSServers)
+THROUGH(DHCPv4_Client_IPAddress, lease, WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress)
+THROUGH(DHCPv4_Client_SubnetMask, lease, WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask)
+THROUGH(DHCPv4_Client_IPRouters, lease, WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway)
+THROUGH(DHCPv4_Client_DNSServers, lease, WANDevice_WANConnectionDevice_WANIPConnection_DNSServers)
 PARAMETER(DHCPv4_Client_PassthroughEnable, constant, "0")

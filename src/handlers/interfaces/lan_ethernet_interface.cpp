@@ -5,16 +5,8 @@
 
 using namespace cwmp;
 
-HANDLER(Ethernet_Interface_Enable);
 HANDLER(Ethernet_Interface_Status);
-HANDLER(Ethernet_Interface_Name);
-HANDLER(Ethernet_Interface_MACAddress);
 HANDLER(Ethernet_Interface_MaxBitRate);
-HANDLER(Ethernet_Interface_DuplexMode);
-HANDLER(Ethernet_Interface_Stats_BytesSent);
-HANDLER(Ethernet_Interface_Stats_BytesReceived);
-HANDLER(Ethernet_Interface_Stats_PacketsSent);
-HANDLER(Ethernet_Interface_Stats_PacketsReceived);
 
 namespace {
 
@@ -34,20 +26,20 @@ std::string rate_or_auto(std::string_view rate) { return rate == "-1" ? "Auto" :
 }  // namespace
 
 PARAMETER(LANDevice_LANEthernetInterfaceNumberOfEntries, constant, "2")
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Enable, lan_port, Ethernet_Interface_Enable)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Enable, lan_port, Ethernet_Interface_Enable)
 HANDLER(LANDevice_LANEthernetInterfaceConfig_Status) {
     return reword(args, lan_port(op, args, Ethernet_Interface_Status), up_or_no_link);
 }
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Name, lan_port, Ethernet_Interface_Name)
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_MACAddress, lan_port, Ethernet_Interface_MACAddress)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Name, lan_port, Ethernet_Interface_Name)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_MACAddress, lan_port, Ethernet_Interface_MACAddress)
 HANDLER(LANDevice_LANEthernetInterfaceConfig_MaxBitRate) {
     return reword(args, lan_port(op, args, Ethernet_Interface_MaxBitRate), rate_or_auto);
 }
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_DuplexMode, lan_port, Ethernet_Interface_DuplexMode)
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent, lan_port, Ethernet_Interface_Stats_BytesSent)
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived, lan_port,
-          Ethernet_Interface_Stats_BytesReceived)
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent, lan_port,
-          Ethernet_Interface_Stats_PacketsSent)
-PARAMETER(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived, lan_port,
-          Ethernet_Interface_Stats_PacketsReceived)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_DuplexMode, lan_port, Ethernet_Interface_DuplexMode)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent, lan_port, Ethernet_Interface_Stats_BytesSent)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived, lan_port,
+        Ethernet_Interface_Stats_BytesReceived)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent, lan_port,
+        Ethernet_Interface_Stats_PacketsSent)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived, lan_port,
+        Ethernet_Interface_Stats_PacketsReceived)

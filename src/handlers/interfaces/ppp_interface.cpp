@@ -10,8 +10,6 @@ using namespace cwmp::interfaces;
 
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_Enable);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize);
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress);
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway);
 HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers);
 
 namespace {
@@ -64,10 +62,10 @@ PARAMETER(PPP_Interface_IPv6CPEnable, constant, "0")
 PARAMETER(PPP_Interface_PPPoE_ACName, account, {Object::Ppp, "pppoe", "ac", service_name})
 PARAMETER(PPP_Interface_PPPoE_ServiceName, account, {Object::Ppp, "pppoe", "service", service_name})
 
-PARAMETER(PPP_Interface_IPCP_LocalIPAddress, ipcp_address,
-          WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress)
-PARAMETER(PPP_Interface_IPCP_RemoteIPAddress, ipcp_address,
-          WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway)
+THROUGH(PPP_Interface_IPCP_LocalIPAddress, ipcp_address,
+        WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress)
+THROUGH(PPP_Interface_IPCP_RemoteIPAddress, ipcp_address,
+        WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway)
 HANDLER(PPP_Interface_IPCP_DNSServers) {
     const int code = ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers,
                                {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS, address_or_none});

@@ -2,7 +2,6 @@
 // X_QM_MultiSSID.
 #include "core/refusal.h"
 #include "cwmp/wireless.h"
-#include "handlers/wifi/associated_device.h"
 #include "handlers/wifi/client_table.h"
 
 using namespace cwmp;
@@ -54,26 +53,16 @@ READ_ONLY(WiFi_AccessPoint_AssociatedDevice_OperatingStandard) {
     return get.answer(mode ? read_option(network->radio->at("ax_hwmode")).value_or(*mode) : "");
 }
 
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Retransmissions, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
-          "retransmission")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsReceived,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rx_pkt")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsSent,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "tx_pkt")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesReceived,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rx_byte")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesSent, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
-          "tx_byte")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_ErrorsSent, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
-          "errors_sent")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetransCount,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "retrans_count")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_FailedRetransCount,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "failed_retrans_count")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetryCount, WLANConfiguration_AssociatedDevice_LinkInfo_Get,
-          "retry_count")
-PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_MultipleRetryCount,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "multiple_retry_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Retransmissions, main_client, "retransmission")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsReceived, main_client, "rx_pkt")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_PacketsSent, main_client, "tx_pkt")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesReceived, main_client, "rx_byte")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_BytesSent, main_client, "tx_byte")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_ErrorsSent, main_client, "errors_sent")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetransCount, main_client, "retrans_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_FailedRetransCount, main_client, "failed_retrans_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_RetryCount, main_client, "retry_count")
+PARAMETER(WiFi_AccessPoint_AssociatedDevice_Stats_MultipleRetryCount, main_client, "multiple_retry_count")
 
 FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDeviceNumberOfEntries,
         LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries)
@@ -83,28 +72,20 @@ FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_IPAddress,
         LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress)
 ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_OperatingStandard,
       WiFi_AccessPoint_AssociatedDevice_OperatingStandard)
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "authentication_state")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Retransmissions,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "retransmission")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsReceived,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rx_pkt")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsSent,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "tx_pkt")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesReceived,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rx_byte")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesSent,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "tx_byte")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_ErrorsSent,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "errors_sent")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetransCount,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "retrans_count")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_FailedRetransCount,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "failed_retrans_count")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetryCount,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "retry_count")
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_MultipleRetryCount,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "multiple_retry_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState, guest_client,
+          "authentication_state")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Retransmissions, guest_client, "retransmission")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsReceived, guest_client, "rx_pkt")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsSent, guest_client, "tx_pkt")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesReceived, guest_client, "rx_byte")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_BytesSent, guest_client, "tx_byte")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_ErrorsSent, guest_client, "errors_sent")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetransCount, guest_client, "retrans_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_FailedRetransCount, guest_client,
+          "failed_retrans_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_RetryCount, guest_client, "retry_count")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_MultipleRetryCount, guest_client,
+          "multiple_retry_count")
 FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataDownlinkRate,
         LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate)
 FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_LastDataUplinkRate,

@@ -1,7 +1,5 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.AssociatedDevice.{i}. and its copy for the guest
 // networks, under MultiSSID.
-#include "handlers/wifi/associated_device.h"
-
 #include "core/refusal.h"
 #include "cwmp/wireless.h"
 #include "handlers/wifi/client_table.h"
@@ -40,22 +38,17 @@ PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceName, Get
           "hostname")
 PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceIPAddress, client_option, kMainPair,
           "ip")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "LastDataUplinkRate")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "LastDataDownlinkRate")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkRxRate,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rxrate")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkTxRate,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "txrate")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Min,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi_min")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Max,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "rssi_max")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceAuthenticationState,
-          WLANConfiguration_AssociatedDevice_LinkInfo_Get, "authentication_state")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate, main_client,
+          "LastDataUplinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate, main_client,
+          "LastDataDownlinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkRxRate, main_client, "rxrate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkTxRate, main_client, "txrate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI, main_client, "rssi")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Min, main_client, "rssi_min")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI_Max, main_client, "rssi_max")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceAuthenticationState, main_client,
+          "authentication_state")
 ALIAS(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_SignalStrength,
       LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI)
 
@@ -64,21 +57,16 @@ PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDevic
           kGuestPair, "mac")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress, client_option,
           kGuestPair, "ip")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "LastDataUplinkRate")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "LastDataDownlinkRate")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rxrate")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "txrate")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi_min")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "rssi_max")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate, guest_client,
+          "LastDataUplinkRate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate, guest_client,
+          "LastDataDownlinkRate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkRxRate, guest_client, "rxrate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate, guest_client, "txrate")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI, guest_client, "rssi")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min, guest_client, "rssi_min")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max, guest_client, "rssi_max")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceAuthenticationState,
-          MultiSSID_AssociatedDevice_LinkInfo_Get, "authentication_state")
+          guest_client, "authentication_state")
 ALIAS(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_SignalStrength,
       LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI)

@@ -4,6 +4,7 @@
 #include "config/numbered_rows.h"
 #include "core/handler.h"
 #include "core/log.h"
+#include "cwmp/wireless.h"
 #include "handlers/wifi/selection.h"
 
 namespace cwmp {
@@ -29,6 +30,10 @@ int answer_client(const GetArguments& get, std::optional<int> client, const char
 // GET of one option of a client. locate holds network and client, and becomes {1, network, client}.
 int client_option(int op, Arguments args, const NetworkPair& networks, const char* option,
                   Caller caller = Caller::here());
+
+// The same of either pair, under the exported names that the logs know.
+inline constexpr auto main_client = WLANConfiguration_AssociatedDevice_LinkInfo_Get;
+inline constexpr auto guest_client = MultiSSID_AssociatedDevice_LinkInfo_Get;
 
 // GET of the number of clients on the network of the pair that locate[1], or locate[0] alone, selects.
 int client_count(int op, Arguments args, const NetworkPair& networks);

@@ -72,7 +72,7 @@ int network_status(int op, Arguments args) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return kRefused;
-    return band_status(op, args, {"wifi", network->section}, *network->radio);
+    return band_status(op, args, network->section, *network->radio);
 }
 
 }  // namespace cwmp

@@ -14,8 +14,7 @@ constexpr const char* kNoWep = " error: No support Security WEP\n\n";
 // The interface under its profile name; any number that is no network's means the first.
 std::string interface_of(int number) {
     const auto* network = network_by_number(number);
-    if (network == nullptr) return network_by_number(1)->interface;
-    return interface_name(network->profile_name, network->interface);
+    return network != nullptr ? interface_name(network->field) : usual_interface_name(kRadio2G.main);
 }
 
 }  // namespace

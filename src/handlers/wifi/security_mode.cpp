@@ -70,14 +70,14 @@ bool store_mode(const char* network, std::string_view name) {
 }
 
 int set_mode(const SetArguments& set, Caller /*caller*/) {
-    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]), set.value()))
+    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]).section, set.value()))
         return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }
 
 int answer_mode(const GetArguments& get) {
-    const Section network{"wifi", network_section(get.locate()[0])};
+    const Section network = network_section(get.locate()[0]);
     if (read_option(network / "encryption") == "0") return get.answer(kOpen);
     const auto type = read_option(network / "enc_type");
     if (!type) return get.answer(kMixed);

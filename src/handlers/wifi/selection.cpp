@@ -30,10 +30,10 @@ constexpr Radio kRadio5G = {.section = "radio_5g",
 namespace {
 
 constexpr Network kNetworks[] = {
-    {&kRadio2G, kMainNetwork.section, "ath0", "wifi_2_4G", kRadio2G.main},
-    {&kRadio2G, kGuestNetwork.section, "ath01", "guest_2_4G", kRadio2G.guest},
-    {&kRadio5G, kMainNetwork.section, "ath1", "wifi_5G", kRadio5G.main},
-    {&kRadio5G, kGuestNetwork.section, "ath11", "guest_5G", kRadio5G.guest},
+    {&kRadio2G, kMainNetwork, kRadio2G.main},
+    {&kRadio2G, kGuestNetwork, kRadio2G.guest},
+    {&kRadio5G, kMainNetwork, kRadio5G.main},
+    {&kRadio5G, kGuestNetwork, kRadio5G.guest},
 };
 
 }  // namespace
@@ -67,9 +67,7 @@ const Network* network_by_number(int number) {
 
 bool is_main_network(int number) { return number == 1 || number == 3 || number == 5; }
 
-const char* network_section(int number) {
-    return is_main_network(number) ? kMainNetwork.section : kGuestNetwork.section;
-}
+Section network_section(int number) { return is_main_network(number) ? kMainNetwork : kGuestNetwork; }
 
 const char* current_interface(InterfaceField field) {
     initialize_interface_info(interface_info);

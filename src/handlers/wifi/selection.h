@@ -4,11 +4,9 @@
 
 #include "config/store.h"
 #include "core/handler.h"
-#include "cwmp/platform.h"
+#include "platform/profile.h"
 
 namespace cwmp {
-
-using InterfaceField = char (cwmp_interface_info::*)[CWMP_INTERFACE_NAME_SIZE];
 
 struct Radio {
     const char* section;      // in package wifi; also an option of the device profile
@@ -33,12 +31,10 @@ extern const Radio kRadio5G;
 // The main or the guest network of one radio.
 struct Network {
     const Radio* radio;
-    const char* section;       // in package wifi, shared by both bands
-    const char* interface;     // as the driver names it, whatever the profile says
-    const char* profile_name;  // the profile's option for the interface
+    Section section;  // shared by both bands
     InterfaceField field;
 
-    constexpr OptionPath at(const char* option) const { return {"wifi", section, option}; }
+    constexpr OptionPath at(const char* option) const { return section / option; }
     bool is_guest() const;
 };
 
@@ -65,7 +61,7 @@ int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller = C
 const Network* network_by_number(int number);
 // For pass phrases and security: 1, 3 and 5 are the main network, any other number is the guest network.
 bool is_main_network(int number);
-const char* network_section(int number);
+Section network_section(int number);
 
 // The profile's current name of a wireless interface, valid until the next call. Brings the platform record
 // up to date.

@@ -38,7 +38,7 @@ HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
     const int number = locate_of(args)[0];
     const bool is_network = number >= 1 && number <= kLastNumber;
     return option(op, args,
-                  {.at = {is_network ? "wifi" : nullptr, network_section(number), "password"},
+                  {.at = is_network ? network_section(number) / "password" : OptionPath{},
                    .accepts = pass_phrase,
                    .apply = CWMP_APPLY_WIRELESS,
                    .secret = true},
@@ -61,7 +61,8 @@ FORWARD(LANDevice_WLANConfiguration_WPS_Enable, X_QM_MeshFeature_Host_WPS_Enable
 READ_ONLY(LANDevice_WLANConfiguration_BSSID) {
     const auto* network = network_by_number(get.locate()[0]);
     if (network == nullptr) return get.answer("0:0:0:0:0:0");
-    const auto command = formatted("ifconfig %s | grep HWaddr | awk  '{print $5}'", network->interface);
+    const auto command =
+        formatted("ifconfig %s | grep HWaddr | awk  '{print $5}'", usual_interface_name(network->field));
     return get.answer(first_line({command.c_str(), kLongLine, "Failed to popen\n"}).value_or("MAC_BLANK"));
 }
 
@@ -69,7 +70,7 @@ HANDLER(LANDevice_WLANConfiguration_Enable) {
     const auto* network = network_by_number(locate_of(op, args)[0]);
     if (network == nullptr) return kRefused;
     return network_switch(op, args,
-                          {.network = {"wifi", network->section},
+                          {.network = network->section,
                            .radio = *network->radio,
                            .replaces_default = true,
                            .can_be_all_off = network->is_guest(),
