@@ -1,7 +1,6 @@
 // What a transaction notes of a package before it is changed, and how that comes back.
 #include <uci.h>
 
-#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>

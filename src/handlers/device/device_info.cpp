@@ -63,10 +63,8 @@ PARAMETER(DeviceInfo_AdditionalHardwareVersion, constant, "")
 PARAMETER(DeviceInfo_AdditionalSoftwareVersion, constant, "")
 PARAMETER(DeviceInfo_SpecVersion, constant, "1.0")
 
-HANDLER(DeviceInfo_ProvisioningCode) {
-    return option(op, args,
-                  {.at = {"custom", "DeviceInfo", "ProvisioningCode"}, .write_failure_is_done = true});
-}
+PARAMETER(DeviceInfo_ProvisioningCode, option,
+          {.at = {"custom", "DeviceInfo", "ProvisioningCode"}, .write_failure_is_done = true})
 
 HANDLER(DeviceInfo_FirstUseDate) {
     if (op != CWMP_OP_GET) return REFUSE("Get FirstUseDate error\n");
@@ -79,10 +77,8 @@ HANDLER(DeviceInfo_DeviceLog) {
     return constant(op, args, "");
 }
 
-HANDLER(DeviceInfo_UpTime) {
-    return command_line(
-        op, args, {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"});
-}
+PARAMETER(DeviceInfo_UpTime, command_line,
+          {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"})
 
 namespace {
 
@@ -106,10 +102,8 @@ int memory_status(int op, Arguments args, const char* key, Caller caller = Calle
 PARAMETER(DeviceInfo_MemoryStatus_Total, memory_status, "MemTotal")
 PARAMETER(DeviceInfo_MemoryStatus_Free, memory_status, "MemFree")
 
-HANDLER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries) {
-    return command_line(
-        op, args, {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"});
-}
+PARAMETER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries, command_line,
+          {"ps | sed '1d' | sed -n '$='", kShortLine, "Failed to get  ProcessNumberOfEntries\n"})
 
 READ_ONLY(DeviceInfo_ProcessStatus_CPUUsage) {
     constexpr int kIdleWhenUnknown = 95;

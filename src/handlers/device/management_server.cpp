@@ -102,10 +102,8 @@ HANDLER(ManagementServer_EnableCWMP) {
     return server_setting(op, args, "ENABLE cwmp, val", setting);
 }
 
-HANDLER(ManagementServer_PeriodicInformEnable) {
-    return server_setting(op, args, "cwmp, peridicInformEnable val",
-                          {.at = kInfo / "inform_enable", .missing = "1", .accepts = zero_or_one});
-}
+PARAMETER(ManagementServer_PeriodicInformEnable, server_setting, "cwmp, peridicInformEnable val",
+          {.at = kInfo / "inform_enable", .missing = "1", .accepts = zero_or_one})
 PARAMETER(ManagementServer_PeriodicInformInterval, server_setting, "cwmp, peridicInformInterval val",
           {.at = kInfo / "inform_interval"})
 HANDLER(ManagementServer_PeriodicInformTime) {
@@ -128,10 +126,8 @@ HANDLER(ManagementServer_ConnectionRequestURL) {
 }
 PARAMETER(ManagementServer_ConnectionRequestUsername, server_setting, "cwmp, ConnectionRequestUsername val",
           {.at = kInfo / "conn_username"})
-HANDLER(ManagementServer_ConnectionRequestPassword) {
-    return server_setting(op, args, "cwmp, ConnectionRequestPassword val",
-                          {.at = kInfo / "conn_password", .secret = true});
-}
+PARAMETER(ManagementServer_ConnectionRequestPassword, server_setting, "cwmp, ConnectionRequestPassword val",
+          {.at = kInfo / "conn_password", .secret = true})
 
 // Writable, without effect.
 PARAMETER(ManagementServer_KickURL, tolerant_constant, "")
@@ -178,9 +174,8 @@ HANDLER(ManagementServer_STUNMinimumKeepAlivePeriod) {
     return stun_setting(op, args, "MinKeepPeriod", "10");
 }
 
-HANDLER(ManagementServer_ConnReqXMPPConnection) {
-    return option(op, args, {.missing = kXmppConnection, .accepts = the_connection});
-}
+PARAMETER(ManagementServer_ConnReqXMPPConnection, option,
+          {.missing = kXmppConnection, .accepts = the_connection})
 PARAMETER(ManagementServer_ConnReqAllowedJabberIDs, option,
           {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP})
 FORWARD(ManagementServer_ConnReqJabberID, XMPP_Connection_JabberID)

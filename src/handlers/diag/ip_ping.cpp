@@ -64,18 +64,14 @@ HANDLER(IPPingDiagnostics_ProtocolVersion) {
     return answer(args, name);
 }
 
-HANDLER(IPPingDiagnostics_NumberOfRepetitions) {
-    return test_option(
-        op, args, {.at = kPing / "NumberOfRepetitions", .missing = "3", .accepts = numeric_text<1, INT_MAX>});
-}
+PARAMETER(IPPingDiagnostics_NumberOfRepetitions, test_option,
+          {.at = kPing / "NumberOfRepetitions", .missing = "3", .accepts = numeric_text<1, INT_MAX>})
 
 PARAMETER(IPPingDiagnostics_Timeout, test_option,
           {.at = kPing / "Timeout", .missing = "100", .accepts = timeout_text})
 
-HANDLER(IPPingDiagnostics_DataBlockSize) {
-    return test_option(op, args,
-                       {.at = kPing / "DataBlockSize", .missing = "38", .accepts = numeric_text<1, 65535>});
-}
+PARAMETER(IPPingDiagnostics_DataBlockSize, test_option,
+          {.at = kPing / "DataBlockSize", .missing = "38", .accepts = numeric_text<1, 65535>})
 
 PARAMETER(IPPingDiagnostics_SuccessCount, test_result, kPing / "SuccessCount")
 PARAMETER(IPPingDiagnostics_FailureCount, test_result, kPing / "FailureCount")

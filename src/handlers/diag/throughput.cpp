@@ -108,10 +108,8 @@ PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadDiagnosticsMaxConnections, test
           "7")
 PARAMETER(IP_Diagnostics_UploadDiagnostics_NumberOfConnections, connections, kUpload)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_TimeBasedTestDuration, duration, kUpload)
-HANDLER(IP_Diagnostics_UploadDiagnostics_TestFileLength) {
-    return setting(op, args, kUpload,
-                   {.at = kUpload / "file_len", .missing = "0", .accepts = wrapping_number});
-}
+PARAMETER(IP_Diagnostics_UploadDiagnostics_TestFileLength, setting, kUpload,
+          {.at = kUpload / "file_len", .missing = "0", .accepts = wrapping_number})
 PARAMETER(IP_Diagnostics_UploadDiagnostics_ROMTime, test_result, kUpload / "rom")
 PARAMETER(IP_Diagnostics_UploadDiagnostics_BOMTime, test_result, kUpload / "bom")
 PARAMETER(IP_Diagnostics_UploadDiagnostics_EOMTime, test_result, kUpload / "eom")

@@ -72,37 +72,28 @@ int libdiagnostics_startTraceRoute() {
 }
 
 // The state stays as it is until the run begins.
-HANDLER(IP_Diagnostics_TraceRoute_DiagnosticsState) {
-    return test_state(op, args, kTrace / "DiagnosticsState", kTrace / "last_trace_status",
-                      {.accepts = requested, .apply = CWMP_APPLY_TRACE_ROUTE});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_DiagnosticsState, test_state, kTrace / "DiagnosticsState",
+          kTrace / "last_trace_status", {.accepts = requested, .apply = CWMP_APPLY_TRACE_ROUTE})
 
 PARAMETER(IP_Diagnostics_TraceRoute_Interface, test_option, {.at = kTrace / "Interface", .accepts = device})
 
 PARAMETER(IP_Diagnostics_TraceRoute_ProtocolVersion, constant, "IPv4")
 
-HANDLER(IP_Diagnostics_TraceRoute_Host) {
-    return test_option(op, args, {.at = kTrace / "Host", .accepts = at_most<kLongestName>},
-                       {.refused = "Out of Range\n\n"});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_Host, test_option,
+          {.at = kTrace / "Host", .accepts = at_most<kLongestName>}, {.refused = "Out of Range\n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_NumberOfTries, test_option,
           {.at = kTrace / "NumberOfTries", .accepts = numeric_text<INT_MIN, 10>})
 
-HANDLER(IP_Diagnostics_TraceRoute_Timeout) {
-    return test_option(op, args, {.at = kTrace / "Timeout", .accepts = numeric_text<1, INT_MAX>},
-                       {.refused = "Out of range \n\n"});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_Timeout, test_option,
+          {.at = kTrace / "Timeout", .accepts = numeric_text<1, INT_MAX>}, {.refused = "Out of range \n\n"})
 
-HANDLER(IP_Diagnostics_TraceRoute_DataBlockSize) {
-    return test_option(op, args, {.at = kTrace / "DataBlockSize", .accepts = numeric_text<1, 65535>},
-                       {.refused = "Out of range \n\n"});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_DataBlockSize, test_option,
+          {.at = kTrace / "DataBlockSize", .accepts = numeric_text<1, 65535>},
+          {.refused = "Out of range \n\n"})
 
-HANDLER(IP_Diagnostics_TraceRoute_MaxHopCount) {
-    return test_option(op, args, {.at = kTrace / "MaxHopCount", .accepts = numeric_text<1, 64>},
-                       {.refused = "Out of range \n\n"});
-}
+PARAMETER(IP_Diagnostics_TraceRoute_MaxHopCount, test_option,
+          {.at = kTrace / "MaxHopCount", .accepts = numeric_text<1, 64>}, {.refused = "Out of range \n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_DSCP, constant, "0")
 PARAMETER(IP_Diagnostics_TraceRoute_ResponseTime, test_result, kTrace / "time", "0")

@@ -32,10 +32,8 @@ std::optional<std::string> address_or_none(const char* value) {
 
 PARAMETER(PPP_InterfaceNumberOfEntries, constant, "1")
 
-HANDLER(PPP_Interface_Enable) {
-    return ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_Enable,
-                     {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE, boolean});
-}
+PARAMETER(PPP_Interface_Enable, ppp_field, WANDevice_WANConnectionDevice_WANPPPConnection_Enable,
+          {CWMP_STAGED_PPPOE, CWMP_PPPOE_ENABLE, boolean})
 PARAMETER(PPP_Interface_Status, value, Object::Ppp, status)
 PARAMETER(PPP_Interface_Alias, value, Object::Ppp, alias)
 PARAMETER(PPP_Interface_Name, value, Object::Ppp, device_name)
@@ -53,10 +51,8 @@ HANDLER(PPP_Interface_Password) {
     return staged_instance(op, args, Object::Ppp,
                            {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_PASSWORD, credential}}});
 }
-HANDLER(PPP_Interface_CurrentMRUSize) {
-    return known_to_connection(op, args, Object::Ppp,
-                               WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize);
-}
+PARAMETER(PPP_Interface_CurrentMRUSize, known_to_connection, Object::Ppp,
+          WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize)
 PARAMETER(PPP_Interface_ConnectionTrigger, constant, "AlwaysOn")
 PARAMETER(PPP_Interface_IPv6CPEnable, constant, "0")
 PARAMETER(PPP_Interface_PPPoE_ACName, account, {Object::Ppp, "pppoe", "ac", service_name})

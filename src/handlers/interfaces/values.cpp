@@ -6,6 +6,7 @@
 #include "cwmp/interface_stack.h"
 #include "cwmp/platform.h"
 #include "handlers/blocks/numbered.h"
+#include "platform/link_commands.h"
 
 namespace cwmp::interfaces {
 
@@ -36,8 +37,7 @@ std::string present(const Instance& instance) { return is_present(instance) ? "1
 
 std::string status(const Instance& instance) {
     if (!is_present(instance)) return "NotPresent";
-    return line_of(formatted("ifconfig %s | grep MTU | awk '{print $1}'", instance.device)) == "UP" ? "Up"
-                                                                                                    : "Down";
+    return line_of(formatted(kFlagsOf, instance.device)) == "UP" ? "Up" : "Down";
 }
 
 std::string device_name(const Instance& instance) { return instance.device; }
@@ -67,21 +67,17 @@ std::string mtu(const Instance& instance) {
 
 std::string mask(const Instance& instance) {
     if (!is_present(instance)) return "";
-    return line_of(formatted("ifconfig %s | grep Mask | awk -F ':' '{print $4}'", instance.device));
+    return line_of(formatted(kMaskOf, instance.device));
 }
 
 std::string address(const Instance& instance) {
     if (!is_present(instance)) return "";
-    return line_of(
-        formatted("ubus call network.interface.%s status | grep '\"address' | awk -F '\"' '{print $4}'",
-                  instance.interface));
+    return line_of(formatted(kAddressOf, instance.interface));
 }
 
 std::string last_change(const Instance& instance) {
     if (!is_present(instance)) return "0";
-    return digits_or_zero(
-        line_of(formatted("ubus call network.interface.%s status | grep uptime | awk -F ':' '{print $2}' ",
-                          instance.interface)));
+    return digits_or_zero(line_of(formatted(kUptimeOf, instance.interface)));
 }
 
 int device_counter(Arguments args, const char* device, const char* word) {

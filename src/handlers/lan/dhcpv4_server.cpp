@@ -1,9 +1,9 @@
 // Device.DHCPv4.Server. and its one pool, without the static addresses.
+#include "config/store.h"
 #include "core/addresses.h"
 #include "core/command.h"
 #include "core/refusal.h"
 #include "cwmp/interface_stack.h"
-#include "handlers/blocks/option.h"
 
 using namespace cwmp;
 

@@ -33,15 +33,12 @@ int required_option(int op, Arguments args, const OptionPath& at, const char* un
 
 }  // namespace
 
-HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress) {
-    return grouped_option(op, args, kLan / "lanip", "get lan ip error\n",
-                          {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS});
-}
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress, grouped_option, kLan / "lanip",
+          "get lan ip error\n", {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS})
 
-HANDLER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask) {
-    return option(op, args, {.at = kLan / "mask", .accepts = ipv4_address},
-                  {.unreadable = "get lan mask error\n", .refused = "the format of ip is wrong \n"});
-}
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask, option,
+          {.at = kLan / "mask", .accepts = ipv4_address},
+          {.unreadable = "get lan mask error\n", .refused = "the format of ip is wrong \n"})
 
 PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingType, read_only_option,
           {.at = {"network", "lan", "proto"}})
@@ -60,20 +57,14 @@ ALIAS(LANDevice_LANHostConfigManagement_IPRouters,
 
 PARAMETER(LANDevice_LANHostConfigManagement_DHCPServerEnable, constant, "1")
 
-HANDLER(LANDevice_LANHostConfigManagement_MinAddress) {
-    return grouped_option(op, args, kDhcpServer / "startIpAddress", " get dhcp startIpAddress error\n\n",
-                          {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS});
-}
+PARAMETER(LANDevice_LANHostConfigManagement_MinAddress, grouped_option, kDhcpServer / "startIpAddress",
+          " get dhcp startIpAddress error\n\n", {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS})
 
-HANDLER(LANDevice_LANHostConfigManagement_MaxAddress) {
-    return grouped_option(op, args, kDhcpServer / "endIpAddress", " get dhcp endIpAddress error\n\n",
-                          {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS});
-}
+PARAMETER(LANDevice_LANHostConfigManagement_MaxAddress, grouped_option, kDhcpServer / "endIpAddress",
+          " get dhcp endIpAddress error\n\n", {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS})
 
-HANDLER(LANDevice_LANHostConfigManagement_DHCPLeaseTime) {
-    return required_option(op, args, kDhcpServer / "dhcpLeaseTime",
-                           " get dhcp_server dhcpLeaseTime error\n\n");
-}
+PARAMETER(LANDevice_LANHostConfigManagement_DHCPLeaseTime, required_option, kDhcpServer / "dhcpLeaseTime",
+          " get dhcp_server dhcpLeaseTime error\n\n")
 
 namespace {
 

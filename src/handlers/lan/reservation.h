@@ -5,7 +5,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 
 #include "core/log.h"
 #include "handlers/blocks/numbered_section.h"

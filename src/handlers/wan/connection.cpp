@@ -2,6 +2,8 @@
 
 #include "core/refusal.h"
 #include "core/text.h"
+#include "handlers/blocks/command_line.h"
+#include "platform/link_commands.h"
 
 namespace cwmp::wan {
 
@@ -46,9 +48,11 @@ std::optional<int> require_connection(const int* locate, Caller caller) {
     return std::nullopt;
 }
 
-int connection_status(int op, Arguments args, const char* command, const char* cannot_start, Caller caller) {
+int connection_status(int op, Arguments args, const char* interface, const char* cannot_start,
+                      Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
-    const auto line = first_line({command, kStateLimit, cannot_start}, caller);
+    const auto command = formatted(kStateOf, interface);
+    const auto line = first_line({command.c_str(), kStateLimit, cannot_start}, caller);
     return line ? answer(args, word_of(*line)) : kRefused;
 }
 

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "core/handler.h"
-#include "handlers/blocks/command_line.h"
 
 namespace cwmp::wan {
 
@@ -15,8 +14,8 @@ int connection_of(const int* locate);
 // The same; nothing, logged under the caller's name, for neither.
 std::optional<int> require_connection(const int* locate, Caller caller = Caller::here());
 
-// A read-only parameter: the state that ubus reports, in TR-098's words.
-int connection_status(int op, Arguments args, const char* command, const char* cannot_start,
+// A read-only parameter: the state that ubus reports of an interface, in TR-098's words.
+int connection_status(int op, Arguments args, const char* interface, const char* cannot_start,
                       Caller caller = Caller::here());
 
 // The two exported name-server calls, which these stand behind.

@@ -29,8 +29,5 @@ PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID, iptv
           {.at = kInfo / "iptv_vid"}, CWMP_IPTV_VLAN_ID)
 PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio, iptv_field,
           {.at = kInfo / "iptv_prio"}, CWMP_IPTV_PRIORITY)
-HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVDesCription) {
-    return constant(
-        op, args,
-        "Valid Parameters: X_QM_IPTVType( bridge/normal );X_QM_IPTVVID(2-4094);X_QM_IPTVPrio(0-7).");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVDesCription, constant,
+          "Valid Parameters: X_QM_IPTVType( bridge/normal );X_QM_IPTVVID(2-4094);X_QM_IPTVPrio(0-7).")

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "config/store.h"
+#include "core/command.h"
 #include "core/refusal.h"
 #include "core/text.h"
 #include "cwmp/platform.h"

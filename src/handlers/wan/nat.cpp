@@ -5,6 +5,7 @@
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/lan_network.h"
 #include "handlers/blocks/option.h"
+#include "platform/link_commands.h"
 
 using namespace cwmp;
 
@@ -18,9 +19,8 @@ READ_ONLY(NAT_InterfaceSetting_Enable) {
 }
 
 READ_ONLY(NAT_InterfaceSetting_Status) {
-    const std::string line =
-        first_line({"ifconfig br-wan | grep MTU | awk '{print $1}'", kLongLine, "Failed to popen\n"})
-            .value_or("");
+    const auto command = formatted(kFlagsOf, "br-wan");
+    const std::string line = first_line({command.c_str(), kLongLine, "Failed to popen\n"}).value_or("");
     std::size_t position = 0;
     return get.answer(next_word(line, position) == "UP" ? "Enabled" : "Disabled");
 }

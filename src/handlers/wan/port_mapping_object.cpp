@@ -1,6 +1,5 @@
 // Adding, deleting and listing port mappings. Both data models share one object.
 #include <algorithm>
-#include <vector>
 
 #include "config/batch.h"
 #include "config/instance_numbers.h"

@@ -5,14 +5,17 @@
 #include "config/store.h"
 #include "core/refusal.h"
 #include "core/shell.h"
+#include "core/text.h"
 #include "cwmp/revert_journal.h"
 #include "cwmp/uci_access.h"
 #include "cwmp/value_checks.h"
 #include "cwmp/wan.h"
 #include "handlers/blocks/accepts.h"
+#include "handlers/blocks/command_line.h"
 #include "handlers/blocks/staged.h"
 #include "handlers/wan/connection.h"
 #include "platform/check_script.h"
+#include "platform/link_commands.h"
 
 using namespace cwmp;
 using namespace cwmp::wan;
@@ -24,14 +27,6 @@ constexpr const char* kNoMac = "0:0:0:0:0:0";
 
 // Those of the internet and of the management connection.
 using Commands = const char* [2];
-constexpr Commands kAddress = {
-    "ubus call network.interface.wan status | grep '\"address' | awk -F '\"' '{print $4}'",
-    "ubus call network.interface.mg status | grep '\"address' | awk -F '\"' '{print $4}'"};
-constexpr Commands kGateway = {
-    "ubus call network.interface.wan status | grep nexthop | awk -F '\"' '{print $4}'",
-    "ubus call network.interface.mg status | grep nexthop | awk -F '\"' '{print $4}'"};
-constexpr Commands kMask = {"ifconfig br-wan | grep Mask | awk -F ':' '{print $4}'",
-                            "ifconfig br-mg | grep Mask | awk -F ':' '{print $4}'"};
 constexpr Commands kMac = {"ifconfig br-wan | grep HWaddr| awk '{print $5}'",
                            "ifconfig br-mg | grep HWaddr| awk '{print $5}'"};
 
@@ -43,6 +38,20 @@ std::optional<std::string> live_value(const int* locate, const char* const comma
     if (line && line->empty()) return missing;
     return line;
 }
+
+// A field of the group of settings, whose live value a command tells.
+int live_field(int op, Arguments args, std::string (*command)(const char* of), const char* internet,
+               const char* management, int field) {
+    if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_WAN, field});
+    const std::string texts[] = {command(internet), command(management)};
+    const char* const commands[] = {texts[0].c_str(), texts[1].c_str()};
+    const GetArguments get(args);
+    return get.answer(live_value(get.locate(), commands, kNoAddress));
+}
+
+std::string address_of(const char* interface) { return formatted(kAddressOf, interface); }
+std::string gateway_of(const char* interface) { return formatted(kGatewayOf, interface); }
+std::string mask_of(const char* device) { return formatted(kMaskOf, device); }
 
 struct StagedName {
     const char* name;
@@ -75,17 +84,15 @@ int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2]
     return kRefused;
 }
 
-HANDLER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime) {
-    return command_line(
-        op, args, {"cat /proc/uptime | awk -F '.' '{print $1}' ", kLongLine, "Failed to get  uptime\n"});
-}
+PARAMETER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime, command_line,
+          {"cat /proc/uptime | awk -F '.' '{print $1}' ", kLongLine, "Failed to get  uptime\n"})
 
-PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, get_StasticOfWAN_by_name, kAddress,
-          kNoAddress, "ExternalIPAddress")
-PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway, get_StasticOfWAN_by_name, kGateway,
-          kNoAddress, "DefaultGateway")
-PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask, get_StasticOfWAN_by_name, kMask,
-          kNoAddress, "SubnetMask")
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, live_field, address_of, "wan",
+          "mg", CWMP_WAN_ADDRESS)
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway, live_field, gateway_of, "wan", "mg",
+          CWMP_WAN_GATEWAY)
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask, live_field, mask_of, "br-wan", "br-mg",
+          CWMP_WAN_MASK)
 
 READ_ONLY(WANDevice_WANConnectionDevice_WANIPConnection_AddressingType) {
     static constexpr const char* kTypes[] = {"None", "Static", "DHCP"};
@@ -97,11 +104,8 @@ READ_ONLY(WANDevice_WANConnectionDevice_WANIPConnection_Name) {
     return number ? get.answer(*number == 1 ? "br-wan" : "br-mg") : kRefused;
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_ConnectionStatus) {
-    return connection_status(
-        op, args, "ubus call network.interface.wan status | grep \"state\" | awk -F ':' '{print $2}' ",
-        "Failed to get wan or mg status\n\n");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ConnectionStatus, connection_status, "wan",
+          "Failed to get wan or mg status\n\n")
 
 HANDLER(WANDevice_WANConnectionDevice_WANIPConnection_DNSServers) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_WAN, CWMP_WAN_DNS_SERVERS});

@@ -3,10 +3,12 @@
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "cwmp/wan.h"
+#include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
 #include "handlers/blocks/staged.h"
 #include "handlers/wan/connection.h"
 #include "platform/check_script.h"
+#include "platform/link_commands.h"
 
 using namespace cwmp;
 using namespace cwmp::wan;
@@ -48,17 +50,13 @@ HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers) {
     return servers ? answer(args, *servers) : kRefused;
 }
 
-HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus) {
-    return connection_status(
-        op, args, "ubus call network.interface.internet status | grep \"state\" | awk -F ':' '{print $2}' ",
-        "Failed to get wan  status\n\n");
-}
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus, connection_status, "internet",
+          "Failed to get wan  status\n\n")
 
 READ_ONLY(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
+    const auto command = formatted(kUptimeOf, "internet");
     const std::string line =
-        first_line({"ubus call network.interface.internet status | grep uptime | awk -F ':' '{print $2}' ",
-                    kLongLine, "Failed to get pppoe uptime\n\n"})
-            .value_or("");
+        first_line({command.c_str(), kLongLine, "Failed to get pppoe uptime\n\n"}).value_or("");
     std::size_t position = 0;
     return get.answer(leading_digits(std::string(next_word(line, position))));
 }

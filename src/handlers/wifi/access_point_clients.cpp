@@ -1,7 +1,6 @@
 // Device.WiFi.AccessPoint.{i}.AssociatedDevice.{i}. and its copy for the guest networks, under
 // X_QM_MultiSSID.
 #include "core/refusal.h"
-#include "cwmp/wireless.h"
 #include "handlers/wifi/client_table.h"
 
 using namespace cwmp;

@@ -50,15 +50,13 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {
     return type ? answer(args, *type) : kDone;
 }
 
-HANDLER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey) {
-    return option(op, args,
-                  {.at = kGuestNetwork / "password",
-                   .accepts = pass_phrase,
-                   .apply = CWMP_APPLY_WIRELESS,
-                   .secret = true,
-                   .write_failure_is_done = true},
-                  {.refused = kPassPhraseRefused});
-}
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey, option,
+          {.at = kGuestNetwork / "password",
+           .accepts = pass_phrase,
+           .apply = CWMP_APPLY_WIRELESS,
+           .secret = true,
+           .write_failure_is_done = true},
+          {.refused = kPassPhraseRefused})
 
 ALIAS(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password,
       LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)

@@ -2,7 +2,6 @@
 #include <cstring>
 
 #include "handlers/wifi/selection.h"
-#include "handlers/wifi/settings.h"
 #include "platform/profile.h"
 
 using namespace cwmp;

@@ -3,7 +3,6 @@
 #include "cwmp/interface_stack.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
-#include "handlers/wifi/settings.h"
 
 using namespace cwmp;
 

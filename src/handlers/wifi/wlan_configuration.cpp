@@ -1,7 +1,6 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: the networks. Their radios are in
 // wlan_radio.cpp.
 
-#include "core/refusal.h"
 #include "core/text.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
@@ -28,10 +27,9 @@ int set_default_network(const SetArguments& set, Caller /*caller*/) {
 PARAMETER(LANDevice_LANWLANConfigurationNumberOfEntries, constant, "2")
 
 // Every WLANConfiguration shows the name of the main network.
-HANDLER(LANDevice_WLANConfiguration_SSID) {
-    return option(op, args, {.at = kMainNetwork / "ssid", .apply = CWMP_APPLY_WIRELESS},
-                  {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"});
-}
+PARAMETER(LANDevice_WLANConfiguration_SSID, option,
+          {.at = kMainNetwork / "ssid", .apply = CWMP_APPLY_WIRELESS},
+          {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"})
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
     constexpr int kLastNumber = 6;
