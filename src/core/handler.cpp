@@ -56,9 +56,7 @@ ChangeArguments::ChangeArguments(Arguments args) {
     va_end(copy);
 }
 
-PassArguments::PassArguments(int op, Arguments args) : ChangeArguments(args), op_(op) {
-    enter_pass(op);
-}
+PassArguments::PassArguments(int op, Arguments args) : ChangeArguments(args), op_(op) { enter_pass(op); }
 
 int read_only(int op, Arguments args, int (*getter)(const GetArguments& get)) {
     return op == CWMP_OP_GET ? getter(GetArguments(args)) : kRefused;
