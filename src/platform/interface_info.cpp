@@ -1,5 +1,6 @@
 // The platform kind and the names of the wireless interfaces, from the device profile.
 #include <algorithm>
+#include <cassert>
 #include <iterator>
 #include <string>
 
@@ -34,8 +35,10 @@ constexpr struct WirelessInterface {
 };
 
 const WirelessInterface& row_of(InterfaceField field) {
-    return *std::find_if(std::begin(kInterfaces), std::end(kInterfaces),
-                         [&](const auto& row) { return row.field == field; });
+    const auto* found = std::find_if(std::begin(kInterfaces), std::end(kInterfaces),
+                                     [&](const auto& row) { return row.field == field; });
+    assert(found != std::end(kInterfaces));
+    return *found;
 }
 
 }  // namespace
