@@ -30,7 +30,7 @@ void use_private_save_directory(uci_context* context, const char* confdir) {
 }
 
 bool is_name_letter(char letter) {
-    const char lower = letter | ' ';
+    const int lower = letter | ' ';
     return (lower >= 'a' && lower <= 'z') || (letter >= '0' && letter <= '9') || letter == '_';
 }
 

@@ -63,10 +63,10 @@ bool same_letter(char a, char b) {
 size_t distance(std::string_view a, std::string_view b) {
     std::vector<size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), 0);
-    for (size_t i = 0; i < a.size(); ++i) {
+    for (const char letter : a) {
         size_t diagonal = row[0]++;
         for (size_t j = 0; j < b.size(); ++j) {
-            const size_t exchanged = diagonal + (same_letter(a[i], b[j]) ? 0 : 1);
+            const size_t exchanged = diagonal + (same_letter(letter, b[j]) ? 0 : 1);
             diagonal = row[j + 1];
             row[j + 1] = std::min({exchanged, diagonal + 1, row[j] + 1});
         }
@@ -111,12 +111,11 @@ bool is_plain(char letter) { return letter >= ' ' && letter <= '~' && letter != 
 std::string shown(std::string_view text, bool backslash_too) {
     std::string result;
     while (!text.empty()) {
-        const auto special = std::find_if_not(text.begin(), text.end(), is_plain);
-        if (special != text.begin()) {
-            result.append(text.begin(), special);
-            text.remove_prefix(special - text.begin());
-            continue;
-        }
+        size_t plain = 0;
+        while (plain < text.size() && is_plain(text[plain])) ++plain;
+        result += text.substr(0, plain);
+        text.remove_prefix(plain);
+        if (text.empty()) break;
         const Character character = first_character(text);
         const std::string_view bytes = text.substr(0, character.length ? character.length : 1);
         const bool kept =
@@ -145,8 +144,8 @@ std::optional<std::string> from_line(std::string_view line) {
             continue;
         }
         const char letter = ++i < line.size() ? line[i] : '\0';
-        const auto escape = std::find_if(std::begin(kEscapes), std::end(kEscapes),
-                                         [&](const auto& known) { return known.second == letter; });
+        const auto* const escape = std::find_if(std::begin(kEscapes), std::end(kEscapes),
+                                                [&](const auto& known) { return known.second == letter; });
         if (escape != std::end(kEscapes)) {
             text += escape->first;
             continue;

@@ -35,10 +35,10 @@ void read_file(const std::string& file, Take take) {
 // Reads the escapes of a value. Null, or what is wrong.
 const char* unescape(std::string& line) {
     const size_t equals = line.find('=');
-    if (equals == line.npos) return "PATH=VALUE expected";
+    if (equals == std::string::npos) return "PATH=VALUE expected";
     const auto value = from_line(std::string_view(line).substr(equals));
-    if (!value) return "a backslash begins \\n, \\r, \\t, \\\\ or \\x and two digits";
-    line.replace(equals, line.npos, *value);
+    if (!value) return R"(a backslash begins \n, \r, \t, \\ or \x and two digits)";
+    line.replace(equals, std::string::npos, *value);
     return nullptr;
 }
 
