@@ -50,9 +50,10 @@ inline const int* locate_of(int op, Arguments args) {
 const Radio* radio_by_pair(const int* locate);
 // By one number: 1 is 2.4 GHz, 2 is 5 GHz; null for others.
 const Radio* radio_by_number(int number);
+
 // A parameter of the radio that the first two instance numbers mean; refused where they mean none.
 struct RadioParameter {
-    int (*get)(const GetArguments& get, const Radio& radio, Caller caller);
+    int (*get)(const GetArguments& get, const Radio& radio, Caller caller) = nullptr;
     int (*set)(const SetArguments& set, const Radio& radio, Caller caller) = nullptr;  // null: read-only
 };
 int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller = Caller::here());
