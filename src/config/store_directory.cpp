@@ -34,10 +34,10 @@ bool store(int descriptor, std::string_view text, mode_t mode) {
 }  // namespace
 
 Store store_of(const char* directory) {
-    const std::string_view name = directory;
-    if (name == kLiveStore) return Store::kLive;
-    if (name == kScratchStore) return Store::kScratch;
-    return name == kOpenCopy || name == kProtectedCopy ? Store::kCopy : Store::kOther;
+    const auto is = [directory](const char* known) { return std::strcmp(directory, known) == 0; };
+    if (is(kLiveStore)) return Store::kLive;
+    if (is(kScratchStore)) return Store::kScratch;
+    return is(kOpenCopy) || is(kProtectedCopy) ? Store::kCopy : Store::kOther;
 }
 
 bool is_trusted_directory(const char* directory) {
