@@ -66,6 +66,7 @@ aarch64:
 	@scripts/install-dependencies build cross
 	@scripts/configure aarch64
 	@cmake --build --preset aarch64 -j $(JOBS)
+	@scripts/check-library build/aarch64
 	@scripts/check-portable build/aarch64
 
 test-arm64:

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "config/instance_numbers.h"
 #include "config/store.h"
 #include "core/text.h"
 
@@ -39,8 +40,7 @@ std::vector<int> find_rows(const char* package, int last, std::initializer_list<
         });
         if (meets_all) rows.push_back(number);
     }
-    // By pointers: the sort of the instance numbers.
-    std::sort(rows.data(), rows.data() + rows.size());
+    sort_numbers(rows.data(), rows.size());
     return rows;
 }
 

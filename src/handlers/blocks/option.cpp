@@ -20,10 +20,11 @@ bool write(const Option& parameter, const std::string& text) {
 
 int option(const GetArguments& get, const Option& parameter, const OptionEvents& events, Caller caller) {
     if (parameter.secret) return get.answer("");
-    if (parameter.at.package == nullptr) return get.answer(parameter.missing);
+    const char* missing = parameter.missing != nullptr ? parameter.missing : "";
+    if (parameter.at.package == nullptr) return get.answer(missing);
     const auto stored = read_option(parameter.at, directory_of(parameter.store));
     if (!stored && events.unreadable != nullptr) return fail(caller, events.unreadable);
-    return get.answer(stored ? stored->c_str() : parameter.missing);
+    return get.answer(stored ? stored->c_str() : missing);
 }
 
 int option(const SetArguments& set, const Option& parameter, const OptionEvents& events, Caller caller) {

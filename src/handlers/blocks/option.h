@@ -11,7 +11,7 @@ namespace cwmp {
 struct Option {
     OptionPath at = {};  // no package: a fixed value, missing; a SET is checked and raises its flags
     Store store = Store::kLive;
-    const char* missing = "";            // the answer when the option cannot be read
+    const char* missing = nullptr;       // the answer when the option cannot be read; null: the empty text
     Check accepts = nullptr;             // null: any text, stored as it comes
     unsigned int apply = 0;              // the service groups that a SET raises
     bool secret = false;                 // never read back: GET answers the empty text
