@@ -54,6 +54,22 @@ TEST_F(Sweep, ReadOnlyParametersRefuseASetAndTouchNoArgument) {
     EXPECT_THAT(commands(), IsEmpty());
 }
 
+// Where it is staged, if it belongs to a group. Those that take any value take none, too.
+TEST_F(Sweep, ASetWithoutValueIsRefusedAndChangesNothing) {
+    const std::set<std::string> tolerant = {
+        "ManagementServer_KickURL", "ManagementServer_UDPConnectionRequestAddressNotificationLimit",
+        "IP_Diagnostics_DownloadDiagnostics_Interface", "IP_Diagnostics_UploadDiagnostics_Interface"};
+    level(-1);
+    int seen = 0;
+    for (const Node* line : lines_) {
+        if (!line->writable || tolerant.contains(line->handler)) continue;
+        const std::string pass = line->group.empty() ? "apply " : "stage ";
+        EXPECT_EQ(told(pass + line->handler + " 1.1.1.1 = null"), "-1") << line->handler;
+        ++seen;
+    }
+    EXPECT_GT(seen, 190);
+}
+
 TEST_F(Sweep, NoPathReadsASecretBack) {
     const std::string secret = "open-sesame-42";
     world("+cwmp. | +network. | +network_sync. | +protocol. | wifi.ap:wifi | wifi.guest:wifi");
