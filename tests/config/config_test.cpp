@@ -79,7 +79,7 @@ TEST_F(Config, AReadOnlyStoreLosesNothing) {
     world("hear cannot");
     ASSERT_EQ(mount("none", kLive, "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
     EXPECT_EQ(told("call uciRawSetValueByPath 'custom' 'box' 'name' 'new' null"),
-              "0 | ! uciRawSetValueByPath: package custom cannot be stored, it stays as it was");
+              "0 | ! package custom cannot be stored, it stays as it was");
     EXPECT_EQ(told("call uciRawAddSectionBypath 'other' 'box' 'typed' null"), "-1");
     EXPECT_THAT(told("add NAT_PortMapping"), StartsWith("1 | ! WANDevice")) << "changes that belong together";
     ASSERT_EQ(umount(kLive), 0);

@@ -54,10 +54,10 @@ class RouterTest : public ::testing::Test {
     void TearDown() override;
 
     // Rows of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
-    // one text. effects() tells the same of any code; its own result comes first.
+    // one text. effects() tells the same of any code; its own result comes first. Events of `name` do not name it.
     void world(const std::string& line);
     std::string told(const std::string& row);
-    std::string effects(const std::function<std::string()>& call);
+    std::string effects(const std::function<std::string()>& call, const std::string& name = "");
     static bool is_call(const std::string& row);
 
     // The world, where a row is no good: a package file word for word, any other file.

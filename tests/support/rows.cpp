@@ -2,10 +2,26 @@
 
 #include <cctype>
 #include <cstdio>
-#include <cstdlib>
+#include <functional>
 #include <regex>
 
 namespace rows {
+namespace {
+
+// The text with what `by` makes of each match.
+std::string replaced(const std::string& text, const char* pattern,
+                     const std::function<std::string(const std::smatch&)>& by) {
+    const std::regex what(pattern, std::regex::optimize);
+    std::string done;
+    auto rest = text.cbegin();
+    for (std::sregex_iterator match(text.begin(), text.end(), what), end; match != end; ++match) {
+        done.append(rest, (*match)[0].first) += by(*match);
+        rest = (*match)[0].second;
+    }
+    return done.append(rest, text.cend());
+}
+
+}  // namespace
 
 Words split(const std::string& text, const std::string& end) {
     Words parts;
@@ -36,28 +52,12 @@ std::string joined(const Words& parts, const std::string& separator) {
 }
 
 std::string unescape(const std::string& text) {
-    const auto byte_of = [](char letter) {
-        return letter == 'n' ? '\n' : letter == 't' ? '\t' : letter == 'r' ? '\r' : letter;
-    };
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char byte = 0;
-        unsigned count = 0;
-        int length = 0;
-        if (text[i] == '{' && std::sscanf(text.c_str() + i, "{%c*%u}%n", &byte, &count, &length) == 2 &&
-            length > 0) {
-            plain.append(count, byte);
-            i += static_cast<std::size_t>(length) - 1;
-        } else if (text[i] == '\\' && i + 1 < text.size()) {
-            const bool is_hex = text[++i] == 'x';
-            plain +=
-                is_hex ? static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16)) : byte_of(text[i]);
-            i += is_hex ? 2 : 0;
-        } else {
-            plain += text[i];
-        }
-    }
-    return plain;
+    return replaced(text, R"(\{([^])\*(\d+)\}|\\x(..)|\\([^]))", [](const std::smatch& found) {
+        if (found[1].matched) return std::string(std::stoul(found[2]), *found[1].first);
+        if (found[3].matched) return std::string(1, static_cast<char>(std::stoi(found[3], nullptr, 16)));
+        const char letter = *found[4].first;
+        return std::string(1, letter == 'n' ? '\n' : letter == 't' ? '\t' : letter == 'r' ? '\r' : letter);
+    });
 }
 
 std::string escape(const std::string& text) {
@@ -107,16 +107,13 @@ Words words(const std::string& text) {
 }
 
 std::string shortened(const std::string& told) {
-    static const std::regex kSection(R"((^| [|/] )(/|[\w/-]{1,40}\.[^.=: ]{1,40}(?=\.[\w-]{1,40}=|:)))");
-    std::string text, section;
-    auto rest = told.cbegin();
-    for (std::sregex_iterator at(told.begin(), told.end(), kSection), end; at != end; ++at) {
-        text.append(rest, (*at)[2].first);
-        if (section != (*at)[2] || section == "/") text += (*at)[2];
-        section = (*at)[2];
-        rest = (*at)[2].second;
-    }
-    return text.append(rest, told.cend());
+    std::string last;
+    return replaced(told, R"((^| [|/] )(/|[\w/-]{1,40}\.[^.=: ]{1,40}(?=\.[\w-]{1,40}=|:)))",
+                    [&last](const std::smatch& found) {
+                        const bool is_same = last == found[2] && last != "/";
+                        last = found[2];
+                        return found[1].str() + (is_same ? "" : last);
+                    });
 }
 
 }  // namespace rows

@@ -182,7 +182,7 @@ void RouterTest::world(const std::string& line) {
     }
 }
 
-std::string RouterTest::effects(const std::function<std::string()>& call) {
+std::string RouterTest::effects(const std::function<std::string()>& call, const std::string& name) {
     forget();
     const stores::Snapshot before = stores::snapshot();
     if (output_shown_) testing::internal::CaptureStdout();
@@ -203,7 +203,8 @@ std::string RouterTest::effects(const std::function<std::string()>& call) {
         };
         if (heard_.empty() ? is_of_store(event) : std::none_of(heard_.begin(), heard_.end(), is_in)) continue;
         while (event.ends_with('\n')) event.pop_back();
-        parts.push_back("! " + rows::escape(event));
+        const std::string text = rows::escape(event);
+        parts.push_back("! " + (text.starts_with(name + ": ") ? text.substr(name.size() + 2) : text));
     }
     return parts.empty() ? "nothing" : joined(parts, " | ");
 }
@@ -287,8 +288,7 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
                     const auto call = [&] {
                         return told_handler(operation(pass), name, locate_of(locate), value);
                     };
-                    // A handler's own events need not name it.
-                    each.push_back(joined(rows::split(effects(call), "! " + name + ": "), "! "));
+                    each.push_back(effects(call, name));
                 }
                 if (std::equal(each.begin() + 1, each.end(), each.begin())) each.resize(1);
                 told.insert(told.end(), each.begin(), each.end());
@@ -375,7 +375,7 @@ std::string RouterTest::told(const std::string& row) {
     Words told;
     do {
         const Words arguments = rows::words(take_until(rest, " ; "));
-        told.push_back(effects([&] { return told_function(verb, name, arguments); }));
+        told.push_back(effects([&] { return told_function(verb, name, arguments); }, name));
     } while (!rest.empty());
     return joined_calls(told);
 }
