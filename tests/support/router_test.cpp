@@ -14,10 +14,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <regex>
 #include <stdexcept>
 
 #include "cwmp/agent_state.h"
 #include "cwmp/message_channel.h"
+#include "library.h"
 #include "rows.h"
 #include "store.h"
 
@@ -39,11 +41,8 @@ bool writes_console(const std::string& command) {
 
 // "[  123] [name 45] text" without the numbers.
 std::string event_of(const std::string& line) {
-    const auto name = line.find("] [");
-    const auto number = line.find(' ', name + 3);
-    const auto text = line.find("] ", number);
-    if (name == std::string::npos || number == std::string::npos || text == std::string::npos) return line;
-    return line.substr(name + 3, number - name - 3) + ": " + line.substr(text + 2);
+    static const std::regex kHead(R"(\[ *\d+\] \[([^ ]*) [^\]]*\] )");
+    return std::regex_replace(line, kHead, "$1: ", std::regex_constants::match_continuous);
 }
 
 int open_descriptors() {
@@ -69,10 +68,12 @@ void empty_router() {
     }
 }
 
-// A text that begins with "#!" is a program.
-void put_file(const std::string& path, const std::string& text) {
-    stores::write_file(path, text);
-    if (text.starts_with("#!")) fs::permissions(path, fs::perms(0755));
+// A text that begins with "#!" is a program, no text is no file.
+void put_file(const std::string& path, const std::optional<std::string>& text) {
+    fs::remove_all(path);
+    if (!text) return;
+    stores::write_file(path, *text);
+    if (text->starts_with("#!")) fs::permissions(path, fs::perms(0755));
 }
 
 }  // namespace
@@ -80,8 +81,7 @@ void put_file(const std::string& path, const std::string& text) {
 void RouterTest::SetUp() {
     empty_router();
     world("later 0");
-    // Kept open, so that it can be read while a test leaves no free descriptor.
-    console_ = open(kConsole, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    stores::write_file(kConsole, "");
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
     if (library_ == nullptr) throw std::runtime_error(dlerror());
     descriptors_ = open_descriptors();
@@ -94,16 +94,10 @@ void RouterTest::SetUp() {
 void RouterTest::TearDown() {
     if (agent_ >= 0) close(agent_);
     EXPECT_EQ(open_descriptors(), descriptors_) << "a call left a file or a pipe open";
-    close(console_);
     if (library_ != nullptr) dlclose(library_);
     // Process-wide state has to start anew with the next test.
     EXPECT_EQ(dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the library cannot be unloaded";
-    for (const auto& [path, text] : replaced_) {
-        if (text)
-            put_file(path, *text);
-        else
-            fs::remove_all(path);
-    }
+    for (const auto& [path, text] : replaced_) put_file(path, text);
 }
 
 void* RouterTest::address(const char* name) {
@@ -117,35 +111,19 @@ std::optional<std::string> RouterTest::option(const std::string& name) {
     return all.contains(name) ? std::optional(all.at(name)) : std::nullopt;
 }
 
-void RouterTest::file(const std::string& path, const std::string& text) {
+void RouterTest::file(const std::string& path, const std::optional<std::string>& text) {
     replaced_.try_emplace(path, text_of(path));
     put_file(path, text);
 }
 
-void RouterTest::remove_file(const std::string& path) {
-    replaced_.try_emplace(path, text_of(path));
-    fs::remove_all(path);
-}
-
-void RouterTest::answer(const std::string& command, const std::string& text, int status) {
+void RouterTest::answer(const std::string& command, const std::string& text) {
     std::string name = command;
     std::replace(name.begin(), name.end(), '/', '%');
     stores::write_file(kAnswers + name, text);
-    stores::write_file(kAnswers + name + ".status", std::to_string(status) + "\n");
 }
 
 std::optional<std::string> RouterTest::text_of(const std::string& path) {
     return fs::is_regular_file(path) ? std::optional(stores::text_of(path)) : std::nullopt;
-}
-
-bool RouterTest::exists(const std::string& path) { return fs::exists(path); }
-
-int RouterTest::call(cwmp_handler handler, int op, ...) {
-    va_list args;
-    va_start(args, op);
-    const int code = handler(op, args);
-    va_end(args);
-    return code;
 }
 
 RouterTest::Result RouterTest::handle(int op, const std::string& name, Locate locate,
@@ -162,29 +140,15 @@ RouterTest::Result RouterTest::handle(int op, const std::string& name, Locate lo
     char* const data = value ? text.data() : nullptr;
     const cwmp_agent_state* record = agent_known_ ? &kAgent : nullptr;
     if (op == CWMP_OP_GET)
-        result.code = call(function, op, result.locate.data(), data, record);
+        result.code = cwmp::call(function, op, result.locate.data(), data, record);
     else if (lists)
-        result.code = call(function, op, result.locate.data(), result.numbers.data(), &capacity);
+        result.code = cwmp::call(function, op, result.locate.data(), result.numbers.data(), &capacity);
     else
-        result.code = call(function, op, result.locate.data(), data, &result.flags, record);
+        result.code = cwmp::call(function, op, result.locate.data(), data, &result.flags, record);
     result.value = text.c_str();
     EXPECT_TRUE(answers || lists || !value || result.value == value) << name << " changed the caller's text";
     while (!result.numbers.empty() && result.numbers.back() == 0) result.numbers.pop_back();
     return result;
-}
-
-void RouterTest::level(int level, int syslog) {
-    const int32_t switches[] = {level, syslog};
-    call(handler("debug_level"), CWMP_OP_APPLY, switches, nullptr);
-}
-
-std::string RouterTest::raw_console() {
-    std::string text;
-    char piece[4096];
-    lseek(console_, 0, SEEK_SET);
-    for (ssize_t count = 0; (count = read(console_, piece, sizeof piece)) > 0;)
-        text.append(piece, static_cast<std::size_t>(count));
-    return text;
 }
 
 Texts RouterTest::console() {
@@ -225,7 +189,7 @@ std::vector<uint32_t> RouterTest::messages() const {
 Texts RouterTest::tool_calls() { return rows::split(stores::text_of(kToolCalls), "\n"); }
 
 void RouterTest::forget() {
-    EXPECT_EQ(ftruncate(console_, 0), 0) << "no console";
+    fs::resize_file(kConsole, 0);
     unlink(kCommands);
     unlink(kToolCalls);
 }

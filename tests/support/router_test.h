@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -19,6 +20,7 @@
 #include <vector>
 
 #include "cwmp/handler.h"
+#include "store.h"
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
@@ -64,12 +66,12 @@ class RouterTest : public ::testing::Test {
     void package(const std::string& name, const std::string& text, const std::string& directory = kLive) {
         file(directory + "/" + name, text);
     }
-    void file(const std::string& path, const std::string& text);  // taken back after the test
-    void remove_file(const std::string& path);
-    // What a device tool prints for a command line such as "fwinfo MODEL", and its exit status.
-    static void answer(const std::string& command, const std::string& text, int status = 0);
+    void file(const std::string& path, const std::optional<std::string>& text);  // taken back after the test
+    void remove_file(const std::string& path) { file(path, std::nullopt); }
+    // What a device tool prints for a command line such as "fwinfo MODEL".
+    static void answer(const std::string& command, const std::string& text);
     // Sets the log threshold and the system-log switch as the agent does.
-    void level(int level, int syslog = 0);
+    void level(int level, int syslog = 0) { set("debug_level", {level, syslog}, ""); }
 
     // A handler's call through the agent's variable-argument list. Without value it is a null pointer; a LIST
     // takes so many numbers.
@@ -85,20 +87,20 @@ class RouterTest : public ::testing::Test {
     // What is there. A committed option, "tr069/hosts.1.mac", or a section's type.
     static std::optional<std::string> option(const std::string& name);
     static std::optional<std::string> text_of(const std::string& path);  // nothing where there is no file
-    static bool exists(const std::string& path);
+    static bool exists(const std::string& path) { return std::filesystem::exists(path); }
 
     // The events on the console since the test began or forget() was called, each as
     // "DeviceInfo_UpTime: Failed to get  uptime\n": function name, then the text. Process id and source line
     // are left out.
-    Texts console();
+    static Texts console();
     // The same as the device's console shows them.
-    std::string raw_console();
+    static std::string raw_console() { return stores::text_of("/dev/console"); }
     // The command texts that a shell was handed, without those that write the console.
     static Texts commands();
     // The device tools' own calls, "fwinfo MODEL".
     static Texts tool_calls();
     // Forgets console, commands and tool calls so far.
-    void forget();
+    static void forget();
 
     // Waits for the processes that calls left running; how many ended by their own kill.
     static int wait_for_jobs();
@@ -111,8 +113,6 @@ class RouterTest : public ::testing::Test {
         return *reinterpret_cast<T*>(address(name));
     }
     void* address(const char* name);  // ends the test when the library lacks the name
-    // Calls a handler with any argument list of the test's own.
-    static int call(cwmp_handler handler, int op, ...);
     cwmp_handler handler(const char* name) { return &symbol<int(int, va_list)>(name); }
 
   private:
@@ -124,7 +124,6 @@ class RouterTest : public ::testing::Test {
     std::string told_function(const std::string& verb, const std::string& name, const Texts& arguments);
 
     void* library_ = nullptr;
-    int console_ = -1;
     int descriptors_ = 0;
     std::string mute_;      // of "$!": commands and events that told() leaves out
     Texts heard_;           // words of which an event must have one, if there are any

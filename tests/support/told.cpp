@@ -11,6 +11,7 @@
 #include <functional>
 #include <stdexcept>
 
+#include "library.h"
 #include "router_test.h"
 #include "rows.h"
 #include "store.h"
@@ -87,13 +88,12 @@ std::string flags_of(unsigned flags) {
 
 // "1 / 2", "-1 x3": one text for all when all did the same.
 std::string joined_calls(const Words& told) {
-    if (std::equal(told.begin() + 1, told.end(), told.begin())) return rows::shortened(told[0]);
     Words runs;
     for (std::size_t i = 0, length = 0; i < told.size(); i += length) {
         for (length = 1; i + length < told.size() && told[i + length] == told[i];) ++length;
         runs.push_back(told[i] + (length == 1 ? "" : " x" + std::to_string(length)));
     }
-    return rows::shortened(joined(runs, " / "));
+    return rows::shortened(runs.size() == 1 ? told[0] : joined(runs, " / "));
 }
 
 std::string as_value(const std::string& text) { return text.empty() ? "''" : rows::escape(text); }
@@ -130,54 +130,39 @@ void put_requests(Words& commands, const Words& tool_calls) {
 
 void RouterTest::world(const std::string& line) {
     std::string rest = line;
-    const std::string word = take_until(rest, " ");
-    std::string subject = take_until(rest, ": ");
-    if (word == "use") {
-        const auto lines = stores::text_of("/usr/share/router/cases/" + subject + ".world");
-        for (const auto& each : rows::split(lines, "\n")) world(each);
-    } else if (word == "answer") {
-        int status = 0;
-        if (subject.ends_with(']')) {
-            const std::string command = take_until(subject, " [");
-            status = std::stoi(subject);
-            subject = command;
-        }
-        for (const auto& command : rows::expand(subject)) answer(command, rows::unescape(rest), status);
-    } else if (word == "file") {
-        file(subject, rows::unescape(rest));
-    } else if (word == "remove") {
-        remove_file(subject);
-    } else if (word == "level") {
-        const std::string threshold = take_until(subject, " ");
-        level(std::stoi(threshold), subject.empty() ? 0 : std::stoi(subject));
-    } else if (word == "mute") {
-        mute_ = subject;
-    } else if (word == "hear") {
-        heard_ = rows::words(subject);
-    } else if (word == "later") {
-        seconds_ahead = std::stoi(subject);
-    } else if (word == "show") {
-        output_shown_ = subject == "output";
-    } else if (word == "listen") {
-        listen();
-    } else if (word == "agent") {
-        agent_known_ = subject != "none";
-    } else {
-        std::string place;  // of the item before: ".option=x" is of the same section
-        for (std::string item : rows::split(line, " | ")) {
-            if (item[0] == '.') item.insert(0, place);
-            const auto end = std::min(item.find_first_of(":="), item.size() - 1);
-            place = item.substr(0, item[end] == ':' ? end : item.rfind('.', end));
-            const bool has_value = item.find('=') != std::string::npos;
-            for (const auto& name : rows::expand(take_until(item, "="))) {
-                const Words parts = rows::split(name, ".");
-                if (!has_value)
-                    stores::change(name);
-                else if (item == "@")  // "mac3" for "hosts.3.mac"
-                    stores::set(name, parts.end()[-1] + parts.end()[-2]);
-                else
-                    stores::set(name, rows::unescape(item));
-            }
+    const std::string word = take_until(rest, " "), subject = take_until(rest, ": ");
+    const std::string text = rows::unescape(rest);
+    const auto answer_all = [&](const auto& command) { answer(command, text); };
+    const std::map<std::string, std::function<void()>> words = {
+        {"agent", [&] { agent_known_ = subject != "none"; }},
+        {"answer", [&] { std::ranges::for_each(rows::expand(subject), answer_all); }},
+        {"file", [&] { file(subject, text); }},
+        {"hear", [&] { heard_ = rows::words(subject); }},
+        {"later", [&] { seconds_ahead = std::stoi(subject); }},
+        {"level", [&] { level(std::stoi(subject)); }},
+        {"listen", [&] { listen(); }},
+        {"mute", [&] { mute_ = subject; }},
+        {"remove", [&] { file(subject, std::nullopt); }},
+        {"show", [&] { output_shown_ = subject == "output"; }},
+        {"use", [&] {
+             const auto lines = stores::text_of("/usr/share/router/cases/" + subject + ".world");
+             for (const auto& each : rows::split(lines, "\n")) world(each);
+         }}};
+    if (const auto found = words.find(word); found != words.end()) return found->second();
+    std::string place;  // of the item before: ".option=x" is of the same section
+    for (std::string item : rows::split(line, " | ")) {
+        if (item[0] == '.') item.insert(0, place);
+        const auto end = std::min(item.find_first_of(":="), item.size() - 1);
+        place = item.substr(0, item[end] == ':' ? end : item.rfind('.', end));
+        const bool has_value = item.find('=') != std::string::npos;
+        for (const auto& name : rows::expand(take_until(item, "="))) {
+            const Words parts = rows::split(name, ".");
+            if (!has_value)
+                stores::change(name);
+            else if (item == "@")  // "mac3" for "hosts.3.mac"
+                stores::set(name, parts.end()[-1] + parts.end()[-2]);
+            else
+                stores::set(name, rows::unescape(item));
         }
     }
 }
@@ -309,7 +294,7 @@ std::string RouterTest::told_transaction(const std::string& rest) {
                 handle(operation(pass), place[0], locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
             flags = done.flags;
             if (done.code == 0) continue;
-            call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
+            cwmp::call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
             Words parts = {pass + (" " + std::to_string(done.code))};
             if (flags != kEarlierFlag) parts.push_back(flags_of(flags));
             return joined(parts, " | ");
@@ -331,7 +316,7 @@ std::string RouterTest::told_group(const std::string& rest) {
         if (group != groups.end()) {
             named.push_back(static_cast<int>(group - groups.begin()));
         } else if (word == "revert") {
-            call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
+            cwmp::call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
         } else if (word == "check" || word == "apply") {
             for (const int each : named)
                 results.push_back(std::to_string(exec(each, 0, word == "check" ? 1 : 2, "", &flags)));

@@ -1,6 +1,7 @@
 // What holds of every parameter of the model.
 #include <set>
 
+#include "library.h"
 #include "model.h"
 #include "router_test.h"
 
@@ -46,7 +47,7 @@ TEST_F(Sweep, ReadOnlyParametersRefuseASetAndTouchNoArgument) {
         if (line->writable || is_loud(line->handler)) continue;
         ++seen;
         for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
-            EXPECT_EQ(call(handler(line->handler.c_str()), op, nullptr, nullptr, nullptr), -1)
+            EXPECT_EQ(cwmp::call(handler(line->handler.c_str()), op, nullptr, nullptr, nullptr), -1)
                 << line->handler;
     }
     EXPECT_GT(seen, 400);
