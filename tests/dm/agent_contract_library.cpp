@@ -4,7 +4,6 @@
 #include <cwmp/handler.h>
 #include <cwmp/staged_objects.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -30,12 +29,10 @@ void record(const char* name, int op, int* locate, const char* text) {
     std::printf("noise of %s\n", name);
     if (told) told(7, "[f 7] debug\n");
     if (told) told(6, "[f 6] a\tb\n\n");
-    std::string line = std::string(name) + ' ' + std::to_string(op) + " [";
-    for (int i = 0; i < CWMP_LOCATE_SIZE; ++i) {
-        if (locate[i]) line += (i ? "," : "") + std::to_string(locate[i]);
-        locate[i] = 99;
-    }
-    note(line + ']' + (*text ? " " : "") + text);
+    std::string numbers;
+    for (int i = 0; i < CWMP_LOCATE_SIZE; locate[i++] = 99)
+        if (locate[i]) numbers += (i ? "," : "") + std::to_string(locate[i]);
+    note(std::string(name) + ' ' + std::to_string(op) + " [" + numbers + ']' + (*text ? " " : "") + text);
 }
 
 int answer(const char* name, const char* otherwise, const char* call) {
@@ -53,14 +50,24 @@ int parameter(const char* name, int op, va_list args, const char* answer, unsign
     if (agent)
         text = text + agent->acs_url + ' ' + agent->host + ' ' + std::to_string(agent->port) + agent->path;
     record(name, op, locate, text.c_str());
-    if (!flags) {
-        if (!answer) return -1;
+    if (flags) {
+        if (value == "refuse" + std::to_string(op)) return -1;
+        *flags |= flag;
+    } else if (!answer) {
+        return -1;
+    } else {
         std::strcpy(value, answer);
-        return 0;
     }
-    if (std::strncmp(value, "refuse", 6) == 0 && std::atoi(value + 6) == op) return -1;
-    *flags |= flag;
     return 0;
+}
+
+// A field of a group.
+template <typename Record>
+int grouped(int result, int op, Record& staging, Record& revert, char* field) {
+    if (op == CWMP_OP_STAGE) field[0] = 'x';
+    if (op == CWMP_OP_CHECK && result == 0) staging.checked = revert.checked = 1;
+    if (op == CWMP_OP_APPLY || result != 0) staging = {};
+    return result;
 }
 
 int object(const char* name, int op, va_list args) {
@@ -82,10 +89,12 @@ int object(const char* name, int op, va_list args) {
 
 }  // namespace
 
-#define PARAMETER(NAME, ANSWER, FLAG) \
-    EXPORT int NAME(int op, va_list args) { return parameter(#NAME, op, args, ANSWER, FLAG); }
-#define OBJECT(NAME) \
-    EXPORT int NAME(int op, va_list args) { return object(#NAME, op, args); }
+#define HANDLER(NAME, CALL) \
+    EXPORT int NAME(int op, va_list args) { return CALL; }
+#define PARAMETER(NAME, ANSWER, FLAG) HANDLER(NAME, parameter(#NAME, op, args, ANSWER, FLAG))
+#define OBJECT(NAME) HANDLER(NAME, object(#NAME, op, args))
+#define GROUPED(NAME, RECORD, FIELD) \
+    HANDLER(NAME, grouped(parameter(#NAME, op, args, "", 0), op, RECORD, RECORD##_revert, RECORD.FIELD))
 
 PARAMETER(Box_Name, "box", 0x30)
 PARAMETER(Box_Text, "a\x1b[2J\n\xff\xc2\x9b\xe2\x80\xaez\xc3\xa9", 0)
@@ -106,20 +115,6 @@ cwmp_lan_record lan_obj_data, lan_obj_data_revert;
 cwmp_dhcp_record dhcp_obj_data, dhcp_obj_data_revert;
 }
 
-// A field of a group; the value as in parameter().
-template <typename Record>
-static int grouped(const char* name, int op, va_list args, Record& staging, Record& revert, char* field) {
-    const int result = parameter(name, op, args, "", 0);
-    if (op == CWMP_OP_STAGE) field[0] = 'x';
-    if (op == CWMP_OP_CHECK && result == 0) staging.checked = revert.checked = 1;
-    if (op == CWMP_OP_APPLY || result != 0) staging = {};
-    return result;
-}
-
-#define GROUPED(NAME, RECORD, FIELD)                                            \
-    EXPORT int NAME(int op, va_list args) {                                     \
-        return grouped(#NAME, op, args, RECORD, RECORD##_revert, RECORD.FIELD); \
-    }
 GROUPED(Lan_Address, lan_obj_data, address)
 GROUPED(Lan_Mask, lan_obj_data, mask)
 GROUPED(Pool_Start, dhcp_obj_data, start_address)
