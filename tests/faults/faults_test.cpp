@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -48,9 +47,10 @@ struct Row {
     Holds holds;
     bool refused = false;  // goes back by itself
     bool is_dm = false;
+    World wanted = {};  // what is there when no call fails
 };
 
-const Row kRows[] = {
+Row rows[] = {
     {"one option", kHost + "option", Holds::old_or_new},
     {"an added mapping", kHost + "add", Holds::done_is_new},
     {"a transaction", kHost + "transaction", Holds::transaction},
@@ -63,17 +63,27 @@ const Row kRows[] = {
     {"a scan", kHost + "scan", Holds::scan},
 };
 
-struct Fault {
-    int kind = -1;
+// The call of a kind that fails when a row's command is run.
+struct Point {
+    Row* row;
+    int kind;
     int at = 0;
     bool lasts = false;
+
+    std::string name() const {
+        return std::string(row->name) + ", " + host::kNames[kind] + ' ' + to_string(at) +
+               (lasts ? " on" : "");
+    }
 };
 
-struct Outcome {
-    int code = 0;
-    int signal = 0;
-    int calls[host::kKinds] = {};
-};
+World old;
+int failures = 0;
+
+void report(const std::string& what, const std::string& fault) {
+    if (fault.empty()) return;
+    ++failures;
+    std::cout << "FAILED " << what << ": " << fault << std::endl;
+}
 
 std::string text_of(const std::string& path) {
     std::ifstream file(path);
@@ -95,164 +105,140 @@ World world() {
     return files;
 }
 
-void put(const World& files) {
-    std::error_code none;
-    for (const auto& [path, text] : files) {
-        fs::create_directory(fs::path(path).parent_path(), none);
-        std::ofstream(path) << text;
-    }
+void shell(const std::string& line) {
+    if (std::system(line.c_str()) != 0) report(line, "failed");
 }
 
-void restore(const World& files) {
-    std::error_code none;
+const std::string kPutOld = "cp -a /var/old" + kLive + ". " + kLive;
+
+void restore() {
     umount(kLive.c_str());
-    for (const auto& entry : fs::directory_iterator(kLive)) fs::remove(entry.path());
-    for (const char* path : {"/tmp/cwmp-config", "/tmp/cwmp-config-force", "/tmp/tr069/.transaction",
-                             "/tmp/.uci", "/tmp/ready_to_revert_item", "/var/state", "/dev/console"})
-        fs::remove_all(path, none);
-    fs::create_directory("/var/state", none);
-    std::ofstream("/dev/console");
-    put(files);
+    shell(
+        "rm -rf " + kLive + "* " + kLive + ".[!.]* " + kCopies + " " + kCopies +
+        "-force /tmp/tr069/.transaction /tmp/.uci /tmp/ready_to_revert_item /var/state/*; : >/dev/console; " +
+        kPutOld + "; cp -a /var/old/tmp/. /tmp");
 }
 
 // The paths that do not hold the same; a side copy that is empty is none.
-std::string difference(World is, World wanted) {
+std::string difference(World is, World wanted, bool copies_count = true) {
     World all = is;
     all.insert(wanted.begin(), wanted.end());
     std::string names;
     for (const auto& [path, text] : all)
-        if (is[path] != wanted[path]) names += ' ' + path;
+        if (is[path] != wanted[path] && (copies_count || !path.starts_with(kCopies))) names += ' ' + path;
     return names;
 }
 
-pid_t start(const std::string& command, const Fault& fault = {}, bool from_start = false) {
+pid_t start(const std::string& command, const std::string& before = "") {
     const pid_t child = fork();
     if (child != 0) return child;
-    std::ostringstream line;
-    if (fault.kind >= 0 && fault.kind != host::kRoom)
-        line << "LD_PRELOAD=/usr/lib/router/tests/failing_calls.so FAULT='" << fault.kind << ' ' << fault.at
-             << ' ' << fault.lasts << ' ' << from_start << ' ' << kCounts << "' ";
-    line << "exec " << command << " >>/var/run/fault_output 2>&1";
-    execl("/bin/sh", "sh", "-c", line.str().c_str(), nullptr);
+    const std::string line = before + "exec " + command + " >>/var/run/fault_output 2>&1";
+    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
     _exit(127);
 }
 
-Outcome outcome_of(pid_t child) {
+// As the shell tells it: of a process that was killed 128 and the signal.
+int outcome_of(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, WIFSIGNALED(status) ? WTERMSIG(status) : 0};
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
 // With its jobs to their end.
-Outcome run(const std::string& command, const Fault& fault = {}, bool from_start = false) {
-    std::ofstream(kCounts) << std::string(sizeof Outcome::calls, '\0');
-    Outcome outcome = outcome_of(start(command, fault, from_start));
+int run(const std::string& command, const std::string& before = "") {
+    const int outcome = outcome_of(start(command, before));
     while (waitpid(-1, nullptr, 0) > 0) {
     }
-    std::ifstream(kCounts).read(reinterpret_cast<char*>(outcome.calls), sizeof outcome.calls);
     return outcome;
 }
 
+int run(const Point& point) {
+    const auto& [row, kind, at, lasts] = point;
+    if (kind == host::kRoom) return run(row->command);
+    std::ofstream(kCounts) << std::string(host::kKinds * sizeof(int), '\0');
+    std::ostringstream before;
+    before << "LD_PRELOAD=/usr/lib/router/tests/failing_calls.so FAULT='" << kind << ' ' << at << ' ' << lasts
+           << ' ' << row->is_dm << ' ' << kCounts << "' ";
+    return run(row->command, before.str());
+}
+
 // Every network that is listed is one that a whole scan lists.
-std::string scan_fault(const std::string& results, const std::string& old, const std::string& whole) {
+std::string scan_fault(const std::string& results, const std::string& whole) {
     for (std::size_t at = 0; (at = results.find("config Cell", at)) != std::string::npos; ++at) {
         const std::size_t facts = results.find('\n', at);  // the number may be another one
         const auto cell = results.substr(facts, results.find("\n\n", at) - facts);
         if (whole.find(cell + "\n\n") == std::string::npos) return "part of a network: " + cell;
     }
-    return results == old || results.ends_with("'\n\n") ? "" : "the results are cut off";
+    return results == old[kScanResults] || results.ends_with("'\n\n") ? "" : "the results are cut off";
+}
+
+std::string is_old(const World& is) {
+    const std::string names = difference(is, old);
+    return names.empty() ? "" : "not done, but changed:" + names;
 }
 
 // What is wrong after a run; nothing if nothing is.
-std::string fault_of(const Row& row, const Fault& fault, const Outcome& run, const World& old,
-                     const World& wanted) {
-    const bool killed = run.signal != 0;
-    if (killed && fault.kind != host::kKill && fault.kind != host::kMalloc)
-        return "died of " + to_string(run.signal);
+std::string fault_of(const Point& point, int code) {
+    Row& row = *point.row;
+    const bool killed = code > 128, done = code == host::kDone;
+    const bool no_memory = point.kind == host::kMalloc;
+    if (killed && point.kind != host::kKill && !no_memory) return "died of " + to_string(code - 128);
+    World now = world();
+    if (row.holds == Holds::scan) return scan_fault(now[kScanResults], row.wanted[kScanResults]);
     // What asks for side copies may be unreadable.
-    const bool copies_count = fault.kind != host::kOpen && fault.kind != host::kMalloc;
-    const auto counted = [copies_count](World files) {
-        std::erase_if(files, [&](auto& file) { return !copies_count && file.first.starts_with(kCopies); });
-        return files;
-    };
-    const auto from_new = [&](const World& is) { return difference(counted(is), counted(wanted)); };
-    const auto is_old = [&](const World& is) {
-        return difference(is, old).empty() ? "" : "not done, but changed:" + difference(is, old);
+    const auto from_new = [&](const World& is) {
+        return difference(is, row.wanted, point.kind != host::kOpen && !no_memory);
     };
     const auto is_either = [&](const World& is) { return from_new(is).empty() ? "" : is_old(is); };
-    World now = world();
-    if (row.holds == Holds::scan)
-        return scan_fault(now[kScanResults], old.at(kScanResults), wanted.at(kScanResults));
     if (row.holds == Holds::old_or_new || (killed && row.holds == Holds::done_is_new)) return is_either(now);
-    const bool done = !killed && run.code == host::kDone;
     if (done && !from_new(now).empty()) return "done, but not new:" + from_new(now);
     if (row.holds == Holds::done_is_new) return done ? "" : is_old(now);
-    const int recovered = ::run(kHost + "recover").code;
+    const int recovered = run(kHost + "recover");
     if (recovered == host::kNotUndone) return "cannot be recovered";
     if (done) return recovered == host::kDone ? "" : "done, and then undone";
-    if (!killed && !row.is_dm && run.code != host::kNotUndone)
+    if (!killed && !row.is_dm && code != host::kNotUndone)
         return recovered == host::kDone ? is_old(now) : "ended, but still to be recovered";
     return recovered == host::kUndone ? is_old(world()) : is_either(world());
 }
 
-int failures = 0;
-
-void report(const std::string& what, const std::string& fault) {
-    if (fault.empty()) return;
-    ++failures;
-    std::cout << "FAILED " << what << ": " << fault << std::endl;
-}
-
-struct Point {
-    const Row* row;
-    Fault fault;
-
-    std::string name() const {
-        const auto& [kind, at, lasts] = fault;
-        return std::string(row->name) + ", " + host::kNames[kind] + ' ' + to_string(at) +
-               (lasts ? " on" : "");
-    }
-};
-
-std::vector<Point> fault_points(const World& old, std::map<const Row*, World>& wanted) {
+// In the order of their keys: of each row and kind some come early, else as the seed has it.
+auto fault_points(unsigned seed) {
     constexpr int kMostMalloc = 60, kMostRoom = 14;
-    std::vector<Point> points;
-    for (const Row& row : kRows) {
-        restore(old);
-        Outcome counted = run(row.command, {host::kOpen}, row.is_dm);
-        wanted[&row] = row.refused ? old : world();
-        report(row.name, (counted.code != 0) == row.refused ? fault_of(row, {}, counted, old, wanted[&row])
-                                                            : "ended with " + to_string(counted.code));
+    std::mt19937 random(seed);
+    std::multimap<std::pair<std::size_t, unsigned>, Point> points;
+    for (Row& row : rows) {
+        restore();
+        const Point nowhere = {&row, host::kOther};
+        const int code = run(nowhere);
+        row.wanted = row.refused ? old : world();
+        int calls[host::kKinds] = {};
+        std::ifstream(kCounts).read(reinterpret_cast<char*>(calls), sizeof calls);
+        report(row.name,
+               (code != 0) == row.refused ? fault_of(nowhere, code) : "ended with " + to_string(code));
+        if (row.is_dm) calls[host::kMalloc] = 0;
+        if (row.holds != Holds::scan) calls[host::kRoom] = kMostRoom;
         for (int kind = 0; kind < host::kKinds; ++kind) {
-            if (kind == host::kMalloc && row.is_dm) continue;
-            if (kind == host::kRoom && row.holds != Holds::scan) counted.calls[kind] = kMostRoom;
-            const int step = kind == host::kMalloc ? counted.calls[kind] / kMostMalloc + 1 : 1;
-            for (int at = 1; at <= counted.calls[kind]; at += step)
-                for (const bool lasts : {false, true})
-                    if (!lasts || (kind != host::kKill && kind != host::kRoom))
-                        points.push_back({&row, {kind, at, lasts}});
+            const int step = kind == host::kMalloc ? calls[kind] / kMostMalloc + 1 : 1;
+            std::vector<Point> of_kind;
+            for (int at = 1; at <= calls[kind]; at += step) {
+                of_kind.push_back({&row, kind, at});
+                if (kind != host::kKill && kind != host::kRoom) of_kind.push_back({&row, kind, at, true});
+            }
+            std::shuffle(of_kind.begin(), of_kind.end(), random);
+            for (std::size_t i = 0; i < of_kind.size(); ++i)
+                points.emplace(std::pair(i, random()), of_kind[i]);
         }
     }
     return points;
 }
 
-// As the seed has it, but of each row and kind some come early.
-void mix(std::vector<Point>& points, unsigned seed) {
-    std::shuffle(points.begin(), points.end(), std::mt19937(seed));
-    std::map<std::pair<const Row*, int>, int> met;
-    std::multimap<int, Point> ranked;
-    for (const Point& point : points) ranked.emplace(met[{point.row, point.fault.kind}]++, point);
-    std::transform(ranked.begin(), ranked.end(), points.begin(),
-                   [](const auto& each) { return each.second; });
-}
-
 const std::string kFiller = kLive + ".fill";
 
 // Leaves the store so many free pages, with -1 it is read-only; until restore() it lies elsewhere.
-void leave_room(const World& files, int free) {
+void leave_room(int free) {
     constexpr int kPage = 4096;
     mount("tmpfs", kLive.c_str(), "tmpfs", 0, "size=1m");
-    put(files);
+    shell(kPutOld);
     for (std::ofstream file(kFiller); file; file << std::string(kPage, 'x') << std::flush) {
     }
     fs::resize_file(kFiller, fs::file_size(kFiller) / kPage * kPage - std::max(free, 0) * kPage);
@@ -264,21 +250,18 @@ void give_room() {
     fs::remove(kFiller);
 }
 
-void fail_calls(const World& old, int seconds, unsigned seed, const std::string& text) {
-    std::map<const Row*, World> wanted;
-    auto points = fault_points(old, wanted);
-    mix(points, seed);
+void fail_calls(int seconds, unsigned seed, const std::string& text) {
+    const auto points = fault_points(seed);
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
     int done = 0;
-    for (const Point& point : points) {
+    for (const auto& [order, point] : points) {
         if (seconds > 0 && std::chrono::steady_clock::now() > end) break;
         if (point.name().find(text) == std::string::npos) continue;
-        const bool is_full = point.fault.kind == host::kRoom;
-        restore(old);
-        if (is_full) leave_room(old, point.fault.at - 2);
-        const Outcome outcome = run(point.row->command, point.fault, point.row->is_dm);
-        if (is_full) give_room();
-        report(point.name(), fault_of(*point.row, point.fault, outcome, old, wanted[point.row]));
+        restore();
+        if (point.kind == host::kRoom) leave_room(point.at - 2);
+        const int code = run(point);
+        if (point.kind == host::kRoom) give_room();
+        report(point.name(), fault_of(point, code));
         ++done;
     }
     std::cout << done << " of " << points.size() << " fault points, seed " << seed << '\n';
@@ -287,8 +270,8 @@ void fail_calls(const World& old, int seconds, unsigned seed, const std::string&
 // Two at once; whether each ends as it must.
 bool side_by_side(const std::string& one, const std::string& other, bool other_is_refused = false) {
     const pid_t first = start(one), second = start(other);
-    const bool done = outcome_of(first).code == 0;
-    return (outcome_of(second).code != 0) == other_is_refused && done;
+    const bool done = outcome_of(first) == 0;
+    return (outcome_of(second) != 0) == other_is_refused && done;
 }
 
 // The script refuses a subnet's own address.
@@ -301,43 +284,46 @@ bool beside_a_refused(int round) {
            stored.find("lanip '" + lan + ".1'") != std::string::npos;
 }
 
-void run_side_by_side(const World& old, int times) {
+void run_side_by_side(int times) {
     const auto often = [times](const char* operation, int rounds, const char* name = "") {
         return kHost + operation + ' ' + to_string(rounds * times) + ' ' + name;
     };
     const auto ends = [](const char* what, bool well) { report(what, well ? "" : "ended badly"); };
-    restore(old);
+    restore();
     ends("two that write", side_by_side(often("write", 200, "one"), often("write", 200, "two")));
     run(kHost + "map 1 one");
     const World once = world();
     ends("two that add", side_by_side(often("map", 20, "one"), often("map", 20, "two")));
     report("two that add", difference(world(), once));
-    restore(old);
+    restore();
     ends("transactions and a writer", side_by_side(often("refused", 10), often("write", 400, "one")));
     World wanted = old;
     std::string& custom = wanted[kLive + "custom"];
     custom = "\n" + custom + "\toption one '" + to_string(400 * times) + "'\n\n";
     report("transactions and a writer", difference(world(), wanted));
-    restore(old);
+    restore();
     for (int round = 1; round <= 20 * times; ++round)
         ends("a LAN address beside a refused one", beside_a_refused(round));
-    ends("scans beside popen", run(often("scan", 5, "popen")).code == 0);
-    ends("signals", run(often("read", 200)).code == 0);
-    ends("often", run(often("often", 2000)).code == 0);
+    ends("scans beside popen", run(often("scan", 5, "popen")) == 0);
+    ends("signals", run(often("read", 200)) == 0);
+    ends("often", run(often("often", 2000)) == 0);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> words(argv + 1, argv + argc);
-    const auto word = [&](std::size_t i) { return words.size() > i ? words[i] : ""; };
-    if (word(0) == "host") return host::run(word(1), word(2), word(3));
+    std::vector<std::string> words(argv + 1, argv + argc);
+    words.resize(4);
+    if (words[0] == "host") return host::run(words[1], words[2], words[3]);
     prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const int seconds = words.empty() ? 60 : std::atoi(word(0).c_str());
-    const World old = world();
-    fail_calls(old, seconds, words.size() > 1 ? std::atoi(word(1).c_str()) : std::random_device()(), word(2));
-    if (word(2).empty()) run_side_by_side(old, seconds == 0 ? 10 : 1);
-    restore(old);
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
+    shell(
+        "mkdir -p /var/old/etc /var/old/tmp/tr069; cp -a /etc/config /var/old/etc; cp -a /tmp/. "
+        "/var/old/tmp");
+    old = world();
+    fail_calls(seconds, argc > 2 ? std::atoi(argv[2]) : std::random_device()(), words[2]);
+    if (words[2].empty()) run_side_by_side(seconds == 0 ? 10 : 1);
+    restore();
     std::cout << failures << " failed\n";
     return failures == 0 ? 0 : 1;
 }

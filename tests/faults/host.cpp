@@ -36,13 +36,15 @@ struct Setting {
     std::string handler;
     const char* value;
     int instance = 0;
-    int only_pass = 0;
 };
 
-bool set_all(const std::vector<Setting>& settings) {
-    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
-        for (const auto& [handler, value, instance, only_pass] : settings)
-            if ((only_pass == 0 || only_pass == op) && call(handler, op, value, instance) != 0) return false;
+// With a pass, one more is refused there.
+bool set_all(const std::vector<Setting>& settings, int refused_pass = 0) {
+    for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
+        for (const auto& [handler, value, instance] : settings)
+            if (call(handler, op, value, instance) != 0) return false;
+        if (op == refused_pass && call("ManagementServer_EnableCWMP", op, "maybe") != 0) return false;
+    }
     return true;
 }
 
@@ -56,20 +58,18 @@ bool erase(const char* object, const std::string& number) {
     return call(object, CWMP_OP_DELETE, number.c_str()) == 0;
 }
 
-// Three packages, one of them with a side copy, an added and a deleted instance, two groups. With a pass, its last
-// member is refused there.
+// Three packages, one of them with a side copy, an added and a deleted instance, two groups.
 int transaction(int refused_pass) {
     const std::string lan = "LANDevice_LANHostConfigManagement_";
-    std::vector<Setting> settings = {{"DeviceInfo_ProvisioningCode", "changed"},
-                                     {"ManagementServer_PeriodicInformInterval", "4711"},
-                                     {"WiFi_SSID_SSID", "changed", 2},
-                                     {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
-                                     {lan + "MinAddress", "192.168.0.110"},
-                                     {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
-    if (refused_pass != 0) settings.push_back({"ManagementServer_EnableCWMP", "maybe", 0, refused_pass});
+    const std::vector<Setting> settings = {{"DeviceInfo_ProvisioningCode", "changed"},
+                                           {"ManagementServer_PeriodicInformInterval", "4711"},
+                                           {"WiFi_SSID_SSID", "changed", 2},
+                                           {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
+                                           {lan + "MinAddress", "192.168.0.110"},
+                                           {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
     if (LIBRARY(cwmp_transaction_begin)(10'000) != 0) return kBusy;
-    const bool done =
-        !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings);
+    const bool done = !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") &&
+                      set_all(settings, refused_pass);
     if (LIBRARY(cwmp_transaction_end)(done, &flags) != 0) return kNotUndone;
     return done ? kDone : kUndone;
 }
