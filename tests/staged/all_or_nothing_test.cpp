@@ -24,15 +24,12 @@ class AllOrNothing : public RouterTest {
                 "# as delivered\nconfig info DeviceInfo\n\toption ProvisioningCode 'old'\n\toption b '2'\n");
         package("cwmp",
                 "config info 'info'\n\toption inform_interval '300'\n\tlist many 'a'\n\tlist many 'b c'\n");
-        package("nat",
-                "config nat 'nat'\n\toption PortMappingNumberOfEntries '1'\n\nconfig rule_vs '1'\n"
-                "\toption port_forwarding_id '1'\n");
+        world("nat.nat:nat | .PortMappingNumberOfEntries=1 | nat.1:rule_vs | .port_forwarding_id=1");
         package("dhcp_reservation",
                 "config reservation '1'\n\toption enable 'on'\n\tlist x 'it''s'\n\toption mac 'm'\n\n"
                 "config reservation '2'\n\toption enable 'off'\n\nconfig other\n\toption y 'z%\n\t'\n");
-        world("profile.d/profile.cwmp_settings.isp_reset=yes");
+        world("profile.d/profile.cwmp_settings.isp_reset=yes | qos_v2.settings:settings | .up_band=1");
         file("/etc/profile.d/cwmp-config-force", "");
-        package("qos_v2", "\nconfig settings 'settings'\n\toption up_band '1'\n\n");
         world("{network,network_sync}.wan.{wan_type,proto}=static | network.wan.gateway=192.0.2.1");
         world("network.wan.ipaddr=192.0.2.20 | network.wan.netmask=255.255.255.0");
         level(-1);
@@ -49,23 +46,22 @@ class AllOrNothing : public RouterTest {
     }
 
     bool write_all() {
-        bool done = true;
+        const std::pair<const char*, const char*> members[] = {
+            {"DeviceInfo_ProvisioningCode", "new\tcode"},
+            {"ManagementServer_PeriodicInformInterval", "600"},
+            {"WANDevice_X_QM_QoS_Upband", "5"},
+            {"LANDevice_LANHostConfigManagement_MinAddress", "192.168.0.50"},
+            {"LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress", "192.168.0.2"},
+            {"WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress", last_value_}};
         for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
-            const auto member = [&](const char* name, const char* value) {
-                done = done && set(name, {1, 1, 1, 1}, value, op).code == 0;
-            };
-            member("DeviceInfo_ProvisioningCode", "new\tcode");
-            member("ManagementServer_PeriodicInformInterval", "600");
-            member("WANDevice_X_QM_QoS_Upband", "5");
-            if (op == CWMP_OP_CHECK) {
-                done = done && handle(CWMP_OP_ADD, "NAT_PortMapping").code == 0;
-                done = done && handle(CWMP_OP_DELETE, "DHCPv4_Server_Pool_StaticAddress", {}, "1").code == 0;
-            }
-            member("LANDevice_LANHostConfigManagement_MinAddress", "192.168.0.50");
-            member("LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress", "192.168.0.2");
-            member("WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress", last_value_);
+            if (op == CWMP_OP_CHECK &&
+                (handle(CWMP_OP_ADD, "NAT_PortMapping").code != 0 ||
+                 handle(CWMP_OP_DELETE, "DHCPv4_Server_Pool_StaticAddress", {}, "1").code != 0))
+                return false;
+            for (const auto& [name, value] : members)
+                if (set(name, {1, 1, 1, 1}, value, op).code != 0) return false;
         }
-        return done;
+        return true;
     }
 
     int begin(int wait = 0) { return FROM_LIBRARY(cwmp_transaction_begin)(wait); }
@@ -74,24 +70,18 @@ class AllOrNothing : public RouterTest {
 
     void expect_undone() {
         EXPECT_THAT(stores::changes(before_, packages()), IsEmpty());
-        EXPECT_TRUE(all_idle());
+        EXPECT_TRUE(idle(FROM_LIBRARY(pppoe_obj_data), FROM_LIBRARY(pppoe_obj_data_revert)));
+        EXPECT_TRUE(idle(FROM_LIBRARY(dhcp_obj_data), FROM_LIBRARY(dhcp_obj_data_revert)));
+        EXPECT_TRUE(idle(FROM_LIBRARY(lan_obj_data), FROM_LIBRARY(lan_obj_data_revert)));
+        EXPECT_TRUE(idle(FROM_LIBRARY(wan_obj_data), FROM_LIBRARY(wan_obj_data_revert)));
         EXPECT_EQ(text_of(CWMP_TRANSACTION_NOTES), "");
         EXPECT_EQ(option("cwmp-config/cwmp.info.inform_interval"), std::nullopt);
     }
-
-    bool all_idle() {
-        return idle(FROM_LIBRARY(pppoe_obj_data)) && idle(FROM_LIBRARY(pppoe_obj_data_revert)) &&
-               idle(FROM_LIBRARY(dhcp_obj_data)) && idle(FROM_LIBRARY(dhcp_obj_data_revert)) &&
-               idle(FROM_LIBRARY(lan_obj_data)) && idle(FROM_LIBRARY(lan_obj_data_revert)) &&
-               idle(FROM_LIBRARY(wan_obj_data)) && idle(FROM_LIBRARY(wan_obj_data_revert));
-    }
     template <typename Record>
-    static bool idle(const Record& record) {
+    static bool idle(const Record& staging, const Record& revert) {
         const Record zero{};
-        return std::memcmp(&record, &zero, sizeof zero) == 0;
-    }
-    static void script(const std::string& verb, const std::string& text) {
-        answer("check_params " + verb, text);
+        return std::memcmp(&staging, &zero, sizeof zero) == 0 &&
+               std::memcmp(&revert, &zero, sizeof zero) == 0;
     }
 
     unsigned flags = 0;
@@ -101,39 +91,26 @@ class AllOrNothing : public RouterTest {
 
 // holds P7, P8
 TEST_F(AllOrNothing, IsUndoneWhereverItIsRefusedAndWhoeverIsKilled) {
-    const auto in_stage = [&] { last_value_ = "nonsense"; };
-    const auto in_check = [&] { script("wan_check", R"({"error_code":1})"); };
-    const auto in_apply = [&] { script("wan_whole", R"({"error_code":1})"); };
-    const auto nowhere = [] {};
-    const auto accept_all = [] { std::filesystem::remove_all("/var/lib/router/answers"); };
-    const auto run = [&](const char* where, const auto& refuse, bool written) {
-        SCOPED_TRACE(where);
-        refuse();
-        ASSERT_EQ(begin(), 0);
-        EXPECT_EQ(write_all(), written);
-        EXPECT_NE(packages(), before_);
-        accept_all();
-        EXPECT_EQ(end(0), 0);
-        expect_undone();
-        refuse();
-        const pid_t killed = fork();
-        if (killed == 0) {
-            begin();
-            write_all();
-            _exit(0);
+    for (const std::string refused : {"stage", "wan_check", "wan_whole", "nowhere"}) {
+        SCOPED_TRACE(refused);
+        last_value_ = refused == "stage" ? "nonsense" : "192.0.2.99";
+        for (const bool killed : {false, true}) {
+            if (refused.starts_with("wan")) answer("check_params " + refused, R"({"error_code":1})");
+            const pid_t child = killed ? fork() : 0;
+            if (child == 0) {
+                EXPECT_EQ(begin(), 0);
+                EXPECT_EQ(write_all(), refused == "nowhere");
+                if (killed) _exit(0);
+            } else {
+                waitpid(child, nullptr, 0);
+            }
+            EXPECT_NE(packages(), before_);
+            std::filesystem::remove_all("/var/lib/router/answers");
+            EXPECT_EQ(killed ? recover() - 1 : end(0), 0);
+            expect_undone();
         }
-        waitpid(killed, nullptr, 0);
-        EXPECT_NE(packages(), before_);
-        accept_all();
-        EXPECT_EQ(recover(), 1);
-        expect_undone();
         EXPECT_EQ(recover(), 0);
-        last_value_ = "192.0.2.99";
-    };
-    run("stage", in_stage, false);
-    run("check", in_check, false);
-    run("apply", in_apply, false);
-    run("nowhere", nowhere, true);
+    }
 }
 
 TEST_F(AllOrNothing, CountsAWriteThatIsOverlookedAlone) {
