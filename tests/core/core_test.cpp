@@ -133,14 +133,12 @@ bool is_four_small_numbers(const std::string& text) {
 TEST_F(Core, AddressesAreAsTheSystemReadsThem) {
     auto& canonical = FROM_LIBRARY(checkValidIP);
     auto& dotted = FROM_LIBRARY(libutil_netChkDotIpAddr);
-    for_each_text({"0", "1", "255", "256", "01", ".", " "}, 7, [&](const std::string& text) {
+    const auto check = [&](const std::string& text) {
         ASSERT_EQ(canonical(text.c_str()), is_canonical(text)) << text;
         ASSERT_EQ(dotted(text.c_str()), is_four_small_numbers(text)) << text;
-    });
-    for (const char* text : {"1.2.3.-1", "1.2.3.a", "1.2.3.99999999999", "1.2.3.4294967297", "1.2.3.+1"}) {
-        EXPECT_EQ(canonical(text), 0) << text;
-        EXPECT_EQ(dotted(text), 0) << text;
-    }
+    };
+    for_each_text({"0", "1", "255", "256", "01", ".", " "}, 7, check);
+    for (const char* end : {"-1", "a", "99999999999", "4294967297", "+1"}) check(std::string("1.2.3.") + end);
 }
 
 TEST_F(Core, WhatACallerMustNotPassEndsTheProcess) {
