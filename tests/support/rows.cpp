@@ -47,7 +47,8 @@ std::string take_until(std::string& text, const std::string& mark) {
 
 std::string joined(const Words& parts, const std::string& separator) {
     std::string text;
-    for (const auto& part : parts) text += (&part == parts.data() ? "" : separator) + part;
+    for (const auto& part : parts)
+        if (!part.empty()) text += (text.empty() ? "" : separator) + part;
     return text;
 }
 

@@ -12,6 +12,7 @@ Words split(const std::string& text, const std::string& end);
 std::string trim(const std::string& text);
 // Everything before `mark`, which is cut off together with the mark; all when there is none.
 std::string take_until(std::string& text, const std::string& mark);
+// Parts that are empty are left out.
 std::string joined(const Words& parts, const std::string& separator);
 
 // "\n", "\x1b" and "{x*300}" as what they stand for.

@@ -74,16 +74,13 @@ bool is_of_store(const std::string& event) {
            event.starts_with("IsOptionAllowToChange:");
 }
 
+// What a call changed of them.
 std::string flags_of(unsigned flags) {
-    Words names;
-    unsigned bit = 1;
-    for (const auto& name : rows::words(kFlags)) {
-        if ((flags & bit) != 0) names.push_back(name);
-        bit <<= 1;
-    }
-    flags &= ~(bit - 1);
-    if (flags != kEarlierFlag) names.push_back("bits " + std::to_string(flags));
-    return (names.empty() ? "" : "flags ") + joined(names, ",");
+    Words names = rows::words(kFlags), raised;
+    names.resize(32, "unknown");
+    for (std::size_t bit = 0; bit < names.size(); ++bit)
+        if (((flags ^ kEarlierFlag) >> bit & 1) != 0) raised.push_back(names[bit]);
+    return (raised.empty() ? "" : "flags ") + joined(raised, ",");
 }
 
 // "1 / 2", "-1 x3": one text for all when all did the same.
@@ -173,11 +170,11 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     if (output_shown_) testing::internal::CaptureStdout();
     const std::string result = starved_ ? starved(call) : call();
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
-    Words parts = result.empty() ? Words{} : Words{result};
+    Words parts = {result};
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
     for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
     for (const auto& change : stores::changes(before, stores::snapshot())) parts.push_back(change);
-    if (!output.empty()) parts.push_back("> " + rows::escape(output));
+    parts.push_back(output.empty() ? "" : "> " + rows::escape(output));
     Words ran = mute_.find('$') == std::string::npos ? commands() : Words{};
     put_requests(ran, tool_calls());
     for (const auto& command : ran)
@@ -191,7 +188,8 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
         const std::string text = rows::escape(event);
         parts.push_back("! " + (text.starts_with(name + ": ") ? text.substr(name.size() + 2) : text));
     }
-    return parts.empty() ? "nothing" : joined(parts, " | ");
+    const std::string text = joined(parts, " | ");
+    return text.empty() ? "nothing" : text;
 }
 
 // The value is 'text' or null.
@@ -199,18 +197,14 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
                                      const std::string& word) {
     const auto value = word == "null" ? std::nullopt : std::optional(word.substr(1));
     const Result done = handle(op, name, given, value, kEarlierFlag);
-    Words parts;
-    if (done.code != 0) parts.push_back(std::to_string(done.code));
-    if ((op == CWMP_OP_GET || op == CWMP_OP_ADD) && (done.code == 0 || done.value != kUntouched))
-        parts.push_back(as_value(done.value));
-    if (op == CWMP_OP_LIST && done.code == 0) {
-        Words numbers;
-        for (const auto number : done.numbers) numbers.push_back(std::to_string(number));
-        parts.push_back(numbers.empty() ? "none" : joined(numbers, " "));
-    }
-    if (done.locate != given) parts.push_back("locate " + dotted(done.locate));
-    if (done.flags != kEarlierFlag) parts.push_back(flags_of(done.flags));
-    return joined(parts, " | ");
+    const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD, lists = op == CWMP_OP_LIST && done.code == 0;
+    Words numbers = {lists && done.numbers.empty() ? "none" : ""};
+    for (const auto number : done.numbers) numbers.push_back(std::to_string(number));
+    return joined({done.code == 0 ? "" : std::to_string(done.code),
+                   answers && (done.code == 0 || done.value != kUntouched) ? as_value(done.value) : "",
+                   lists ? joined(numbers, " ") : "",
+                   done.locate == given ? "" : "locate " + dotted(done.locate), flags_of(done.flags)},
+                  " | ");
 }
 
 // Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register,
@@ -295,9 +289,7 @@ std::string RouterTest::told_transaction(const std::string& rest) {
             flags = done.flags;
             if (done.code == 0) continue;
             cwmp::call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
-            Words parts = {pass + (" " + std::to_string(done.code))};
-            if (flags != kEarlierFlag) parts.push_back(flags_of(flags));
-            return joined(parts, " | ");
+            return joined({pass + (" " + std::to_string(done.code)), flags_of(flags)}, " | ");
         }
     }
     return flags_of(flags);
@@ -310,7 +302,7 @@ std::string RouterTest::told_group(const std::string& rest) {
     const auto& exec = symbol<int(int, int, int, const char*, unsigned*)>("func_obj_exec");
     unsigned flags = kEarlierFlag;
     std::vector<int> named;
-    Words results, parts;
+    Words results;
     for (const auto& word : rows::words(rest)) {
         const auto group = std::find(groups.begin(), groups.end(), word);
         if (group != groups.end()) {
@@ -325,10 +317,8 @@ std::string RouterTest::told_group(const std::string& rest) {
             results.push_back(std::to_string(exec(named.back(), std::stoi(word), 0, value.c_str(), &flags)));
         }
     }
-    if (!std::all_of(results.begin(), results.end(), [](const auto& each) { return each == "1"; }))
-        parts.push_back(joined(results, " "));
-    if (flags != kEarlierFlag) parts.push_back(flags_of(flags));
-    return joined(parts, " | ");
+    const bool passed = std::ranges::count(results, "1") == std::ssize(results);
+    return joined({passed ? "" : joined(results, " "), flags_of(flags)}, " | ");
 }
 
 // Its exit code unless that is 0, and what it printed.
