@@ -12,9 +12,9 @@ namespace cwmp {
 // A diagnostic test as `dm diagnose` offers it.
 struct Test {
     struct Setting {
-        const char* option;  // "--tries"; a name without dashes is required and stands first
-        const char* parameter;
-        const char* help;
+        const char* option = "";  // "--tries"; a name without dashes is required and stands first
+        const char* parameter = "";
+        const char* help = "";
         const char* otherwise = "";  // its value when it is not given
         int least = 0;               // of a number
         int most = 0;

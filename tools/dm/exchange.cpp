@@ -38,7 +38,8 @@ const char* unescape(std::string& line) {
     if (equals == std::string::npos) return "PATH=VALUE expected";
     const auto value = from_line(std::string_view(line).substr(equals));
     if (!value) return R"(a backslash begins \n, \r, \t, \\ or \x and two digits)";
-    line.replace(equals, std::string::npos, *value);
+    line.resize(equals);
+    line += *value;
     return nullptr;
 }
 
