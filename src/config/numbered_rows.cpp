@@ -12,7 +12,7 @@ namespace {
 // 0 for a section that is no row.
 int row_number(const char* section) {
     const int number = decimal_prefix(section);
-    return std::to_string(number) == section ? number : 0;
+    return decimal(number) == section ? number : 0;
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ std::optional<int> row_count(const char* package) {
 }
 
 std::optional<std::string> read_row(const char* package, int row, const char* option) {
-    const auto section = std::to_string(row);
+    const auto section = decimal(row);
     return read_option({package, section.c_str(), option}, kScratchStore);
 }
 

@@ -23,7 +23,7 @@ constexpr std::string_view kAnonymous = "2";
 std::string place_of(const uci_list& all, const uci_element& element) {
     int place = 0;
     for (const uci_list* at = all.next; at != &element.list && at != &all; at = at->next) ++place;
-    return std::to_string(place);
+    return decimal(place);
 }
 
 void move_to(uci_list& all, uci_element& element, int place) {

@@ -21,7 +21,7 @@ std::string host_part(const char* address, const char* mask) {
         shift -= 8;
         if (part.empty() && (covered >> shift & 255) == 255) continue;
         if (!part.empty()) part += '.';
-        part += std::to_string(host >> shift & 255);
+        part += decimal(host >> shift & 255);
     }
     return part;
 }

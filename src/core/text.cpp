@@ -1,6 +1,7 @@
 #include "core/text.h"
 
 #include <algorithm>
+#include <cinttypes>
 #include <climits>
 #include <cstdarg>
 #include <cstdio>
@@ -25,6 +26,8 @@ std::string formatted(const char* format, ...) {
     va_end(args);
     return text;
 }
+
+std::string decimal(std::int64_t number) { return formatted("%" PRId64, number); }
 
 bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 

@@ -38,7 +38,7 @@ std::string channel_command(const std::string& interface) {
 std::string as_frequency(const std::string& channel) {
     int mhz = 0;
     channel_to_mhz(decimal_prefix(channel.c_str()), &mhz);
-    return std::to_string(mhz) + "MHz";
+    return formatted("%dMHz", mhz);
 }
 
 bool same_number(const std::string& entry, const char* value) {

@@ -88,7 +88,7 @@ bool cwmp::staged::note_in_force(const Object& object) {
         const bool is_switch = object.fields[option].kind == Kind::enable;
         const bool changed = is_switch || revert.text(option) != staging.text(option);
         note << (changed ? kChanged : kSame) +
-                    (is_switch ? std::to_string(revert.enable()) : std::string(revert.text(option)));
+                    (is_switch ? decimal(revert.enable()) : std::string(revert.text(option)));
     }
     if (revert.checked() != 1) note << "";
     return transaction::keep(note.line());

@@ -42,7 +42,7 @@ std::optional<std::string> zero_or_one(const char* value) {
 }
 
 std::optional<std::string> wrapping_number(const char* value) {
-    return std::to_string(static_cast<std::uint32_t>(std::strtoull(value, nullptr, 10)));
+    return decimal(static_cast<std::uint32_t>(std::strtoull(value, nullptr, 10)));
 }
 
 std::optional<std::string> ipv4_address(const char* value) {
@@ -74,7 +74,7 @@ std::optional<std::string> number_within(const char* value, std::int64_t lowest,
     // What does not fit 64 bits is held at their limits and so refused.
     const std::int64_t parsed = std::strtoll(value, nullptr, 10);
     if (parsed < lowest || parsed > highest) return std::nullopt;
-    return std::to_string(parsed);
+    return decimal(parsed);
 }
 
 }  // namespace cwmp

@@ -46,7 +46,7 @@ READ_ONLY(DeviceInfo_X_QM_ProductID) {
         first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
     if (!line) return kRefused;
     const int identifier = static_cast<int>(std::strtoul(line->c_str(), nullptr, 16));
-    return get.answer(std::to_string(identifier));
+    return get.answer(decimal(identifier));
 }
 
 READ_ONLY(DeviceInfo_SerialNumber) {
@@ -111,5 +111,5 @@ READ_ONLY(DeviceInfo_ProcessStatus_CPUUsage) {
                                   kShortLine, "Failed to get  CPUUsage\n"});
     if (!line) return kRefused;
     const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
-    return get.answer(std::to_string(100 - idle));
+    return get.answer(decimal(100 - idle));
 }

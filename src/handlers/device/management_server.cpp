@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "core/command.h"
+#include "core/text.h"
 #include "cwmp/agent_state.h"
 #include "handlers/blocks/option.h"
 
@@ -121,7 +122,7 @@ HANDLER(ManagementServer_ConnectionRequestURL) {
     const auto* agent = agent_state(op, args);
     if (agent == nullptr) return kRefused;
     const std::string url =
-        "http://" + field(agent->host) + ":" + std::to_string(agent->port) + field(agent->path);
+        formatted("http://%s:%d%s", field(agent->host).c_str(), agent->port, field(agent->path).c_str());
     return answer(args, url.substr(0, kLongest));
 }
 PARAMETER(ManagementServer_ConnectionRequestUsername, server_setting, "cwmp, ConnectionRequestUsername val",
@@ -151,16 +152,14 @@ std::optional<std::string> the_connection(const char* value) {
     return std::strcmp(value, kXmppConnection) == 0 ? std::optional<std::string>(value) : std::nullopt;
 }
 
-std::int64_t decimal(const char* text) { return std::strtoll(text, nullptr, 10); }
-
 // A bound that is not stored counts as 0 here, whatever its GET answers.
 std::int64_t stored_bound(const char* name) {
-    return decimal(read_option(kStun / name).value_or("0").c_str());
+    return std::strtoll(read_option(kStun / name).value_or("0").c_str(), nullptr, 10);
 }
 
 std::int64_t new_bound(int op, Arguments args) {
     const char* value = PassArguments(op, args).text();
-    return value != nullptr ? decimal(value) : 0;
+    return value != nullptr ? std::strtoll(value, nullptr, 10) : 0;
 }
 
 }  // namespace

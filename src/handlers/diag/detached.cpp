@@ -14,6 +14,7 @@
 #include "core/bulk_read.h"
 #include "core/command.h"
 #include "core/refusal.h"
+#include "core/text.h"
 #include "cwmp/message_channel.h"
 
 namespace cwmp {
@@ -95,7 +96,7 @@ void finish_job(Caller caller) {
     }
     std::fflush(stdout);
     // An ordinary exit would run the agent's exit handlers.
-    run("kill -9 " + std::to_string(getpid()));
+    run(formatted("kill -9 %d", getpid()));
     _exit(0);
 }
 

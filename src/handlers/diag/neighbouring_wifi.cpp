@@ -6,6 +6,7 @@
 #include "core/command.h"
 #include "core/refusal.h"
 #include "core/shell.h"
+#include "core/text.h"
 #include "cwmp/diagnostics.h"
 #include "handlers/blocks/row.h"
 #include "handlers/diag/detached.h"
@@ -31,8 +32,7 @@ bool delete_results() {
     const std::string count = read_test(kScan / "ResultNumberOfEntries").value_or("");
     const int last = std::min(decimal_prefix(count.c_str()), kMostResults);
     Batch batch(kDiagnosticsPackage, kScratchStore);
-    for (int number = 1; number <= last; ++number)
-        batch.delete_section(std::to_string(number).c_str(), kCellType);
+    for (int number = 1; number <= last; ++number) batch.delete_section(decimal(number).c_str(), kCellType);
     batch.set(kScan.section, "ResultNumberOfEntries", "0");
     return batch.commit();
 }
@@ -55,8 +55,8 @@ int read_band(const char* log, int& last) {
 
 bool complete(int count24, int count5) {
     Batch batch(kDiagnosticsPackage, kScratchStore);
-    batch.set(kScan.section, "ResultNumberOfEntries_2_4G", std::to_string(count24).c_str());
-    batch.set(kScan.section, "ResultNumberOfEntries_5G", std::to_string(count5).c_str());
+    batch.set(kScan.section, "ResultNumberOfEntries_2_4G", decimal(count24).c_str());
+    batch.set(kScan.section, "ResultNumberOfEntries_5G", decimal(count5).c_str());
     batch.set(kScan.section, "DiagnosticsState", "Completed");
     return batch.commit();
 }
@@ -143,7 +143,7 @@ int NeighboringWiFi_Diagnostic(const char* command, int first) {
             if (network && !network->commit()) return last - 1;
             network.reset();
             if (last >= most) return last;
-            number = std::to_string(++last);
+            number = decimal(++last);
             network.emplace(kDiagnosticsPackage, kScratchStore);
             network->set(kScan.section, "ResultNumberOfEntries", number.c_str());
             network->add_section(number.c_str(), kCellType);

@@ -3,6 +3,7 @@
 
 #include "core/command.h"
 #include "core/shell.h"
+#include "core/text.h"
 #include "cwmp/diagnostics.h"
 #include "handlers/blocks/row.h"
 #include "handlers/diag/detached.h"
@@ -36,7 +37,7 @@ Run configured_run() {
     if (const auto interface = read_test(kTrace / "Interface")) command += " -i " + shell_word(*interface);
     command += " -q " + shell_word(read_test(kTrace / "NumberOfTries").value_or("3"));
     const auto timeout = read_test(kTrace / "Timeout");
-    command += timeout ? " -w " + std::to_string(decimal_prefix(timeout->c_str()) / 1000) : " -w 5 ";
+    command += timeout ? formatted(" -w %d", decimal_prefix(timeout->c_str()) / 1000) : " -w 5 ";
     command += " -m " + shell_word(read_test(kTrace / "MaxHopCount").value_or("30"));
     const std::string host = read_test(kTrace / "Host").value_or("");
     return {command + " " + shell_word(host) + " > /tmp/tr069/trace_result 2>&1 &", host};

@@ -1,5 +1,6 @@
 // Device.DHCPv4.Client.{i}.: 1 of the internet WAN, 2 of the management WAN.
 #include "config/store.h"
+#include "core/text.h"
 #include "cwmp/interface_stack.h"
 #include "cwmp/platform.h"
 #include "cwmp/wan.h"
@@ -23,7 +24,7 @@ std::string wan_type() { return read_option({"network", "wan", "wan_type"}).valu
 
 std::string enable(int client) { return is_on(client) ? "1" : "0"; }
 std::string client_status(int client) { return is_on(client) ? "Enabled" : "Disabled"; }
-std::string alias(int client) { return "cpe-" + std::to_string(client); }
+std::string alias(int client) { return formatted("cpe-%d", client); }
 
 std::string ip_interface(int client) {
     constexpr unsigned int kPlain = 47, kUnderPptp = 48, kUnderL2tp = 49, kManagement = 53;

@@ -41,7 +41,7 @@ std::string status(const Instance& instance) {
 }
 
 std::string device_name(const Instance& instance) { return instance.device; }
-std::string alias(const Instance& instance) { return "cpe-" + std::to_string(instance.number); }
+std::string alias(const Instance& instance) { return formatted("cpe-%d", instance.number); }
 
 std::string lower_layers(const Instance& instance) {
     refreshIntfStacks();

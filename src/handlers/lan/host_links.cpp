@@ -5,6 +5,7 @@
 #include "core/addresses.h"
 #include "core/handler.h"
 #include "core/refusal.h"
+#include "core/text.h"
 #include "cwmp/platform.h"
 
 using namespace cwmp;
@@ -41,7 +42,7 @@ std::string associated_device(int host) {
     const auto clients = find_rows(kHosts, row_count(kHosts).value_or(0), {{"lay2if", interface}});
     const auto client = std::find(clients.begin(), clients.end(), host);
     if (client == clients.end()) return "";
-    return network->clients + std::to_string(client - clients.begin() + 1);
+    return network->clients + decimal(client - clients.begin() + 1);
 }
 
 std::string mesh_device_address(int host) {

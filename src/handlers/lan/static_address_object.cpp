@@ -4,6 +4,7 @@
 #include "config/batch.h"
 #include "config/store.h"
 #include "core/refusal.h"
+#include "core/text.h"
 #include "cwmp/instances.h"
 #include "handlers/blocks/object.h"
 #include "handlers/lan/reservation.h"
@@ -31,7 +32,7 @@ int add(const AddArguments& arguments, Caller caller) {
     while (numbers->has(number)) ++number;
     if (number > numbers->most())
         return fail(caller, kError, "failed to add obj, reach max instance number\n");
-    const std::string name = std::to_string(number);
+    const std::string name = decimal(number);
     return create(batch, name, caller) ? arguments.answer(name) : fail(caller, kError, "failed to add obj\n");
 }
 
@@ -61,7 +62,7 @@ int remove(const DeleteArguments& arguments, Caller caller) {
         refuse(caller, kError, "failed to del instance %d\n", number);
         return kFailed;
     }
-    const bool erased = erase(batch, std::to_string(number).c_str(), arguments, caller);
+    const bool erased = erase(batch, decimal(number).c_str(), arguments, caller);
     return erased ? kDone : fail(caller, kError, kUndeleted);
 }
 
@@ -86,5 +87,5 @@ PARAMETER(DHCPv4_Server_Pool_StaticAddress, object, {add, remove, list})
 
 READ_ONLY(DHCPv4_Server_Pool_StaticAddressNumberOfEntries) {
     const int count = __getInstanceMax(kReservations.package, kReservations.type);
-    return get.answer(std::to_string(count));
+    return get.answer(decimal(count));
 }

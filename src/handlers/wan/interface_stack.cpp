@@ -1,5 +1,6 @@
 // Device.InterfaceStack.
 #include "cwmp/interface_stack.h"
+#include "core/text.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -38,7 +39,7 @@ int layer(int op, Arguments args, const char* cwmp_interface_stack_row::*path,
 READ_ONLY(InterfaceStackNumberOfEntries) {
     refreshIntfStacks();
     const auto shown = std::count_if(std::begin(intfStacks), std::end(intfStacks), is_shown);
-    return get.answer(std::to_string(shown));
+    return get.answer(decimal(shown));
 }
 
 PARAMETER(InterfaceStack_HigherLayer, layer, &cwmp_interface_stack_row::higher)

@@ -186,7 +186,7 @@ PARAMETER(NAT_PortMapping_InternalClient, mapping_field, {"ip", client_address, 
 PARAMETER(NAT_PortMapping_Description, mapping_field, {"description", nullptr, description})
 
 READ_ONLY(NAT_PortMappingNumberOfEntries) {
-    const std::string count = std::to_string(__getInstanceMax(kMappings.package, kMappings.type));
+    const std::string count = decimal(__getInstanceMax(kMappings.package, kMappings.type));
     const KeepBulkRead ours;
     write_option({kMappings.package, "nat", "PortMappingNumberOfEntries"}, count);
     return get.answer(count);

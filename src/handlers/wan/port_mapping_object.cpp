@@ -23,13 +23,13 @@ int free_number() {
     int number = __getInstanceNext(kMappings.package, kMappings.type, kNumberOption, kMost);
     UciContext context(kLiveStore);
     if (!context || !context.load(kMappings.package)) return number;
-    while (number <= kMost && context.section(std::to_string(number).c_str()) != nullptr) ++number;
+    while (number <= kMost && context.section(decimal(number).c_str()) != nullptr) ++number;
     return number;
 }
 
 void change_count(MirroredBatch& batch, int by) {
     const int count = decimal_prefix(batch.value(kCounter, kCount).value_or("").c_str());
-    const std::string changed = std::to_string(std::max<int64_t>(0, static_cast<int64_t>(count) + by));
+    const std::string changed = decimal(std::max<int64_t>(0, static_cast<int64_t>(count) + by));
     batch.set(kCounter, kCount, changed.c_str());
 }
 
@@ -60,7 +60,7 @@ int add(const AddArguments& arguments, Caller caller) {
     if (!batch.hold()) return fail(caller, kError, kUnwritten);
     const int number = free_number();
     if (number > kMost) return fail(caller, kError, kTooMany);
-    const std::string name = std::to_string(number);
+    const std::string name = decimal(number);
     if (batch.add_section(name.c_str(), kMappings.type) != 0)
         return fail(caller, kDebug, "Add section error\n\n");
     change_count(batch, 1);

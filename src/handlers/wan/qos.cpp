@@ -21,7 +21,7 @@ int bandwidth(int op, Arguments args, const OptionPath& at) {
     if (op == CWMP_OP_GET) {
         const GetArguments get(args);
         if (!stored) return get.answer(kMostBandwidth);
-        return get.answer(std::to_string(decimal_prefix(stored->c_str()) / 1024));
+        return get.answer(decimal(decimal_prefix(stored->c_str()) / 1024));
     }
     return change(op, args, [&](const SetArguments& set) {
         if (stored == set.value()) return kDone;

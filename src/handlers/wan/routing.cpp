@@ -39,7 +39,7 @@ READ_ONLY(Routing_Router_IPv4ForwardingNumberOfEntries) {
     }
     const std::string count = pipe.line().value_or("");
     const bool too_many = decimal_prefix(count.c_str()) > CWMP_ROUTES;
-    return get.answer(too_many ? std::to_string(CWMP_ROUTES) : count);
+    return get.answer(too_many ? decimal(CWMP_ROUTES) : count);
 }
 
 PARAMETER(Routing_Router_IPv4Forwarding_Enable, constant, "1")

@@ -1,6 +1,7 @@
 // Device.WiFi.AccessPoint.{i}. Its security and its clients are in files of their own.
 #include <cstring>
 
+#include "core/text.h"
 #include "handlers/blocks/option.h"
 #include "handlers/wifi/network_switch.h"
 
@@ -13,7 +14,7 @@ FORWARD(WiFi_AccessPoint_WPS_Enable, LANDevice_WLANConfiguration_WPS_Enable)
 READ_ONLY(WiFi_AccessPoint_SSIDReference) {
     const int number = get.locate()[0];
     const int reference = network_by_number(number) == nullptr ? 1 : number;
-    return get.answer("Device.WiFi.SSID." + std::to_string(reference) + ".");
+    return get.answer(formatted("Device.WiFi.SSID.%d.", reference));
 }
 
 READ_ONLY(WiFi_AccessPoint_X_QM_APType) {

@@ -1,6 +1,7 @@
 // Device.WiFi.AccessPoint.{i}.AssociatedDevice.{i}. and its copy for the guest networks, under
 // X_QM_MultiSSID.
 #include "core/refusal.h"
+#include "core/text.h"
 #include "handlers/wifi/client_table.h"
 
 using namespace cwmp;
@@ -38,7 +39,7 @@ READ_ONLY(WiFi_AccessPoint_AssociatedDeviceNumberOfEntries) {
     if (network == nullptr) return kRefused;
     // Without a count the answer is left as it is.
     const auto count = row_count(kHosts);
-    return count ? get.answer(std::to_string(clients_of(network->field, *count).size())) : kDone;
+    return count ? get.answer(decimal(clients_of(network->field, *count).size())) : kDone;
 }
 
 PARAMETER(WiFi_AccessPoint_AssociatedDevice_MACAddress, client_address, "mac", EmptyTable::is_traced)

@@ -73,7 +73,7 @@ std::string bssid(const MeshRadio& radio) {
 // As many access points on each radio as the device has radios.
 std::string access_points(const MeshRadio& radio) { return radio_count(radio.device); }
 std::string frequency_band(const MeshRadio& radio) { return radio.radio->frequency_band; }
-std::string client_count(const MeshRadio& radio) { return std::to_string(clients_of(radio).size()); }
+std::string client_count(const MeshRadio& radio) { return decimal(clients_of(radio).size()); }
 std::string network_name(const MeshRadio& /*radio*/) {
     return read_option(kMainNetwork / "ssid").value_or("");
 }

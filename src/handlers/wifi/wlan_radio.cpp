@@ -57,7 +57,7 @@ int auto_channel(const GetArguments& get, const Radio& radio, Caller /*caller*/)
 
 // Discards what is staged beside the channel that was just written.
 void revert_staged_channel(const Radio& radio) {
-    uciRevert((std::string("wifi.") + radio.section + ".channel").c_str());
+    uciRevert(formatted("wifi.%s.channel", radio.section).c_str());
 }
 
 int set_auto_channel(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
@@ -109,7 +109,7 @@ int bandwidth(const GetArguments& get, const Radio& radio, Caller caller) {
     if (!mode) return kRefused;
     const auto width = mode->starts_with("HT") ? leading_decimal(mode->c_str() + 2) : std::nullopt;
     if (!width) return refuse(caller, kError, "sscanf wifi  bandwidth error\n");
-    return get.answer(std::to_string(*width) + "MHz");
+    return get.answer(formatted("%dMHz", *width));
 }
 
 int set_bandwidth(const SetArguments& set, const Radio& radio, Caller caller) {
@@ -168,7 +168,7 @@ READ_ONLY(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
                   interface.c_str());
     const auto line = first_line({command.c_str(), kLongLine, "Failed to get  FrequencyInUse\n"});
     if (!line || line->empty()) return get.answer(line);
-    return get.answer(std::to_string(decimal_prefix(line->c_str()) * kFactor) + "MHz");
+    return get.answer(formatted("%lldMHz", decimal_prefix(line->c_str()) * kFactor));
 }
 
 READ_ONLY(LANDevice_WLANConfiguration_Status) {
