@@ -50,16 +50,6 @@ bool is_uci_type(std::string_view type) {
            std::all_of(type.begin(), type.end(), [](char c) { return c > ' ' && c <= '~'; });
 }
 
-uci_ptr pointer_to(uci_package* package, const char* section, const char* option, const char* value) {
-    uci_ptr pointer = {};
-    pointer.p = package;
-    pointer.package = package->e.name;
-    pointer.section = section;
-    pointer.option = option;
-    pointer.value = value;
-    return pointer;
-}
-
 std::string staged_file(const uci_context* context, const char* package) {
     return std::string(context->savedir) + '/' + package;
 }
@@ -128,6 +118,16 @@ std::optional<std::string> UciContext::value(uci_section* section, const char* o
     return text;
 }
 
+int UciContext::change(Change* call, const char* section, const char* option, const char* value) {
+    uci_ptr pointer = {};
+    pointer.p = package_;
+    pointer.package = package_->e.name;
+    pointer.section = section;
+    pointer.option = option;
+    pointer.value = value;
+    return call(context_.get(), &pointer);
+}
+
 int UciContext::set_option(const char* section, const char* option, const char* value) {
     uci_section* existing = this->section(section);
     const bool deletes = *value == '\0';
@@ -137,23 +137,20 @@ int UciContext::set_option(const char* section, const char* option, const char* 
     // A value that libuci cannot read back would be set, and lost when it is committed.
     if (existing == nullptr || !is_uci_name(option) || !is_uci_value(value)) return UCI_ERR_INVAL;
     if (noting_) note_option(section, option);
-    uci_ptr pointer = pointer_to(package_, section, option, value);
-    return uci_set(context_.get(), &pointer);
+    return change(uci_set, section, option, value);
 }
 
 int UciContext::set_section(const char* section, const char* type) {
     assert(is_loaded());
     if (!is_uci_name(section) || !is_uci_type(type)) return UCI_ERR_INVAL;
     if (noting_) note_section(section);
-    uci_ptr pointer = pointer_to(package_, section, nullptr, type);
-    return uci_set(context_.get(), &pointer);
+    return change(uci_set, section, nullptr, type);
 }
 
 int UciContext::delete_section(const char* section) {
     assert(is_loaded());
     if (noting_) note_deletion(section);
-    uci_ptr pointer = pointer_to(package_, section, nullptr, nullptr);
-    return uci_delete(context_.get(), &pointer);
+    return change(uci_delete, section, nullptr, nullptr);
 }
 
 // libuci's own commit looks at no result of its writing, and stores nothing any more once a cut line is staged.

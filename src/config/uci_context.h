@@ -27,6 +27,7 @@
 #include "config/transaction.h"
 #include "core/log.h"
 
+struct uci_ptr;
 struct uci_section;
 
 namespace cwmp {
@@ -81,6 +82,8 @@ class UciContext {
     std::optional<int> revert(std::string tuple);
 
   private:
+    using Change = int(uci_context*, uci_ptr*);  // uci_set and its like
+    int change(Change* call, const char* section, const char* option, const char* value);
     void note_section(const char* name);
     void note_option(const char* section, const char* option);
     void note_deletion(const char* section);

@@ -106,12 +106,7 @@ bool UciContext::restore_section(transaction::NoteReader& note) {
     const std::string type = note.next();
     const bool exists = section(name.c_str()) != nullptr;
     if (kind == kAbsent) return !exists || delete_section(name.c_str()) == UCI_OK;
-    uci_ptr pointer = {};
-    pointer.p = package_;
-    pointer.package = package_->e.name;
-    pointer.section = name.c_str();
-    pointer.value = type.c_str();
-    if (uci_set(context_.get(), &pointer) != UCI_OK) return false;
+    if (change(uci_set, name.c_str(), nullptr, type.c_str()) != UCI_OK) return false;
     uci_section* restored = section(name.c_str());
     if (restored == nullptr) return false;
     restored->anonymous = kind == kAnonymous;
@@ -129,15 +124,8 @@ bool UciContext::restore_option(transaction::NoteReader& note) {
     if (set_option(section.c_str(), option.c_str(), "") != UCI_OK) return false;
     if (kind == kAbsent) return true;
     while (!note.ends()) {
-        const std::string value = note.next();
-        uci_ptr pointer = {};
-        pointer.p = package_;
-        pointer.package = package_->e.name;
-        pointer.section = section.c_str();
-        pointer.option = option.c_str();
-        pointer.value = value.c_str();
         const auto put = kind == kText ? uci_set : uci_add_list;
-        if (put(context_.get(), &pointer) != UCI_OK) return false;
+        if (change(put, section.c_str(), option.c_str(), note.next().c_str()) != UCI_OK) return false;
     }
     uci_option* restored = uci_lookup_option(context_.get(), owner, option.c_str());
     if (restored != nullptr) move_to(owner->options, restored->e, place);

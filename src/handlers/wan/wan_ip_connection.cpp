@@ -128,7 +128,7 @@ bool clone_mac(const int* locate, const std::string& mac) {
     if (const auto current = live_value(locate, kMac, kNoMac)) {
         add_revert_item("macclone", current->c_str(), nullptr);
     }
-    run(std::string(kCheckScript) + " macclone " + shell_word(mac));
+    run(formatted("%s macclone %s", kCheckScript, shell_word(mac).c_str()));
     save_to_cwmp_config();
     return read_option(kCloneResult, kScratchStore) == "1";
 }
@@ -147,7 +147,7 @@ int set_mac(const SetArguments& set, Caller caller) {
 int set_igmp_proxy(const SetArguments& set, Caller /*caller*/) {
     const auto switched = boolean(set.value());
     if (!switched) return kRefused;
-    run(std::string(kCheckScript) + " iptv_igmpproxy_enable " + (*switched == "1" ? "\"on\"" : "\"off\""));
+    run(formatted("%s iptv_igmpproxy_enable \"%s\"", kCheckScript, *switched == "1" ? "on" : "off"));
     return kDone;
 }
 

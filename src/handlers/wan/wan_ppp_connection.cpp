@@ -91,7 +91,7 @@ READ_ONLY(WANDevice_WANConnectionDevice_WANPPPConnection_TransportType) {
 
 int GetPPPoE_internet_info(int op, va_list args, const char* field) {
     if (op != CWMP_OP_GET) return kRefused;
-    refresh(std::string(kCheckScript) + " pppoe_infoUpdate ");
+    refresh(formatted("%s pppoe_infoUpdate ", kCheckScript));
     const auto known = read_option(Section{"check", "pppoe"} / field, kScratchStore);
     return answer(args, known.value_or(""));
 }

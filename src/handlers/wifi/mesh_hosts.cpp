@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "core/refusal.h"
+#include "core/text.h"
 #include "cwmp/value_checks.h"
 #include "cwmp/wireless.h"
 #include "handlers/blocks/row.h"
@@ -54,7 +55,7 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     if (op != CWMP_OP_GET)
         return change(op, args, [&](const SetArguments& set) { return set_wps(set, *device); });
     // Makes the script bring the table up to date.
-    refresh(std::string(kCheckScript) + " wps_status");
+    refresh(formatted("%s wps_status", kCheckScript));
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";
     return answer(args, busy ? "1" : "0");
 }
