@@ -74,11 +74,6 @@ int transaction(int refused_pass) {
     return done ? kDone : kUndone;
 }
 
-int recover() {
-    const int result = LIBRARY(cwmp_transaction_recover)(&flags);
-    return result == 0 ? kDone : result == 1 ? kUndone : kNotUndone;
-}
-
 bool repeat(int rounds, const std::function<bool(int)>& round) {
     int done = 0;
     while (done < rounds && round(done + 1)) ++done;
@@ -152,7 +147,10 @@ int run(const std::string& operation, const std::string& detail, std::string nam
     if (const auto arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "arm_faults"))) arm();
     const int number = std::atoi(detail.c_str());
     if (operation == "transaction") return transaction(number);
-    if (operation == "recover") return recover();
+    if (operation == "recover") {
+        const int undone = LIBRARY(cwmp_transaction_recover)(&flags);
+        return undone < 0 ? kNotUndone : undone;
+    }
     if (operation == "often") return call_often(number) ? kDone : kUndone;
     if (operation == "read") name = get("DeviceInfo_ModelName"), send_signals();
     // Beside a thread that is in popen at any time, as the agent's may be: no job waits for that one's locks.
