@@ -21,7 +21,6 @@
 #include "cwmp/message_channel.h"
 #include "library.h"
 #include "rows.h"
-#include "store.h"
 
 namespace fs = std::filesystem;
 

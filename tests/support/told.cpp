@@ -6,15 +6,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
 #include <functional>
-#include <stdexcept>
 
 #include "library.h"
 #include "router_test.h"
 #include "rows.h"
-#include "store.h"
 
 using rows::joined, rows::take_until, rows::Words;
 
