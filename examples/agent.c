@@ -60,10 +60,9 @@ static char value[CWMP_VALUE_SIZE]; /* of the last GET */
 static void read_model(const char* directory) {
     char text[1024];
     glob_t files;
-    size_t i;
     snprintf(text, sizeof text, "%s/*.txt", directory);
     if (glob(text, 0, NULL, &files) != 0) return;
-    for (i = 0; i < files.gl_pathc; ++i) {
+    for (size_t i = 0; i < files.gl_pathc; ++i) {
         FILE* file = fopen(files.gl_pathv[i], "r");
         while (file != NULL && lines < MOST_LINES && fgets(text, sizeof text, file) != NULL) {
             struct line* line = &model[lines];
@@ -86,8 +85,7 @@ static const struct line* line_of(const char* pattern) {
 static const char* attribute(const struct line* line, const char* name) {
     static char words[PATH_SIZE];
     const size_t length = strlen(name);
-    char* word;
-    for (word = strtok(strcpy(words, line->rest), " "); word != NULL; word = strtok(NULL, " ")) {
+    for (char* word = strtok(strcpy(words, line->rest), " "); word != NULL; word = strtok(NULL, " ")) {
         if (strncmp(word, name, length) == 0 && word[length] == '=') return word + length + 1;
     }
     return "";
@@ -98,15 +96,14 @@ static cwmp_handler handler_of(const struct line* line) {
     char name[PATH_SIZE] = "";
     char path[PATH_SIZE];
     char* part = strtok(strcpy(path, line->path), "."); /* the root object, which no name holds */
-    cwmp_handler handler;
-    void* symbol;
     while (part != NULL && (part = strtok(NULL, ".")) != NULL) {
         if (strcmp(part, "{i}") == 0) continue;
         if (name[0] != '\0') strcat(name, "_");
         strcat(name, part);
     }
     part = (char*)attribute(line, "handler");
-    symbol = dlsym(library, part[0] != '\0' ? part : name);
+    void* const symbol = dlsym(library, part[0] != '\0' ? part : name);
+    cwmp_handler handler;
     memcpy(&handler, &symbol, sizeof handler);
     return handler;
 }
@@ -114,10 +111,9 @@ static cwmp_handler handler_of(const struct line* line) {
 /* The first so many instance numbers, or those that the model chooses. The array is fresh for every call. */
 static void fill_locate(const struct target* target, int count, int locate[CWMP_LOCATE_SIZE]) {
     const char* chosen = attribute(target->line, "locate");
-    int i;
     memset(locate, 0, CWMP_LOCATE_SIZE * sizeof *locate);
-    for (i = 0; i < count && chosen[0] == '\0'; ++i) locate[i] = target->numbers[i];
-    for (i = 0; isdigit((unsigned char)*chosen) && i < CWMP_LOCATE_SIZE; ++i) {
+    for (int i = 0; i < count && chosen[0] == '\0'; ++i) locate[i] = target->numbers[i];
+    for (int i = 0; isdigit((unsigned char)*chosen) && i < CWMP_LOCATE_SIZE; ++i) {
         const int position = (int)strtol(chosen, (char**)&chosen, 10);
         if (position <= count) locate[i] = target->numbers[position - 1];
         if (*chosen == ',') ++chosen;
@@ -127,11 +123,10 @@ static void fill_locate(const struct target* target, int count, int locate[CWMP_
 /* Handlers take a variable-argument list that somebody else has opened. */
 static int call(const struct line* line, int op, ...) {
     const cwmp_handler handler = handler_of(line);
-    va_list args;
-    int result;
     if (handler == NULL) return -1;
+    va_list args;
     va_start(args, op);
-    result = handler(op, args);
+    const int result = handler(op, args);
     va_end(args);
     fflush(stdout); /* handlers print there */
     return result;
@@ -223,9 +218,9 @@ static int set_one(const struct setting* setting, int pass, unsigned int* flags)
 /* Every setting staged, then every one checked, then every one applied. */
 static int set_all(const struct setting* settings, int count, unsigned int* flags) {
     static const int passes[] = {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY};
-    int fault = DONE, pass, i;
-    for (pass = 0; pass < 3; ++pass) {
-        for (i = 0; i < count && fault == DONE; ++i) fault = set_one(&settings[i], passes[pass], flags);
+    int fault = DONE;
+    for (int pass = 0; pass < 3; ++pass) {
+        for (int i = 0; i < count && fault == DONE; ++i) fault = set_one(&settings[i], passes[pass], flags);
     }
     return fault;
 }
@@ -248,19 +243,17 @@ static int end(int fault, unsigned int flags) {
 /* One SetParameterValues. */
 static int set(const struct setting* settings, int count) {
     unsigned int flags = 0;
-    int fault;
     if (cwmp_transaction_begin(WAIT_MS) != 0) return INTERNAL_ERROR;
-    fault = set_all(settings, count, &flags);
+    const int fault = set_all(settings, count, &flags);
     return end(fault, flags);
 }
 
 /* Add and delete, with locate for the outer numbers: what they refuse with is 1 or a fault. */
 static int change(const struct target* object, int op, char* number, unsigned int* flags) {
     int locate[CWMP_LOCATE_SIZE];
-    int result;
     if (strcmp(object->line->access, "AD") != 0) return INVALID_ARGUMENTS;
     fill_locate(object, object->count - 1, locate);
-    result = call(object->line, op, locate, number, flags);
+    const int result = call(object->line, op, locate, number, flags);
     return result == 1 ? INVALID_ARGUMENTS : result;
 }
 
@@ -271,12 +264,11 @@ static int add(const char* path, const char* name, const char* text, char instan
     char parameter[PATH_SIZE * 2];
     const struct setting setting = {parameter, text};
     unsigned int flags = 0;
-    int fault;
     resolve(path, &object); /* the outer numbers; the model's line is that of an instance */
     ++object.count;
     if (!append(&object, "{i}.", 4)) return INVALID_NAME;
     if (cwmp_transaction_begin(WAIT_MS) != 0) return INTERNAL_ERROR;
-    fault = change(&object, CWMP_OP_ADD, number, &flags);
+    int fault = change(&object, CWMP_OP_ADD, number, &flags);
     snprintf(instance, PATH_SIZE, "%s%s.", path, number);
     snprintf(parameter, sizeof parameter, "%s%s", instance, name);
     if (fault == DONE) fault = set_all(&setting, 1, &flags);
@@ -299,9 +291,7 @@ static int delete (const char* instance) {
 /* A test ends with a message; an agent has the descriptor in its main loop. */
 static int wait_for_test(struct cwmp_message_handle* channel, int seconds) {
     struct cwmp_message message = {0};
-    struct pollfd input = {0};
-    input.fd = channel->descriptor;
-    input.events = POLLIN;
+    struct pollfd input = {.fd = channel->descriptor, .events = POLLIN};
     while (message.type != CWMP_MESSAGE_DIAGNOSTICS_COMPLETE) {
         if (poll(&input, 1, seconds * 1000) != 1 || msg_recv(channel, &message) != 0) return INTERNAL_ERROR;
     }
