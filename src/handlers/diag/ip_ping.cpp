@@ -1,8 +1,8 @@
 // InternetGatewayDevice.IPPingDiagnostics. and Device.IP.Diagnostics.IPPing.: the settings and results of the
 // ping that the agent runs.
 #include <climits>
-#include <cstring>
 
+#include "core/table.h"
 #include "cwmp/diagnostics.h"
 #include "cwmp/interface_stack.h"
 #include "handlers/diag/diagnostics.h"
@@ -22,10 +22,8 @@ struct Protocol {
 constexpr Protocol kProtocols[] = {{"Any", "Any"}, {"IPv4", "-4"}, {"IPv6", "-6"}};
 
 std::optional<std::string> protocol_option(const char* value) {
-    for (const auto& protocol : kProtocols) {
-        if (std::strcmp(value, protocol.name) == 0) return protocol.stored;
-    }
-    return std::nullopt;
+    const auto* protocol = row_with(kProtocols, &Protocol::name, value);
+    return protocol != nullptr ? std::optional<std::string>(protocol->stored) : std::nullopt;
 }
 
 // The WAN as it is now, whatever carries it.
@@ -56,12 +54,9 @@ HANDLER(IPPingDiagnostics_ProtocolVersion) {
     if (op != CWMP_OP_GET) {
         return test_option(op, args, {.at = kPing / "ProtocolVersion", .accepts = protocol_option});
     }
-    const auto stored = read_test(kPing / "ProtocolVersion");
-    const char* name = "";
-    for (const auto& protocol : kProtocols) {
-        if (stored == protocol.stored) name = protocol.name;
-    }
-    return answer(args, name);
+    const auto stored = read_test(kPing / "ProtocolVersion").value_or("");
+    const auto* protocol = row_with(kProtocols, &Protocol::stored, stored);
+    return answer(args, protocol != nullptr ? protocol->name : "");
 }
 
 PARAMETER(IPPingDiagnostics_NumberOfRepetitions, test_option,

@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "core/refusal.h"
+#include "core/table.h"
 #include "handlers/diag/diagnostics.h"
 
 using namespace cwmp;
@@ -50,10 +51,8 @@ constexpr Interface kInterfaces[] = {
 
 std::optional<std::string> device_of(const std::string& path) {
     if (path.empty() || path == kNoTest) return kNoTest;
-    for (const auto& interface : kInterfaces) {
-        if (path == interface.path) return interface.device;
-    }
-    return std::nullopt;
+    const auto* interface = row_with(kInterfaces, &Interface::path, path);
+    return interface != nullptr ? std::optional<std::string>(interface->device) : std::nullopt;
 }
 
 int set_interface(const SetArguments& set, Caller caller) {
@@ -75,11 +74,9 @@ int set_echo_plus(const SetArguments& set, Caller caller) {
 }  // namespace
 
 WRITABLE(IP_Diagnostics_UDPEchoConfig_Interface, set_interface) {
-    const auto device = read_test(kEcho / "IfName");
-    for (const auto& interface : kInterfaces) {
-        if (device == interface.device) return get.answer(interface.path);
-    }
-    return get.answer("");
+    const auto device = read_test(kEcho / "IfName").value_or("");
+    const auto* interface = row_with(kInterfaces, &Interface::device, device);
+    return get.answer(interface != nullptr ? interface->path : "");
 }
 
 PARAMETER(IP_Diagnostics_UDPEchoConfig_UDPPort, setting, {.at = kEcho / "UDPPort"})

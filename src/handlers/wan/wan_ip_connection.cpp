@@ -5,6 +5,7 @@
 #include "config/store.h"
 #include "core/refusal.h"
 #include "core/shell.h"
+#include "core/table.h"
 #include "core/text.h"
 #include "cwmp/revert_journal.h"
 #include "cwmp/uci_access.h"
@@ -78,10 +79,8 @@ int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2]
         const GetArguments get(args);
         return get.answer(live_value(get.locate(), commands, missing));
     }
-    for (const auto& field : kStagedNames) {
-        if (std::strcmp(field.name, name) == 0) return staged(op, args, {CWMP_STAGED_WAN, field.option});
-    }
-    return kRefused;
+    const auto* field = row_with(kStagedNames, &StagedName::name, name);
+    return field != nullptr ? staged(op, args, {CWMP_STAGED_WAN, field->option}) : kRefused;
 }
 
 PARAMETER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime, command_line,

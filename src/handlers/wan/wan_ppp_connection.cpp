@@ -1,5 +1,6 @@
 // InternetGatewayDevice.WANDevice.{i}.WANConnectionDevice.{i}.WANPPPConnection.{i}.
 #include "core/refusal.h"
+#include "core/table.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "cwmp/wan.h"
@@ -75,11 +76,8 @@ constexpr Transport kTransports[] = {
     {"pppoe", "PPPoE"}, {"l2tp", "L2TP"}, {"pptp", "PPTP"}, {"pppoa", "PPPoA"}};
 
 const char* transport_word(const OptionPath& at) {
-    const auto type = read_option(at).value_or("");
-    for (const auto& transport : kTransports) {
-        if (type == transport.type) return transport.word;
-    }
-    return "";
+    const auto* transport = row_with(kTransports, &Transport::type, read_option(at).value_or(""));
+    return transport != nullptr ? transport->word : "";
 }
 
 }  // namespace

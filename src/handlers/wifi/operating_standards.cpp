@@ -1,6 +1,5 @@
 // Device.WiFi.Radio.{i}.OperatingStandards
-#include <cstring>
-
+#include "core/table.h"
 #include "handlers/wifi/selection.h"
 #include "platform/profile.h"
 
@@ -13,17 +12,8 @@ using Modes = cwmp_wireless_mode[CWMP_WIRELESS_MODES];
 const char* standards_of(const Modes& modes, const std::string& hwmode) {
     // This mode stands for the whole list, not for its first row.
     if (&modes == &mode_5g && hwmode == "11axa") return "a,n,ac,ax";
-    for (const auto& mode : modes) {
-        if (hwmode == mode.hwmode) return mode.standards;
-    }
-    return nullptr;
-}
-
-const char* hwmode_of(const Modes& modes, const char* standards) {
-    for (const auto& mode : modes) {
-        if (std::strcmp(standards, mode.standards) == 0) return mode.hwmode;
-    }
-    return nullptr;
+    const auto* mode = row_with(modes, &cwmp_wireless_mode::hwmode, hwmode);
+    return mode != nullptr ? mode->standards : nullptr;
 }
 
 // The first instance number chooses the table, whichever radio the pair chose.
@@ -38,9 +28,10 @@ int standards(const GetArguments& get, const Radio& radio, Caller /*caller*/) {
 int set_standards(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
     if (profile_option(radio.section)) return kRefused;
     const bool is_2g = &radio == &kRadio2G;
-    const char* hwmode = hwmode_of(is_2g ? mode_2g : mode_5g, set.value());
-    if (hwmode == nullptr) return kRefused;
-    if (!write_option(is_2g ? radio.at("ax_hwmode") : radio.device_at("hwmode"), hwmode)) return kRefused;
+    const auto* mode = row_with(is_2g ? mode_2g : mode_5g, &cwmp_wireless_mode::standards, set.value());
+    if (mode == nullptr) return kRefused;
+    const auto at = is_2g ? radio.at("ax_hwmode") : radio.device_at("hwmode");
+    if (!write_option(at, mode->hwmode)) return kRefused;
     set.raise(is_2g ? CWMP_APPLY_WIRELESS : CWMP_APPLY_WIRELESS_MODE);
     return kDone;
 }

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "config/batch.h"
+#include "core/table.h"
 #include "core/text.h"
 #include "cwmp/wireless.h"
 #include "handlers/blocks/option.h"
@@ -28,13 +29,6 @@ constexpr Mode kModes[] = {
     {"WPA2-WPA3-Personal", "wpa3+wpa2", "1"},
 };
 
-const Mode* find_mode(std::string_view text, const char* Mode::*column) {
-    for (const auto& mode : kModes) {
-        if (text == mode.*column) return &mode;
-    }
-    return nullptr;
-}
-
 // The profile's list is traced for the field, as far as it is looked at.
 bool is_listed(const std::string& list, std::string_view name) {
     std::printf("modes:%s\n", list.c_str());
@@ -50,7 +44,7 @@ bool is_listed(const std::string& list, std::string_view name) {
 bool is_allowed(std::string_view name) {
     const auto list = profile_option("supportmodes").value_or("");
     if (!list.empty()) return is_listed(list, name);
-    return name == kOpen || find_mode(name, &Mode::name) != nullptr;
+    return name == kOpen || row_with(kModes, &Mode::name, name) != nullptr;
 }
 
 bool store_mode(const char* network, std::string_view name) {
@@ -62,7 +56,7 @@ bool store_mode(const char* network, std::string_view name) {
     if (name == kOpen) {
         stored = stored && write("enc_type", "none");
     } else {
-        const Mode* mode = find_mode(name, &Mode::name);
+        const Mode* mode = row_with(kModes, &Mode::name, name);
         // The profile may list modes that only secure the network; what the store refuses is overlooked then.
         stored = mode == nullptr || (write("enc_type", mode->enc_type) && write("wpa3", mode->wpa3));
     }
@@ -82,7 +76,7 @@ int answer_mode(const GetArguments& get) {
     const auto type = read_option(network / "enc_type");
     if (!type) return get.answer(kMixed);
     if (*type == "none") return get.answer(kOpen);
-    const Mode* mode = find_mode(*type, &Mode::enc_type);
+    const Mode* mode = row_with(kModes, &Mode::enc_type, *type);
     return mode == nullptr ? kDone : get.answer(mode->name);
 }
 

@@ -1,5 +1,6 @@
 // InternetGatewayDevice.LANDevice.{i}.WLANConfiguration.{i}.: what belongs to the radio under the network.
 #include "core/refusal.h"
+#include "core/table.h"
 #include "core/text.h"
 #include "cwmp/revert_journal.h"
 #include "handlers/blocks/command_line.h"
@@ -17,20 +18,11 @@ struct Choice {
     char stored[8];
 };
 
-// What stands for a value; null for an unknown one.
+// What stands for a value; nothing for an unknown one.
 template <std::size_t count>
-const char* stored_form(const Choice (&choices)[count], std::string_view value) {
-    for (const auto& choice : choices) {
-        if (value == choice.value) return choice.stored;
-    }
-    return nullptr;
-}
-
-template <std::size_t count>
-std::optional<std::string> choose(const Choice (&choices)[count], const char* value) {
-    const char* stored = stored_form(choices, value);
-    if (stored == nullptr) return std::nullopt;
-    return stored;
+std::optional<std::string> choose(const Choice (&choices)[count], std::string_view value) {
+    const Choice* choice = row_with(choices, &Choice::value, value);
+    return choice != nullptr ? std::optional<std::string>(choice->stored) : std::nullopt;
 }
 
 std::optional<std::string> transmit_step(const char* value) {
@@ -94,9 +86,8 @@ int set_channel(const SetArguments& set, const Radio& radio, Caller caller) {
 
 int transmit_power(const GetArguments& get, const Radio& radio, Caller caller) {
     static constexpr Choice kPercent[] = {{"0", "100"}, {"1", "50"}, {"2", "50"}, {"3", "30"}, {"4", "30"}};
-    const char* percent = stored_form(kPercent, read_option(radio.at("tpscale")).value_or("0"));
-    if (percent == nullptr) return refuse(caller, kError, "transmit power config value invalid\n");
-    return get.answer(percent);
+    const auto percent = choose(kPercent, read_option(radio.at("tpscale")).value_or("0"));
+    return percent ? get.answer(*percent) : refuse(caller, kError, "transmit power config value invalid\n");
 }
 
 int set_transmit_power(const SetArguments& set, const Radio& radio, Caller caller) {
