@@ -127,7 +127,7 @@ bool clone_mac(const int* locate, const std::string& mac) {
     if (const auto current = live_value(locate, kMac, kNoMac)) {
         add_revert_item("macclone", current->c_str(), nullptr);
     }
-    run(formatted("%s macclone %s", kCheckScript, shell_word(mac).c_str()));
+    run_check_script("macclone " + shell_word(mac));
     save_to_cwmp_config();
     return read_option(kCloneResult, kScratchStore) == "1";
 }
@@ -146,7 +146,7 @@ int set_mac(const SetArguments& set, Caller caller) {
 int set_igmp_proxy(const SetArguments& set, Caller /*caller*/) {
     const auto switched = boolean(set.value());
     if (!switched) return kRefused;
-    run(formatted("%s iptv_igmpproxy_enable \"%s\"", kCheckScript, *switched == "1" ? "on" : "off"));
+    run_check_script(formatted("iptv_igmpproxy_enable \"%s\"", *switched == "1" ? "on" : "off"));
     return kDone;
 }
 

@@ -9,8 +9,8 @@
 #include "core/text.h"
 #include "cwmp/uci_access.h"
 #include "handlers/blocks/option.h"
-#include "handlers/wifi/mesh_script.h"
 #include "handlers/wifi/selection.h"
+#include "platform/check_script.h"
 
 using namespace cwmp;
 
@@ -56,7 +56,7 @@ int reboot_extenders(const SetArguments& set, Caller /*caller*/) {
     if (std::string_view(set.value()) != "1"sv) return kDone;
     // The controller itself is one of the devices counted.
     const auto devices = read_option({kMeshDevices, "info", "count"}, kScratchStore).value_or("0");
-    if (devices != "0" && devices != "1") run_mesh_action("reboot_re");
+    if (devices != "0" && devices != "1") run_check_script("reboot_re");
     return kDone;
 }
 
@@ -64,14 +64,14 @@ int set_leds(const SetArguments& set, Caller /*caller*/) {
     const auto on = switch_value(set);
     if (!on) return kRefused;
     const char* state = *on ? "on" : "off";
-    if (read_option(kLeds) != state) run_mesh_action(std::string("led_set ") + state);
+    if (read_option(kLeds) != state) run_check_script(std::string("led_set ") + state);
     return kDone;
 }
 
 int onboard(const SetArguments& set, Caller /*caller*/) {
     if (switch_value(set) != true) return kRefused;
     if (is_bound()) return kDone;
-    run_mesh_action("fap_enable");
+    run_check_script("fap_enable");
     save_to_cwmp_config();
     return kDone;
 }

@@ -6,7 +6,7 @@
 #include "cwmp/value_checks.h"
 #include "cwmp/wireless.h"
 #include "handlers/blocks/row.h"
-#include "handlers/wifi/mesh_script.h"
+#include "platform/check_script.h"
 
 using namespace cwmp;
 
@@ -27,7 +27,7 @@ int set_wps(const SetArguments& set, int device) {
     if (!id || !is_device_id(*id)) return kRefused;
     const auto action = "wps_enable \"" + *id + "\" \"" + value + "\"";
     if (action.size() > kLongestAction) return kRefused;
-    run_mesh_action(action);
+    run_check_script(action);
     return kDone;
 }
 
