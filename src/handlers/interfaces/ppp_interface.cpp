@@ -2,7 +2,6 @@
 #include "handlers/blocks/accepts.h"
 #include "handlers/blocks/forward.h"
 #include "handlers/interfaces/account.h"
-#include "handlers/interfaces/dialled.h"
 #include "handlers/interfaces/values.h"
 
 using namespace cwmp;

@@ -1,6 +1,5 @@
 // Device.X_QM_L2TP.Interface.{i}. and Device.X_QM_PPTP.Interface.{i}.: the tunnels.
 #include "handlers/interfaces/account.h"
-#include "handlers/interfaces/dialled.h"
 #include "handlers/interfaces/values.h"
 
 using namespace cwmp;

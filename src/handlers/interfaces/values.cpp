@@ -8,6 +8,8 @@
 #include "handlers/blocks/numbered.h"
 #include "platform/link_commands.h"
 
+HANDLER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus);
+
 namespace cwmp::interfaces {
 
 namespace {
@@ -93,6 +95,22 @@ int counter(int op, Arguments args, Object object, const char* word, Caller call
     const Instance* instance = require_instance(object, GetArguments(args).locate(), caller);
     if (instance == nullptr) return kRefused;
     return device_counter(args, is_present(*instance) ? instance->device : "", word);
+}
+
+int known_to_connection(int op, Arguments args, Object object, Handler connection, const char* absent,
+                        Caller caller) {
+    if (op != CWMP_OP_GET) return kRefused;
+    const GetArguments get(args);
+    const Instance* instance = require_instance(object, get.locate(), caller);
+    if (instance == nullptr) return kRefused;
+    if (absent != nullptr && !is_present(*instance)) return get.answer(absent);
+    return connection(op, args);
+}
+
+int connection_status(int op, Arguments args, Object object, Caller caller) {
+    return known_to_connection(op, args, object,
+                               WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus,
+                               "Unconfigured", caller);
 }
 
 int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
