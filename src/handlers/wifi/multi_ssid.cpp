@@ -12,8 +12,8 @@ HANDLER(LANDevice_WLANConfiguration_MultiSSID_Enable) {
     return network_switch(op, args,
                           {.network = kGuestNetwork,
                            .radio = *radio,
-                           .replaces_default = false,
                            .can_be_all_off = true,
+                           .replaces_default = false,
                            .unreadable = "can not foud wifi.guest.enable\n"});
 }
 

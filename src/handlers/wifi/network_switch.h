@@ -11,9 +11,9 @@ namespace cwmp {
 struct NetworkSwitch {
     Section network;
     const Radio& radio;
-    bool replaces_default;   // switching it on ends the factory's default network
-    bool can_be_all_off;     // its last band can be switched off
-    const char* unreadable;  // logged by a SET when the section cannot be read
+    bool can_be_all_off = false;   // its last band can be switched off
+    bool replaces_default = true;  // switching it on ends the factory's default network
+    const char* unreadable = "can not foud wifi.ap.enable\n";  // logged by a SET without the section
 };
 
 int network_switch(int op, Arguments args, const NetworkSwitch& target, Caller caller = Caller::here());

@@ -11,7 +11,6 @@ using namespace cwmp;
 
 namespace {
 
-constexpr const char* kMainUnreadable = "can not foud wifi.ap.enable\n";
 constexpr OptionPath kDefaultNetwork = {"wifi", "default", "enable"};
 
 int set_default_network(const SetArguments& set, Caller /*caller*/) {
@@ -67,23 +66,13 @@ READ_ONLY(LANDevice_WLANConfiguration_BSSID) {
 HANDLER(LANDevice_WLANConfiguration_Enable) {
     const auto* network = network_by_number(locate_of(op, args)[0]);
     if (network == nullptr) return kRefused;
-    return network_switch(op, args,
-                          {.network = network->section,
-                           .radio = *network->radio,
-                           .replaces_default = true,
-                           .can_be_all_off = network->is_guest(),
-                           .unreadable = kMainUnreadable});
+    return network_switch(op, args, {network->section, *network->radio, network->is_guest()});
 }
 
 HANDLER(LANDevice_WLANConfiguration_Radio_Enable) {
     const auto* radio = radio_by_number(locate_of(op, args)[0]);
     if (radio == nullptr) return kRefused;
-    return network_switch(op, args,
-                          {.network = kMainNetwork,
-                           .radio = *radio,
-                           .replaces_default = true,
-                           .can_be_all_off = false,
-                           .unreadable = kMainUnreadable});
+    return network_switch(op, args, {kMainNetwork, *radio});
 }
 
 WRITABLE(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable, set_default_network) {
