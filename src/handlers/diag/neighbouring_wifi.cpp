@@ -23,8 +23,6 @@ constexpr Section kScan{kDiagnosticsPackage, "NeighboringWiFi"};
 constexpr const char* kCellType = "Cell";
 constexpr int kMostCells = 15;
 constexpr auto cell_option = WiFi_NeighboringWiFi_Param_Get;
-constexpr const char* kLog24 = "/tmp/tr069/NeighboringWiFi_2_4G_log";
-constexpr const char* kLog5 = "/tmp/tr069/NeighboringWiFi_5G_log";
 
 bool delete_results() {
     // Far more than a scan leaves: a broken count must not keep the agent busy.
@@ -41,13 +39,15 @@ std::string scan_command() {
     const auto name24 = profile_option("backhaul_2_4G");
     const auto name5 = profile_option("backhaul_5G");
     const bool named = name24 && name5;
-    return "iwlist " + (named ? shell_word(*name24) : "ath02") + " scan > " + kLog24 + " 2>&1 && iwlist " +
-           (named ? shell_word(*name5) : "ath12") + " scan > " + kLog5 + " 2>&1 & ";
+    return formatted(
+        "iwlist %s scan > /tmp/tr069/NeighboringWiFi_2_4G_log 2>&1 && "
+        "iwlist %s scan > /tmp/tr069/NeighboringWiFi_5G_log 2>&1 & ",
+        (named ? shell_word(*name24) : "ath02").c_str(), (named ? shell_word(*name5) : "ath12").c_str());
 }
 
-// The number of results in a band's log; those before it end with last, which moves on.
-int read_band(const char* log, int& last) {
-    const int end = NeighboringWiFi_Diagnostic((std::string("cat ") + log).c_str(), last);
+// The number of results that a band's log shows; those before it end with last, which moves on.
+int read_band(const char* show_log, int& last) {
+    const int end = NeighboringWiFi_Diagnostic(show_log, last);
     const int count = end < 0 ? 0 : end - last;
     last += count;
     return count;
@@ -71,8 +71,8 @@ void scan(const std::string& command, Caller caller) {
                       caller))
         write_test(kScan / "last_scan_status", "0");
     int last = 0;
-    const int count24 = read_band(kLog24, last);
-    const int count5 = read_band(kLog5, last);
+    const int count24 = read_band("cat /tmp/tr069/NeighboringWiFi_2_4G_log", last);
+    const int count5 = read_band("cat /tmp/tr069/NeighboringWiFi_5G_log", last);
     if (complete(count24, count5)) {
         run("cp /tmp/tr069/diagnostics_config /etc/config/diagnostics_config");
         run("saveconfig user-config");
