@@ -44,7 +44,12 @@ int option(int op, Arguments args, const Option& parameter, const OptionEvents& 
 }
 
 int read_only_option(int op, Arguments args, const Option& parameter) {
-    return op == CWMP_OP_GET ? option(GetArguments(args), parameter) : kRefused;
+    return read_only_option(op, args, parameter, {});
+}
+
+int read_only_option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
+                     Caller caller) {
+    return op == CWMP_OP_GET ? option(GetArguments(args), parameter, events, caller) : kRefused;
 }
 
 bool write_leniently(const OptionPath& at, const std::string& text) {

@@ -44,6 +44,8 @@ int option(const SetArguments& set, const Option& parameter, const OptionEvents&
            Caller caller = Caller::here());
 // GET alone.
 int read_only_option(int op, Arguments args, const Option& parameter);
+int read_only_option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
+                     Caller caller = Caller::here());
 
 // A write of the live store whose failure a handler overlooks. Within a transaction it counts: false then.
 bool write_leniently(const OptionPath& at, const std::string& text);

@@ -40,4 +40,10 @@ int staged(const PassArguments& pass, StagedField field, Caller caller) {
     return func_obj_exec(field.object, field.option, mode, value, pass.flags()) != 0 ? kDone : kRefused;
 }
 
+int staged_option(int op, Arguments args, StagedField field, const Option& stored, const OptionEvents& events,
+                  Caller caller) {
+    if (op == CWMP_OP_GET) return option(GetArguments(args), stored, events, caller);
+    return staged(op, args, field, caller);
+}
+
 }  // namespace cwmp

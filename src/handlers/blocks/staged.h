@@ -7,6 +7,7 @@
 #include "core/handler.h"
 #include "core/log.h"
 #include "cwmp/staged_objects.h"
+#include "handlers/blocks/option.h"
 
 namespace cwmp {
 
@@ -21,11 +22,13 @@ struct StagedField {
 // Whether op is one of the three passes of a SET.
 bool is_pass(int op);
 
-// SET in its three passes; any other op does nothing and is done. The handler answers GET itself:
-//     return op == CWMP_OP_GET ? read_only_option(op, args, {...}) : staged(op, args, {CWMP_STAGED_LAN,
-//     ...});
+// SET in its three passes; any other op does nothing and is done. The handler answers GET itself.
 int staged(int op, Arguments args, StagedField field, Caller caller = Caller::here());
 // One of the passes, whose arguments are taken already.
 int staged(const PassArguments& pass, StagedField field, Caller caller);
+
+// The whole parameter: GET answers an option of the store, where what the group has applied stands.
+int staged_option(int op, Arguments args, StagedField field, const Option& stored,
+                  const OptionEvents& events = {}, Caller caller = Caller::here());
 
 }  // namespace cwmp

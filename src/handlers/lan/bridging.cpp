@@ -48,11 +48,8 @@ WRITABLE(Layer2Bridging_Bridge_VLAN_VLANID, set_internet_vlan) {
     return get.answer(read_option(kCustom / "internet_vid"));
 }
 
-HANDLER(Layer2Bridging_Bridge_VLAN_VLANEnable) {
-    return op == CWMP_OP_GET ? option(op, args, {.at = {"network", "vlan", "enable"}},
-                                      {.unreadable = " get VLANEnable error\n\n"})
-                             : staged(op, args, {CWMP_STAGED_VLAN, CWMP_VLAN_ENABLE});
-}
+PARAMETER(Layer2Bridging_Bridge_VLAN_VLANEnable, staged_option, {CWMP_STAGED_VLAN, CWMP_VLAN_ENABLE},
+          {.at = {"network", "vlan", "enable"}}, {.unreadable = " get VLANEnable error\n\n"})
 
 ALIAS(Bridging_Bridge_VLAN_VLANID, Layer2Bridging_Bridge_VLAN_VLANID)
 ALIAS(Bridging_Bridge_VLAN_VLANEnable, Layer2Bridging_Bridge_VLAN_VLANEnable)

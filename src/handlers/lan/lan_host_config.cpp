@@ -18,23 +18,10 @@ constexpr Section kLan{"smartip_sync", "settings"};
 constexpr Section kDhcpServer{"dhcp_server_sync", "settings"};
 constexpr const char* kNoServer = "0.0.0.0";
 
-// Answers from the store, where an unreadable option is a failure; a SET goes to the option's group.
-int grouped_option(int op, Arguments args, const OptionPath& at, const char* unreadable, StagedField field,
-                   Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller)
-                             : staged(op, args, field, caller);
-}
-
-// The same without SET.
-int required_option(int op, Arguments args, const OptionPath& at, const char* unreadable,
-                    Caller caller = Caller::here()) {
-    return op == CWMP_OP_GET ? option(op, args, {.at = at}, {.unreadable = unreadable}, caller) : kRefused;
-}
-
 }  // namespace
 
-PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress, grouped_option, kLan / "lanip",
-          "get lan ip error\n", {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS})
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress, staged_option,
+          {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS}, {.at = kLan / "lanip"}, {.unreadable = "get lan ip error\n"})
 
 PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask, option,
           {.at = kLan / "mask", .accepts = ipv4_address},
@@ -43,8 +30,8 @@ PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask, o
 PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingType, read_only_option,
           {.at = {"network", "lan", "proto"}})
 
-PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway, required_option, kLan / "gw",
-          "get default geteway error\n")
+PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway, read_only_option, {.at = kLan / "gw"},
+          {.unreadable = "get default geteway error\n"})
 
 ALIAS(LANDevice_LANHostConfigManagement_Subnetmask,
       LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask)
@@ -57,14 +44,16 @@ ALIAS(LANDevice_LANHostConfigManagement_IPRouters,
 
 PARAMETER(LANDevice_LANHostConfigManagement_DHCPServerEnable, constant, "1")
 
-PARAMETER(LANDevice_LANHostConfigManagement_MinAddress, grouped_option, kDhcpServer / "startIpAddress",
-          " get dhcp startIpAddress error\n\n", {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS})
+PARAMETER(LANDevice_LANHostConfigManagement_MinAddress, staged_option,
+          {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS}, {.at = kDhcpServer / "startIpAddress"},
+          {.unreadable = " get dhcp startIpAddress error\n\n"})
 
-PARAMETER(LANDevice_LANHostConfigManagement_MaxAddress, grouped_option, kDhcpServer / "endIpAddress",
-          " get dhcp endIpAddress error\n\n", {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS})
+PARAMETER(LANDevice_LANHostConfigManagement_MaxAddress, staged_option,
+          {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS}, {.at = kDhcpServer / "endIpAddress"},
+          {.unreadable = " get dhcp endIpAddress error\n\n"})
 
-PARAMETER(LANDevice_LANHostConfigManagement_DHCPLeaseTime, required_option, kDhcpServer / "dhcpLeaseTime",
-          " get dhcp_server dhcpLeaseTime error\n\n")
+PARAMETER(LANDevice_LANHostConfigManagement_DHCPLeaseTime, read_only_option,
+          {.at = kDhcpServer / "dhcpLeaseTime"}, {.unreadable = " get dhcp_server dhcpLeaseTime error\n\n"})
 
 namespace {
 
@@ -72,10 +61,8 @@ namespace {
 std::optional<std::string> servers_in_use() {
     constexpr int kServers = 3;
     Command configuration("cat /tmp/udhcpd_lan.conf");
-    if (!configuration) {
-        refuse({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n");
-        return std::nullopt;
-    }
+    if (!configuration)
+        return no_value(refuse({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n"));
     std::string servers;
     int found = 0;
     const auto append = [&](const char* server) {
@@ -119,9 +106,7 @@ int set_name_servers(const SetArguments& set, Caller /*caller*/) {
 
 int _get_dns_server(char* value) {
     const auto servers = name_servers();
-    if (!servers || value == nullptr) return kRefused;
-    value[servers->copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
-    return kDone;
+    return servers ? answer_in(value, *servers) : kRefused;
 }
 
 WRITABLE(LANDevice_LANHostConfigManagement_DNSServers, set_name_servers) {

@@ -8,11 +8,6 @@ namespace {
 
 constexpr Section kInfo{"iptv_v2", "info"};
 
-int iptv_field(int op, Arguments args, const Option& parameter, int option) {
-    if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
-    return staged(op, args, {CWMP_STAGED_IPTV, option});
-}
-
 }  // namespace
 
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
@@ -23,11 +18,11 @@ HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
     return answer(args, enabled ? "1" : "0");
 }
 
-PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType, iptv_field,
-          {.at = kInfo / "iptv_type", .missing = "normal"}, CWMP_IPTV_TYPE)
-PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID, iptv_field,
-          {.at = kInfo / "iptv_vid"}, CWMP_IPTV_VLAN_ID)
-PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio, iptv_field,
-          {.at = kInfo / "iptv_prio"}, CWMP_IPTV_PRIORITY)
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVType, staged_option,
+          {CWMP_STAGED_IPTV, CWMP_IPTV_TYPE}, {.at = kInfo / "iptv_type", .missing = "normal"})
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVVID, staged_option,
+          {CWMP_STAGED_IPTV, CWMP_IPTV_VLAN_ID}, {.at = kInfo / "iptv_vid"})
+PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVPrio, staged_option,
+          {CWMP_STAGED_IPTV, CWMP_IPTV_PRIORITY}, {.at = kInfo / "iptv_prio"})
 PARAMETER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVDesCription, constant,
           "Valid Parameters: X_QM_IPTVType( bridge/normal );X_QM_IPTVVID(2-4094);X_QM_IPTVPrio(0-7).")
