@@ -6,10 +6,7 @@ namespace cwmp {
 
 std::optional<std::string> first_line(const CommandLine& source, Caller caller) {
     Command pipe(source.command);
-    if (!pipe) {
-        refuse(caller, kError, "%s", source.cannot_start);
-        return std::nullopt;
-    }
+    if (!pipe) return no_value(refuse(caller, kError, "%s", source.cannot_start));
     return pipe.line(source.limit).value_or("");
 }
 

@@ -11,8 +11,7 @@ int refuse_instance(int number, Caller caller) {
 
 std::optional<int> require_number(int number, int last, Caller caller) {
     if (number >= 1 && number <= last) return number;
-    refuse_instance(number, caller);
-    return std::nullopt;
+    return no_value(refuse_instance(number, caller));
 }
 
 int numbered(int op, Arguments args, int last, std::string (*text)(int number), Caller caller) {

@@ -7,8 +7,7 @@ namespace cwmp {
 
 std::optional<int> require_row(const int* locate, Caller caller) {
     if (locate[0] >= 1) return locate[0];
-    refuse(caller, kError, "locate error\n");
-    return std::nullopt;
+    return no_value(refuse(caller, kError, "locate error\n"));
 }
 
 int row_text(int op, Arguments args, std::string (*text)(int row), Caller caller) {

@@ -21,22 +21,14 @@ int most_reservations() {
 
 std::optional<ReservationNumbers> ReservationNumbers::read(Caller caller) {
     UciContext context(kLiveStore);
-    if (!context) {
-        refuse(caller, kError, "failed to uci_alloc_context\n");
-        return std::nullopt;
-    }
-    if (!context.load(kReservations.package)) {
-        refuse(caller, kError, "failed to uci_load\n");
-        return std::nullopt;
-    }
+    if (!context) return no_value(refuse(caller, kError, "failed to uci_alloc_context\n"));
+    if (!context.load(kReservations.package)) return no_value(refuse(caller, kError, "failed to uci_load\n"));
     ReservationNumbers numbers;
     numbers.most_ = most_reservations();
     for (const uci_section* section : context.sections(kReservations.type)) {
         const int number = decimal_prefix(UciContext::name(section));
-        if (number < 1 || number > numbers.most_) {
-            refuse(caller, kError, "failed to handle unknown section %d\n", number - 1);
-            return std::nullopt;
-        }
+        if (number < 1 || number > numbers.most_)
+            return no_value(refuse(caller, kError, "failed to handle unknown section %d\n", number - 1));
         numbers.add(number);
     }
     return numbers;

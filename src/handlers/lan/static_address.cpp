@@ -66,8 +66,7 @@ class Reservation {
 
   private:
     Text missing(const char* option) const {
-        refuse(caller_, kError, "failed to get option %s from section %s\n", option, name_);
-        return std::nullopt;
+        return no_value(refuse(caller_, kError, "failed to get option %s from section %s\n", option, name_));
     }
 
     // Whether another section, of any type, has this address. One without the option, and a package that cannot

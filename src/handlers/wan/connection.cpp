@@ -3,6 +3,7 @@
 #include "core/refusal.h"
 #include "core/text.h"
 #include "handlers/blocks/command_line.h"
+#include "handlers/blocks/numbered.h"
 #include "platform/link_commands.h"
 
 namespace cwmp::wan {
@@ -40,12 +41,7 @@ int connection_of(const int* locate) {
 
 std::optional<int> require_connection(const int* locate, Caller caller) {
     if (const int number = connection_of(locate); number != 0) return number;
-    if (locate == nullptr || locate[0] == 0) {
-        refuse(caller, kError, "locate error\n");
-    } else {
-        refuse(caller, kError, "Failed, locate[0] = %d\n", locate[0]);
-    }
-    return std::nullopt;
+    return no_value(refuse_instance(locate != nullptr ? locate[0] : 0, caller));
 }
 
 int connection_status(int op, Arguments args, const char* interface, const char* cannot_start,

@@ -31,10 +31,7 @@ std::string pair_of(const std::string& primary, const std::string& secondary) {
 
 std::optional<std::string> learned_servers(Caller caller) {
     Command pipe("cat /tmp/resolv.conf");
-    if (!pipe) {
-        refuse(caller, kError, "Failed to get dns_server\n");
-        return std::nullopt;
-    }
+    if (!pipe) return no_value(refuse(caller, kError, "Failed to get dns_server\n"));
     std::string servers[2] = {kMissing, kMissing};
     std::size_t found = 0;
     while (found < 2) {
@@ -47,17 +44,8 @@ std::optional<std::string> learned_servers(Caller caller) {
 
 std::optional<std::string> fixed_servers(Caller caller) {
     const auto primary = read_option(kStatic / "pri_dns");
-    if (!primary) {
-        refuse(caller, kError, " get dns from proto  error\n");
-        return std::nullopt;
-    }
+    if (!primary) return no_value(refuse(caller, kError, " get dns from proto  error\n"));
     return pair_of(*primary, read_option(kStatic / "snd_dns").value_or(kMissing));
-}
-
-int copy_out(const std::optional<std::string>& text, char* value) {
-    if (!text || value == nullptr) return kRefused;
-    value[text->copy(value, CWMP_VALUE_SIZE - 1)] = '\0';
-    return kDone;
 }
 
 }  // namespace
@@ -66,10 +54,7 @@ std::optional<std::string> ip_name_servers(const int* locate) {
     constexpr const char* kFunction = "_get_wanIPconnection_dnsservers";
     constexpr const char* kWhileDown = "0.0.0.0,";
     const int number = connection_of(locate);
-    if (number == 0) {
-        refuse({kFunction, __LINE__}, kError, " fail to get locate\n\n");
-        return std::nullopt;
-    }
+    if (number == 0) return no_value(refuse({kFunction, __LINE__}, kError, " fail to get locate\n\n"));
     if (number == 1 && check_br_wan_status() != 0) {
         log_event({kFunction, __LINE__}, kError, "br-wan is not up\n\n");
         return kWhileDown;
@@ -90,9 +75,11 @@ std::optional<std::string> ppp_name_servers() {
 }  // namespace cwmp::wan
 
 int _get_wanIPconnection_dnsservers(const int* locate, char* value) {
-    return cwmp::wan::copy_out(cwmp::wan::ip_name_servers(locate), value);
+    const auto servers = cwmp::wan::ip_name_servers(locate);
+    return servers ? cwmp::answer_in(value, *servers) : cwmp::kRefused;
 }
 
 int _get_wanPPPconnection_dnsservers(char* value) {
-    return cwmp::wan::copy_out(cwmp::wan::ppp_name_servers(), value);
+    const auto servers = cwmp::wan::ppp_name_servers();
+    return servers ? cwmp::answer_in(value, *servers) : cwmp::kRefused;
 }

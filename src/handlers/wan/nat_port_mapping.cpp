@@ -99,8 +99,7 @@ Text interface_word(const Change& change) {
 
 Text address(const Change& change) {
     if (checkValidIP(change.value) == 1) return change.value;
-    refuse(change.caller, kError, "the format of ip is wrong \n");
-    return std::nullopt;
+    return no_value(refuse(change.caller, kError, "the format of ip is wrong \n"));
 }
 
 // "8080-8090", or "8080" alone.
@@ -157,18 +156,15 @@ std::string client_address(const Text& stored, const NumberedSection& /*mapping*
 Text client_octet(const Change& change) {
     if (!address(change)) return std::nullopt;
     const Text lan = lan_address();
-    if (!lan || check_subnet(change.value, lan->c_str()) != 1) {
-        refuse(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n");
-        return std::nullopt;
-    }
+    if (!lan || check_subnet(change.value, lan->c_str()) != 1)
+        return no_value(refuse(change.caller, kError, "the InternalClient'subnet is not same as lan_ip\n\n"));
     return std::strrchr(change.value, '.') + 1;
 }
 
 Text description(const Change& change) {
     constexpr std::size_t kLongest = 256;
     if (std::strlen(change.value) <= kLongest) return change.value;
-    refuse(change.caller, kError, " the length of description is too long \n\n");
-    return std::nullopt;
+    return no_value(refuse(change.caller, kError, " the length of description is too long \n\n"));
 }
 
 }  // namespace

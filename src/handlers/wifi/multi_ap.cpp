@@ -23,8 +23,7 @@ struct MeshRadio {
 std::optional<MeshRadio> mesh_radio(const int* locate, Caller caller) {
     const MeshRadio found{locate[0], radio_by_number(locate[1])};
     if (found.device >= 1 && found.radio != nullptr) return found;
-    refuse(caller, kError, "locate error\n");
-    return std::nullopt;
+    return no_value(refuse(caller, kError, "locate error\n"));
 }
 
 std::string backhaul(int device) { return read_row(kMeshDevices, device, "connection_type").value_or(""); }
