@@ -1,5 +1,5 @@
 // What the device's tools are asked of a link, for formatted(): %s is a device for ifconfig and a network interface for
-// ubus.
+// ubus. And of the device itself.
 #pragma once
 
 namespace cwmp {
@@ -14,5 +14,6 @@ inline constexpr char kStateOf[] =
     "ubus call network.interface.%s status | grep \"state\" | awk -F ':' '{print $2}' ";
 inline constexpr char kUptimeOf[] =
     "ubus call network.interface.%s status | grep uptime | awk -F ':' '{print $2}' ";
+inline constexpr char kUptimeOfDevice[] = "cat /proc/uptime | awk -F '.' '{print $1}' ";
 
 }  // namespace cwmp

@@ -6,6 +6,7 @@
 #include "cwmp/platform.h"
 #include "handlers/blocks/command_line.h"
 #include "handlers/blocks/option.h"
+#include "platform/link_commands.h"
 
 using namespace cwmp;
 
@@ -77,8 +78,7 @@ HANDLER(DeviceInfo_DeviceLog) {
     return constant(op, args, "");
 }
 
-PARAMETER(DeviceInfo_UpTime, command_line,
-          {"cat /proc/uptime | awk -F '.' '{print $1}' ", kShortLine, "Failed to get  uptime\n"})
+PARAMETER(DeviceInfo_UpTime, command_line, {kUptimeOfDevice, kShortLine, "Failed to get  uptime\n"})
 
 namespace {
 

@@ -84,7 +84,7 @@ int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2]
 }
 
 PARAMETER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime, command_line,
-          {"cat /proc/uptime | awk -F '.' '{print $1}' ", kLongLine, "Failed to get  uptime\n"})
+          {kUptimeOfDevice, kLongLine, "Failed to get  uptime\n"})
 
 PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, live_field, address_of, "wan",
           "mg", CWMP_WAN_ADDRESS)
