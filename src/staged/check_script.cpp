@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -72,7 +73,7 @@ bool run_script(const char* arguments, Caller caller) {
 }
 
 json_object* json_value(const Record& record, const Object& object, int option) {
-    if (object.fields[option].kind == Kind::enable) {
+    if (object.is_switch(option)) {
         return json_object_new_int(record.enable() == CWMP_STAGED_ENABLED ? 1 : 0);
     }
     const auto text = record.text(option);
@@ -82,10 +83,10 @@ json_object* json_value(const Record& record, const Object& object, int option) 
 Json request(const Object& object) {
     Json json(json_object_new_object());
     const auto record = Record::staging(object);
-    for (int i = 0; json != nullptr && i < object.count; ++i) {
+    for (int i = 0; json != nullptr && i < object.count(); ++i) {
         const int option = object.json_order[i];
         json_object* value = json_value(record, object, option);
-        if (value == nullptr || json_object_object_add(json.get(), object.fields[option].key, value) != 0) {
+        if (value == nullptr || json_object_object_add(json.get(), object.field(option).key, value) != 0) {
             json_object_put(value);
             json.reset();
         }
@@ -104,9 +105,9 @@ const Object* object_of_revert_name(const std::string& name) {
 bool load(const Object& object, json_object* answer) {
     Record::revert(object).clear();
     bool loaded = false;
-    for (int option = 0; option < object.count; ++option) {
+    for (int option = 0; option < object.count(); ++option) {
         json_object* value = nullptr;
-        json_object_object_get_ex(answer, object.fields[option].key, &value);
+        json_object_object_get_ex(answer, object.field(option).key, &value);
         if (!json_object_is_type(value, json_type_string)) continue;
         object.pre_revert(option, json_object_get_string(value));
         loaded = true;
@@ -114,16 +115,15 @@ bool load(const Object& object, json_object* answer) {
     return loaded;
 }
 
-enum class Loading { unreadable, nothing, loaded };
-
-// object is null for a name that no group has: the script is asked all the same.
-Loading load(const std::string& name, const Object* object, Caller caller) {
+// Nothing when the answer cannot be read. object is null for a name that no group has: the script is asked all the
+// same.
+std::optional<bool> load(const std::string& name, const Object* object, Caller caller) {
     const bool ran = run_script((std::string(kLoadVerb) + ' ' + shell_word(name)).c_str(), caller);
     const Json answer = ran ? read_answer() : nullptr;
-    if (answer == nullptr) return Loading::unreadable;
+    if (answer == nullptr) return std::nullopt;
     const bool loaded = object != nullptr && load(*object, answer.get());
     unlink(kAnswerFile);
-    return loaded ? Loading::loaded : Loading::nothing;
+    return loaded;
 }
 
 }  // namespace
@@ -135,7 +135,7 @@ int func_obj_result_ok(const char* file) {
 
 int initialize_revert_data(const char* name) {
     if (name == nullptr) return 0;
-    return load(name, object_of_revert_name(name), Caller::here()) == Loading::unreadable ? -1 : 0;
+    return load(name, object_of_revert_name(name), Caller::here()) ? 0 : -1;
 }
 
 namespace cwmp::staged {
@@ -157,10 +157,10 @@ Verdict ask_script(const Object& object, const char* action, Caller caller) {
 }
 
 bool load_revert_record(const Object& object) {
-    const auto loading =
-        load(std::string(object.name) + kRevertSuffix, &object, {"initialize_revert_data", __LINE__});
+    const auto name = std::string(object.name) + kRevertSuffix;
+    const auto loaded = load(name, &object, {"initialize_revert_data", __LINE__});
     unlink(kAnswerFile);
-    return loading == Loading::loaded;
+    return loaded.value_or(false);
 }
 
 }  // namespace cwmp::staged

@@ -16,30 +16,32 @@ namespace {
 
 constexpr std::size_t kLongestDnsServers = 50;
 
-bool passes(const Check& check) {
-    if (check.text(CWMP_DHCP_DNS_SERVERS).size() > kLongestDnsServers) {
-        return check.fail("!!! dhcp check DNS fail\n\n");
-    }
-    return check.address(CWMP_DHCP_START_ADDRESS, "!!! dhcp check start_ip fail \n\n") &&
-           check.address(CWMP_DHCP_END_ADDRESS, "!!! dhcp  end_ip check fail \n\n") &&
-           check.script_accepts() && check.pass("!!! dhcp check success\n\n");
+Refusal dns_servers(const Check& group) {
+    const bool fit = group.text(CWMP_DHCP_DNS_SERVERS).size() <= kLongestDnsServers;
+    return unless(fit, {"!!! dhcp check DNS fail\n\n"});
+}
+
+Refusal start_address(const Check& group) {
+    return group.address(CWMP_DHCP_START_ADDRESS, "!!! dhcp check start_ip fail \n\n");
+}
+
+Refusal end_address(const Check& group) {
+    return group.address(CWMP_DHCP_END_ADDRESS, "!!! dhcp  end_ip check fail \n\n");
 }
 
 }  // namespace
 
 const Object cwmp::staged::kDhcp = {
     .name = "dhcp",
-    .staging = &dhcp_obj_data,
-    .revert = &dhcp_obj_data_revert,
-    .size = sizeof(Pool),
+    .records = records(dhcp_obj_data, dhcp_obj_data_revert),
     .apply = CWMP_APPLY_DHCP_SERVER,
-    .count = 3,
     .fields = {{"dhcp_start_ip", offsetof(Pool, start_address), sizeof(Pool::start_address), 15},
                {"dhcp_end_ip", offsetof(Pool, end_address), sizeof(Pool::end_address), 15},
                {"dhcp_dnsserver", offsetof(Pool, dns_servers), sizeof(Pool::dns_servers), 15}},
     .pre_revert = dhcp_pre_revert,
-    .passes = passes,
     .restorable = false,
+    .rules = {dns_servers, start_address, end_address, Check::accepted_by_script},
+    .check_passed = "!!! dhcp check success\n\n",
     .check_failed = {"!!! dhcp check fail\n\n", kError},
 };
 

@@ -21,8 +21,8 @@ void forget_in_force() {
 int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
         Caller caller) {
     log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, value != nullptr ? value : "(null)");
-    if (value == nullptr || option < 0 || option >= object.count) return kFailed;
-    if (object.fields[option].kind == Kind::text) {
+    if (value == nullptr || option < 0 || option >= object.count()) return kFailed;
+    if (!object.is_switch(option)) {
         record.put_text(option, value);
         return kPassed;
     }
@@ -45,40 +45,50 @@ int reject(const Object& object, Verdict verdict, Caller caller) {
 
 }  // namespace
 
-void Check::fill_enable() const {
-    if (staging_.enable() != CWMP_STAGED_ENABLED) staging_.enable() = revert_.enable();
-}
-
-bool Check::fill(int option) const {
+Refusal Check::filled(int option) const {
     if (!staged(option)) staging_.put_text(option, revert_.text(option));
-    return staged(option);
+    return unless(staged(option), kSilent);
 }
 
-bool Check::address(int option, const char* refusal) const {
-    if (!staged(option)) return fill(option);
-    return checkValidIP(std::string(text(option)).c_str()) != 0 || fail(refusal);
+Refusal Check::address(int option, const char* refusal) const {
+    if (!staged(option)) return filled(option);
+    return unless(checkValidIP(std::string(text(option)).c_str()) != 0, {refusal});
 }
 
-bool Check::number(int option, int least, int most, const char* refusal) const {
-    if (!staged(option)) return fill(option);
+Refusal Check::number(int option, int least, int most, const char* refusal) const {
+    if (!staged(option)) return filled(option);
     const int number = decimal_prefix(std::string(text(option)).c_str());
-    return (number >= least && number <= most) || fail(refusal);
+    return unless(number >= least && number <= most, {refusal});
 }
 
-bool Check::script_accepts() const {
-    if (ask_script(object_, "check", caller_) == Verdict::accepted) return true;
+bool Check::is_switched_off(const Check& group) { return group.staging_.enable() == CWMP_STAGED_DISABLED; }
+
+Refusal Check::accepted_by_script(const Check& group) {
+    if (ask_script(group.object_, "check", group.caller_) == Verdict::accepted) return {};
     keep_refusal("the check script refuses these settings together");
-    return false;
+    return kSilent;
 }
 
-bool Check::pass(const char* message) const {
-    log_event(caller_, kProgress, "%s", message);
-    return true;
+Refusal Check::refusal() const {
+    if (object_.exempt != nullptr && object_.exempt(*this)) {
+        tell(object_.exempted);
+        return {};
+    }
+    // Unless enabling was staged, the switch stays as the configuration has it.
+    if (object_.is_switch(0) && staging_.enable() != CWMP_STAGED_ENABLED)
+        staging_.enable() = revert_.enable();
+    for (const Rule rule : object_.rules) {
+        if (const Refusal refusal = rule(*this)) return refusal;
+    }
+    tell(object_.check_passed);
+    return {};
 }
 
-bool Check::fail(const char* message, int level) const {
-    refuse(caller_, level, "%s", message);
-    return false;
+void forget_groups() {
+    for (const Object* object : kObjects) {
+        Record::revert(*object).clear();
+        Record::staging(*object).clear();
+    }
 }
 
 // What a check has not seen must not be applied: a new field takes the marker away.
@@ -102,7 +112,8 @@ int check(const Object& object, Caller caller) {
     }
     log_event(caller, kProgress, "!!!  %s check enter \n\n", object.name);
     const bool loaded = load_revert_record(object);
-    if (!object.passes(Check(object, caller))) {
+    if (const Refusal refusal = Check(object, caller).refusal()) {
+        if (*refusal.text != '\0') refuse(caller, refusal.level, "%s", refusal.text);
         log_event(caller, object.check_failed.level, "%s", object.check_failed.text);
         const Object* cleared = object.check_failure_clears;
         Record::staging(cleared != nullptr ? *cleared : object).clear();

@@ -24,7 +24,7 @@
 
 namespace cwmp::staged {
 
-// One check of a group, as the group's own rules see it.
+// One check of a group, as its rules see it.
 class Check {
   public:
     Check(const Object& object, Caller caller)
@@ -33,25 +33,25 @@ class Check {
           revert_(Record::revert(object)),
           caller_(caller) {}
 
-    bool disabling() const { return staging_.enable() == CWMP_STAGED_DISABLED; }
-    // Unless enabling was staged, the switch stays as the configuration has it.
-    void fill_enable() const;
-
     std::string_view text(int option) const { return staging_.text(option); }
     // As a reader that knows no field's end sees it: a text that fills its field runs on into the next.
     std::size_t length(int option) const { return staging_.length(option); }
     bool staged(int option) const { return !text(option).empty(); }
-    // A text that was not staged comes from the configuration. False when there is none either.
-    bool fill(int option) const;
+    // A text that was not staged comes from the configuration; refused in silence when there is none either.
+    Refusal filled(int option) const;
     // A staged address must be one; another one is filled.
-    bool address(int option, const char* refusal) const;
+    Refusal address(int option, const char* refusal) const;
     // The same for a number in a range.
-    bool number(int option, int least, int most, const char* refusal) const;
+    Refusal number(int option, int least, int most, const char* refusal) const;
 
-    bool script_accepts() const;
+    void tell(const char* message) const { log_event(caller_, kProgress, "%s", message); }
 
-    bool pass(const char* message) const;
-    bool fail(const char* message, int level = kProgress) const;
+    // What exempts a group that has a switch.
+    static bool is_switched_off(const Check& group);
+    // The rule of a group that the device has to agree to.
+    static Refusal accepted_by_script(const Check& group);
+    // That of the first rule that refuses. A group that passes is told.
+    Refusal refusal() const;
 
   private:
     const Object& object_;
@@ -60,6 +60,8 @@ class Check {
     Caller caller_;
 };
 
+constexpr Refusal unless(bool met, Refusal refusal) { return met ? Refusal{} : refusal; }
+
 int stage(const Object& object, int option, const char* value, Caller caller = Caller::here());
 int stage_revert(const Object& object, int option, const char* value, Caller caller = Caller::here());
 int check(const Object& object, Caller caller = Caller::here());
@@ -67,7 +69,9 @@ int apply(const Object& object, unsigned int* flags, Caller caller = Caller::her
 // Notes what is in force of a group that is about to be applied. False when it must not be applied, because the
 // transaction that runs could not undo it.
 bool note_in_force(const Object& object);
-// Applies every group that is checked and leaves all records idle. False when the script refused one.
+// Leaves all records idle.
+void forget_groups();
+// Applies every group that is checked, then forgets them all. False when the script refused one.
 bool apply_all(unsigned int* flags);
 
 }  // namespace cwmp::staged

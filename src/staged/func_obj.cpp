@@ -37,7 +37,7 @@ void func_obj_restore() {
         const auto revert = Record::revert(*object);
         if (!object->restorable || revert.checked() != 1) continue;
         const auto staging = Record::staging(*object);
-        staging.copy_fields_from(revert);
+        for (int option = 0; option < object->count(); ++option) staging.put(option, revert.value(option));
         staging.checked() = 1;
     }
 }
@@ -46,10 +46,7 @@ bool cwmp::staged::apply_all(unsigned int* flags) {
     bool accepted = true;
     for (const cwmp_staged_object& operations : func_obj_table)
         accepted = operations.set(flags) != 0 && accepted;
-    for (const Object* object : kObjects) {
-        Record::revert(*object).clear();
-        Record::staging(*object).clear();
-    }
+    forget_groups();
     return accepted;
 }
 

@@ -19,42 +19,40 @@ void log_settings(Caller caller) {
               iptv_obj_data.vlan_id, 19, iptv_obj_data.type, 19, iptv_obj_data.priority);
 }
 
-bool type_passes(const Check& check) {
-    if (!check.staged(CWMP_IPTV_TYPE)) return check.fill(CWMP_IPTV_TYPE);
-    const auto type = check.text(CWMP_IPTV_TYPE);
-    return type == "normal" || type == "bridge" || check.fail("!!!  iptv type check fail\n\n");
+Refusal type(const Check& group) {
+    if (!group.staged(CWMP_IPTV_TYPE)) return group.filled(CWMP_IPTV_TYPE);
+    const auto type = group.text(CWMP_IPTV_TYPE);
+    return unless(type == "normal" || type == "bridge", {"!!!  iptv type check fail\n\n"});
 }
 
-bool priority_passes(const Check& check) {
-    const bool staged = check.staged(CWMP_IPTV_PRIORITY);
-    if (!check.number(CWMP_IPTV_PRIORITY, 0, 7, "!!! iptv prio fail \n\n")) return false;
-    return !staged || check.pass("!!! iptv  check pass\n\n");
+Refusal vlan_id(const Check& group) {
+    return group.number(CWMP_IPTV_VLAN_ID, 2, 4094, "!!! iptv vid check fail \n\n");
 }
 
-bool passes(const Check& check) {
-    if (check.disabling()) return check.pass("!!!  iptv check enable pass \n\n");
-    check.fill_enable();
-    return type_passes(check) && check.number(CWMP_IPTV_VLAN_ID, 2, 4094, "!!! iptv vid check fail \n\n") &&
-           priority_passes(check) && check.pass("!!! iptv  check success\n\n");
+Refusal priority(const Check& group) {
+    const bool staged = group.staged(CWMP_IPTV_PRIORITY);
+    const auto refusal = group.number(CWMP_IPTV_PRIORITY, 0, 7, "!!! iptv prio fail \n\n");
+    if (staged && !refusal) group.tell("!!! iptv  check pass\n\n");
+    return refusal;
 }
 
 }  // namespace
 
 const Object cwmp::staged::kIptv = {
     .name = "iptv",
-    .staging = &iptv_obj_data,
-    .revert = &iptv_obj_data_revert,
-    .size = sizeof(Iptv),
+    .records = records(iptv_obj_data, iptv_obj_data_revert),
     .apply = CWMP_APPLY_IPTV,
-    .count = 4,
     .fields = {enable_word("iptv_enable"),
                {"iptv_type", offsetof(Iptv, type), sizeof(Iptv::type), 19},
                {"iptv_vid", offsetof(Iptv, vlan_id), sizeof(Iptv::vlan_id), 19},
                {"iptv_prio", offsetof(Iptv, priority), sizeof(Iptv::priority), 19}},
     .json_order = {CWMP_IPTV_ENABLE, CWMP_IPTV_VLAN_ID, CWMP_IPTV_TYPE, CWMP_IPTV_PRIORITY},
     .pre_revert = iptv_pre_revert,
-    .passes = passes,
     .true_enables_revert = true,
+    .exempt = Check::is_switched_off,
+    .exempted = "!!!  iptv check enable pass \n\n",
+    .rules = {type, vlan_id, priority},
+    .check_passed = "!!! iptv  check success\n\n",
     .check_failed = {"!!! iptv  check fail\n\n"},
     // What was staged for IPTV stays: kept as it is.
     .check_failure_clears = &kLan,

@@ -14,25 +14,20 @@ Lan lan_obj_data_revert;
 
 namespace {
 
-bool passes(const Check& check) {
-    return check.address(CWMP_LAN_ADDRESS, "!!! lan check fail 1\n\n") &&
-           check.address(CWMP_LAN_MASK, "!!! lan mask check fail 2\n\n") && check.script_accepts() &&
-           check.pass("!!! lan check success\n");
-}
+Refusal address(const Check& group) { return group.address(CWMP_LAN_ADDRESS, "!!! lan check fail 1\n\n"); }
+Refusal mask(const Check& group) { return group.address(CWMP_LAN_MASK, "!!! lan mask check fail 2\n\n"); }
 
 }  // namespace
 
 const Object cwmp::staged::kLan = {
     .name = "lan",
-    .staging = &lan_obj_data,
-    .revert = &lan_obj_data_revert,
-    .size = sizeof(Lan),
+    .records = records(lan_obj_data, lan_obj_data_revert),
     .apply = CWMP_APPLY_LAN,
-    .count = 2,
     .fields = {{"lan_ip", offsetof(Lan, address), sizeof(Lan::address), 15},
                {"lan_mask", offsetof(Lan, mask), sizeof(Lan::mask), 15}},
     .pre_revert = lan_pre_revert,
-    .passes = passes,
+    .rules = {address, mask, Check::accepted_by_script},
+    .check_passed = "!!! lan check success\n",
     .check_failed = {"!!! lan check fail\n"},
 };
 

@@ -1,7 +1,10 @@
 // What tells the groups of settings apart, and access to their records by option number.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
+#include <initializer_list>
+#include <string>
 #include <string_view>
 
 #include "core/log.h"
@@ -23,33 +26,54 @@ constexpr Field enable_word(const char* key) {
     return {.key = key, .offset = 0, .width = sizeof(std::int32_t), .kept = 0, .kind = Kind::enable};
 }
 
-class Check;
-
-struct Event {
-    const char* text = "";
-    int level = kProgress;
+// The staging and the revert record of a group, of one layout; the last four bytes are the checked marker.
+struct Records {
+    void* staging;
+    void* revert;
+    std::uint16_t size;
 };
+template <typename Layout>
+constexpr Records records(Layout& staging, Layout& revert) {
+    return {&staging, &revert, sizeof(Layout)};
+}
 
-inline constexpr int kMostFields = 5;
+// Why a rule refuses its group, as the engine logs it; null when it does not.
+struct Refusal {
+    const char* text = nullptr;
+    int level = kProgress;
+
+    explicit operator bool() const { return text != nullptr; }
+};
+inline constexpr Refusal kSilent{""};  // nothing is logged but that the check fails
+
+class Check;
+using Rule = Refusal (*)(const Check& group);
 
 struct Object {
     const char* name = "";  // the script's verbs, the revert name and most messages are made of it
-    void* staging = nullptr;
-    void* revert = nullptr;
-    std::uint16_t size = 0;   // bytes of a record; the last four are the checked marker
+    Records records = {};
     std::uint16_t apply = 0;  // the service group that an accepted apply raises
-    std::uint8_t count = 0;   // of fields
-    Field fields[kMostFields] = {};
-    std::uint8_t json_order[kMostFields] = {0, 1, 2, 3, 4};
+    std::initializer_list<Field> fields = {};
+    std::uint8_t json_order[5] = {0, 1, 2, 3, 4};
     int (*pre_revert)(int option, const char* value) = nullptr;
-    bool (*passes)(const Check&) = nullptr;  // the group's rules
-    bool true_enables_revert = false;        // not only "1"
-    bool restorable = true;                  // by a revert
-    Event check_failed = {};
+    bool true_enables_revert = false;              // not only "1"
+    bool restorable = true;                        // by a revert
+    bool (*exempt)(const Check& group) = nullptr;  // from its rules
+    const char* exempted = "";                     // logged then
+    std::initializer_list<Rule> rules = {};        // asked in this order, up to the first that refuses
+    const char* check_passed = "";
+    Refusal check_failed = {};                     // logged behind the rule's
     const Object* check_failure_clears = nullptr;  // null: the object itself
     void (*before_apply)(Caller caller) = nullptr;
     const char* apply_rejected = nullptr;  // logged before the common message
     const char* request_failed = nullptr;  // the same, when there was no memory for the request
+
+    int count() const { return static_cast<int>(fields.size()); }
+    const Field& field(int option) const {
+        assert(option >= 0 && option < count());
+        return fields.begin()[option];
+    }
+    bool is_switch(int option) const { return field(option).kind == Kind::enable; }
 };
 
 extern const Object kPppoe, kDhcp, kLan, kWan, kIptv, kVlan;
@@ -57,12 +81,12 @@ extern const Object* const kObjects[CWMP_STAGED_OBJECTS];
 
 class Record {
   public:
-    static Record staging(const Object& object) { return {object, object.staging}; }
-    static Record revert(const Object& object) { return {object, object.revert}; }
+    static Record staging(const Object& object) { return {object, object.records.staging}; }
+    static Record revert(const Object& object) { return {object, object.records.revert}; }
 
     std::int32_t& enable() const { return *reinterpret_cast<std::int32_t*>(bytes_); }
     std::uint32_t& checked() const {
-        return *reinterpret_cast<std::uint32_t*>(bytes_ + object_.size - sizeof(std::uint32_t));
+        return *reinterpret_cast<std::uint32_t*>(bytes_ + object_.records.size - sizeof(std::uint32_t));
     }
 
     // Never longer than the field, whoever filled the record.
@@ -70,14 +94,13 @@ class Record {
     // Up to the first zero byte, in whichever field that stands.
     std::size_t length(int option) const;
     void put_text(int option, std::string_view text) const;
-
-    // Everything but the marker.
-    void copy_fields_from(const Record& other) const;
+    // The same of any field, that of a switch in digits.
+    std::string value(int option) const;
+    void put(int option, const std::string& value) const;
     void clear() const;
 
   private:
     Record(const Object& object, void* bytes) : object_(object), bytes_(static_cast<char*>(bytes)) {}
-    const Field& field(int option) const;
 
     const Object& object_;
     char* bytes_;

@@ -17,38 +17,37 @@ namespace {
 constexpr std::size_t kLongestDnsServers = 32;
 constexpr std::size_t kTooLongCredential = 256;
 
-bool passes(const Check& check) {
-    if (check.disabling()) return check.pass("!!!  pppoe check pass 1\n\n");
-    check.fill_enable();
-    if (check.text(CWMP_PPPOE_DNS_SERVERS).size() > kLongestDnsServers) {
-        return check.fail("!!!  pppoe check fail 1\n\n");
-    }
-    if (check.length(CWMP_PPPOE_USERNAME) >= kTooLongCredential ||
-        check.length(CWMP_PPPOE_PASSWORD) >= kTooLongCredential) {
-        return check.fail("!!! pppoe username or password is too long\n", kError);
-    }
-    // Unlike the password, the user name is never taken from the configuration: it belongs to the
-    // transaction.
-    if (!check.staged(CWMP_PPPOE_USERNAME)) return false;
-    return check.fill(CWMP_PPPOE_PASSWORD) && check.pass("!!! pppoe check success \n\n");
+Refusal dns_servers(const Check& group) {
+    const bool fit = group.text(CWMP_PPPOE_DNS_SERVERS).size() <= kLongestDnsServers;
+    return unless(fit, {"!!!  pppoe check fail 1\n\n"});
 }
+
+Refusal credentials(const Check& group) {
+    const bool fit = group.length(CWMP_PPPOE_USERNAME) < kTooLongCredential &&
+                     group.length(CWMP_PPPOE_PASSWORD) < kTooLongCredential;
+    return unless(fit, {"!!! pppoe username or password is too long\n", kError});
+}
+
+// Unlike the password, the user name is never taken from the configuration: it belongs to the transaction.
+Refusal user_name(const Check& group) { return unless(group.staged(CWMP_PPPOE_USERNAME), kSilent); }
+Refusal password(const Check& group) { return group.filled(CWMP_PPPOE_PASSWORD); }
 
 }  // namespace
 
 const Object cwmp::staged::kPppoe = {
     .name = "pppoe",
-    .staging = &pppoe_obj_data,
-    .revert = &pppoe_obj_data_revert,
-    .size = sizeof(Account),
+    .records = records(pppoe_obj_data, pppoe_obj_data_revert),
     .apply = CWMP_APPLY_WAN,
-    .count = 4,
     .fields = {enable_word("pppoe_enable"),
                {"pppoe_username", offsetof(Account, username), sizeof(Account::username), 254},
                {"pppoe_password", offsetof(Account, password), sizeof(Account::password), 254},
                {"pppoe_dnsserver", offsetof(Account, dns_servers), sizeof(Account::dns_servers), 15}},
     .pre_revert = pppoe_pre_revert,
-    .passes = passes,
     .true_enables_revert = true,
+    .exempt = Check::is_switched_off,
+    .exempted = "!!!  pppoe check pass 1\n\n",
+    .rules = {dns_servers, credentials, user_name, password},
+    .check_passed = "!!! pppoe check success \n\n",
     .check_failed = {"!!!  pppoe check fail \n\n"},
     .apply_rejected = "!!!!!!!! set pppoe fail\n",
     .request_failed = "!!!  pppoe  json file create fail \n\n",

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "config/transaction.h"
-#include "core/text.h"
 #include "staged/check_script.h"
 #include "staged/engine.h"
 
@@ -17,30 +16,17 @@ namespace {
 constexpr char kChanged = '!';
 constexpr char kSame = '=';
 
-void forget_groups() {
-    for (const Object* object : kObjects) {
-        Record::revert(*object).clear();
-        Record::staging(*object).clear();
-    }
-}
-
 // Stages what a note says was in force. What the group has not changed is what the script tells of it now. False
 // when nobody knew.
 bool stage_noted(const Object& object, transaction::NoteReader note) {
     if (note.ends()) return false;
     const auto staging = Record::staging(object);
     const bool told = load_revert_record(object);
-    for (int option = 0; option < object.count; ++option) {
+    for (int option = 0; option < object.count(); ++option) {
         std::string text = note.next();
         const bool changed = text.starts_with(kChanged);
         text.erase(0, 1);
-        if (!changed && told && object.fields[option].kind != Kind::enable)
-            text = Record::revert(object).text(option);
-        if (object.fields[option].kind == Kind::enable) {
-            staging.enable() = decimal_prefix(text.c_str());
-        } else {
-            staging.put_text(option, text);
-        }
+        staging.put(option, changed || !told ? text : Record::revert(object).value(option));
     }
     staging.checked() = 1;
     return true;
@@ -84,11 +70,9 @@ bool cwmp::staged::note_in_force(const Object& object) {
     note << object.name;
     const auto revert = Record::revert(object);
     const auto staging = Record::staging(object);
-    for (int option = 0; revert.checked() == 1 && option < object.count; ++option) {
-        const bool is_switch = object.fields[option].kind == Kind::enable;
-        const bool changed = is_switch || revert.text(option) != staging.text(option);
-        note << (changed ? kChanged : kSame) +
-                    (is_switch ? decimal(revert.enable()) : std::string(revert.text(option)));
+    for (int option = 0; revert.checked() == 1 && option < object.count(); ++option) {
+        const bool changed = object.is_switch(option) || revert.value(option) != staging.value(option);
+        note << (changed ? kChanged : kSame) + revert.value(option);
     }
     if (revert.checked() != 1) note << "";
     return transaction::keep(note.line());

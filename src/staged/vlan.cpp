@@ -14,26 +14,23 @@ Vlan vlan_obj_data_revert;
 
 namespace {
 
-bool passes(const Check& check) {
-    if (check.disabling()) return check.pass("!!!  vlan check enable pass \n\n");
-    check.fill_enable();
-    // A number out of range is reported as passed: kept as it is.
-    return check.number(CWMP_VLAN_VLAN_ID, 1, 4094, "!!!  vlan check vid pass \n\n") &&
-           check.pass("!!! vlan check pass\n");
+// A number out of range is reported as passed: kept as it is.
+Refusal vlan_id(const Check& group) {
+    return group.number(CWMP_VLAN_VLAN_ID, 1, 4094, "!!!  vlan check vid pass \n\n");
 }
 
 }  // namespace
 
 const Object cwmp::staged::kVlan = {
     .name = "vlan",
-    .staging = &vlan_obj_data,
-    .revert = &vlan_obj_data_revert,
-    .size = sizeof(Vlan),
+    .records = records(vlan_obj_data, vlan_obj_data_revert),
     .apply = CWMP_APPLY_WAN,
-    .count = 2,
     .fields = {enable_word("vlan_enable"), {"vlan_vid", offsetof(Vlan, vlan_id), sizeof(Vlan::vlan_id), 19}},
     .pre_revert = vlan_pre_revert,
-    .passes = passes,
+    .exempt = Check::is_switched_off,
+    .exempted = "!!!  vlan check enable pass \n\n",
+    .rules = {vlan_id},
+    .check_passed = "!!! vlan check pass\n",
     .check_failed = {"!!! vlan check fail\n"},
 };
 

@@ -1,7 +1,6 @@
 // How the internet WAN gets its address: by DHCP, or a static one with mask, gateway and name servers.
 #include <cstddef>
 #include <cstdio>
-#include <string_view>
 
 #include "cwmp/apply_flags.h"
 #include "staged/engine.h"
@@ -17,46 +16,46 @@ Wan wan_obj_data_revert;
 namespace {
 
 constexpr const char* kSuccess = "!!! wan check success\n";
-constexpr std::string_view kDynamic = "DHCP";
 
 void print(int option, const char* value) {
     std::printf("!!!option:%d, val:%s\n", option, value != nullptr ? value : "(null)");
 }
 
-bool address_staged(const Check& check) {
-    return check.staged(CWMP_WAN_ADDRESS) || check.staged(CWMP_WAN_MASK) || check.staged(CWMP_WAN_GATEWAY);
+bool is_dynamic(const Check& group) { return group.text(CWMP_WAN_TYPE) == "DHCP"; }
+
+bool address_staged(const Check& group) {
+    return group.staged(CWMP_WAN_ADDRESS) || group.staged(CWMP_WAN_MASK) || group.staged(CWMP_WAN_GATEWAY);
 }
 
 // A connection that is dynamic and stays so takes no address.
-bool type_passes(const Check& check) {
-    if (check.staged(CWMP_WAN_TYPE)) return true;
-    return check.fill(CWMP_WAN_TYPE) && !(check.text(CWMP_WAN_TYPE) == kDynamic && address_staged(check));
+Refusal type(const Check& group) {
+    if (group.staged(CWMP_WAN_TYPE)) return {};
+    const auto missing = group.filled(CWMP_WAN_TYPE);
+    return is_dynamic(group) && address_staged(group) ? kSilent : missing;
 }
 
-bool passes(const Check& check) {
-    if (check.text(CWMP_WAN_TYPE) == kDynamic) return check.pass(kSuccess);
-    return type_passes(check) && check.address(CWMP_WAN_ADDRESS, "!!! wan ip check fail \n\n") &&
-           check.address(CWMP_WAN_MASK, "!!! wan mask check fail \n\n") &&
-           check.address(CWMP_WAN_GATEWAY, "!!! wan gate check fail \n\n") && check.script_accepts() &&
-           check.pass(kSuccess);
+Refusal address(const Check& group) { return group.address(CWMP_WAN_ADDRESS, "!!! wan ip check fail \n\n"); }
+Refusal mask(const Check& group) { return group.address(CWMP_WAN_MASK, "!!! wan mask check fail \n\n"); }
+Refusal gateway(const Check& group) {
+    return group.address(CWMP_WAN_GATEWAY, "!!! wan gate check fail \n\n");
 }
 
 }  // namespace
 
 const Object cwmp::staged::kWan = {
     .name = "wan",
-    .staging = &wan_obj_data,
-    .revert = &wan_obj_data_revert,
-    .size = sizeof(Wan),
+    .records = records(wan_obj_data, wan_obj_data_revert),
     .apply = CWMP_APPLY_WAN,
-    .count = 5,
     .fields = {{"wan_ip", offsetof(Wan, address), sizeof(Wan::address), 15},
                {"wan_mask", offsetof(Wan, mask), sizeof(Wan::mask), 15},
                {"wan_gate", offsetof(Wan, gateway), sizeof(Wan::gateway), 15},
                {"wan_dnsserver", offsetof(Wan, dns_servers), sizeof(Wan::dns_servers), 49},
                {"wan_type", offsetof(Wan, type), sizeof(Wan::type), 19}},
     .pre_revert = wan_pre_revert,
-    .passes = passes,
+    .exempt = is_dynamic,
+    .exempted = kSuccess,
+    .rules = {type, address, mask, gateway, Check::accepted_by_script},
+    .check_passed = kSuccess,
     .check_failed = {"!!! wan check fail\n"},
 };
 
