@@ -90,6 +90,8 @@ CALL(int, unlink, (const char* path), (path), kOther, EIO, -1, changes())
 CALL(int, unlinkat, (int directory, const char* path, int flags), (directory, path, flags), kOther, EIO, -1, changes())
 CALL(int, mkdir, (const char* path, mode_t mode), (path, mode), kOther, EIO, -1, changes())
 CALL(int, fchmod, (int file, mode_t mode), (file, mode), kOther, EIO, -1, changes())
+// The descriptor is given back all the same, as the system does.
+CALL(int, close, (int file), (file), kClose, EIO, (real(file), -1))
 // dlsym would ask for memory itself.
 #define MEMORY(name, parameters, arguments) \
     void* __libc_##name parameters;         \
@@ -97,11 +99,4 @@ CALL(int, fchmod, (int file, mode_t mode), (file, mode), kOther, EIO, -1, change
 MEMORY(malloc, (size_t size), (size))
 MEMORY(calloc, (size_t number, size_t size), (number, size))
 MEMORY(realloc, (void* memory, size_t size), (memory, size))
-
-// The descriptor is given back all the same, as the system does.
-int close(int file) {
-    static const auto real = next<int(int)>("close");
-    const int result = real(file);
-    return fails(kClose, EIO) ? -1 : result;
-}
 }

@@ -22,11 +22,13 @@
 #include <vector>
 
 #include "host.h"
+#include "store.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using std::to_string;
+using stores::text_of;
 using World = std::map<std::string, std::string>;
 
 const std::string kHost = "/usr/lib/router/tests/faults_test host ";
@@ -85,9 +87,12 @@ void report(const std::string& what, const std::string& fault) {
     std::cout << "FAILED " << what << ": " << fault << std::endl;
 }
 
-std::string text_of(const std::string& path) {
-    std::ifstream file(path);
-    return {std::istreambuf_iterator(file), {}};
+// Without blank lines: the check script writes others than the library.
+std::string lines_of(const fs::path& package) {
+    std::string text = text_of(package);
+    const auto both_end = [](char one, char next) { return one == '\n' && next == '\n'; };
+    text.erase(std::unique(text.begin(), text.end(), both_end), text.end());
+    return text.substr(text.starts_with('\n') ? 1 : 0);
 }
 
 World world() {
@@ -95,28 +100,13 @@ World world() {
     std::error_code none;
     for (const std::string& directory : {kLive, kCopies, kCopies + "-force"})
         for (const auto& entry : fs::directory_iterator(directory, none))
-            if (entry.path().filename().native()[0] != '.') files[entry.path()] = text_of(entry.path());
-    // The check script writes its packages with other blank lines than the library.
-    for (const char* name : {"smartip_sync", "network", "dhcp_server_sync"}) {
-        std::string& text = files[kLive + name];
-        for (std::size_t at = 0; (at = text.find("\n\n")) != std::string::npos;) text.erase(at, 1);
-        text.erase(0, text.find_first_not_of('\n'));
-    }
+            if (entry.path().filename().native()[0] != '.') files[entry.path()] = lines_of(entry);
     return files;
 }
 
-void shell(const std::string& line) {
-    if (std::system(line.c_str()) != 0) report(line, "failed");
-}
-
-const std::string kPutOld = "cp -a /var/old" + kLive + ". " + kLive;
-
 void restore() {
     umount(kLive.c_str());
-    shell(
-        "rm -rf " + kLive + "* " + kLive + ".[!.]* " + kCopies + " " + kCopies +
-        "-force /tmp/tr069/.transaction /tmp/.uci /tmp/ready_to_revert_item /var/state/*; : >/dev/console; " +
-        kPutOld + "; cp -a /var/old/tmp/. /tmp");
+    stores::reset();
 }
 
 // The paths that do not hold the same; a side copy that is empty is none.
@@ -238,7 +228,7 @@ const std::string kFiller = kLive + ".fill";
 void leave_room(int free) {
     constexpr int kPage = 4096;
     mount("tmpfs", kLive.c_str(), "tmpfs", 0, "size=1m");
-    shell(kPutOld);
+    stores::reset();
     for (std::ofstream file(kFiller); file; file << std::string(kPage, 'x') << std::flush) {
     }
     fs::resize_file(kFiller, fs::file_size(kFiller) / kPage * kPage - std::max(free, 0) * kPage);
@@ -298,8 +288,7 @@ void run_side_by_side(int times) {
     restore();
     ends("transactions and a writer", side_by_side(often("refused", 10), often("write", 400, "one")));
     World wanted = old;
-    std::string& custom = wanted[kLive + "custom"];
-    custom = "\n" + custom + "\toption one '" + to_string(400 * times) + "'\n\n";
+    wanted[kLive + "custom"] += "\toption one '" + to_string(400 * times) + "'\n";
     report("transactions and a writer", difference(world(), wanted));
     restore();
     for (int round = 1; round <= 20 * times; ++round)
@@ -317,9 +306,7 @@ int main(int argc, char** argv) {
     if (words[0] == "host") return host::run(words[1], words[2], words[3]);
     prctl(PR_SET_CHILD_SUBREAPER, 1);
     const int seconds = argc > 1 ? std::atoi(argv[1]) : 60;
-    shell(
-        "mkdir -p /var/old/etc /var/old/tmp/tr069; cp -a /etc/config /var/old/etc; cp -a /tmp/. "
-        "/var/old/tmp");
+    restore();
     old = world();
     fail_calls(seconds, argc > 2 ? std::atoi(argv[2]) : std::random_device()(), words[2]);
     if (words[2].empty()) run_side_by_side(seconds == 0 ? 10 : 1);

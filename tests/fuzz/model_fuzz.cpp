@@ -1,7 +1,7 @@
 // Random calls of every handler of the model in a demo router whose store and tools lie: random operations,
 // instance numbers and values. No call may crash, hang, break a package, leave a file, section or option of its own
 // making, or bring a stranger's text onto a command line outside quotes.
-//   model_fuzz SECONDS [SEED]
+//   model_fuzz [SECONDS] [SEED]
 #include <uci.h>
 #include <unistd.h>
 
@@ -16,6 +16,7 @@
 #include <random>
 
 #include "cwmp/agent_state.h"
+#include "failure.h"
 #include "library.h"
 #include "model.h"
 #include "rows.h"
@@ -27,15 +28,13 @@ namespace fs = std::filesystem;
 using cwmp::Library;
 using cwmp::Node;
 
-constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
-                                     "/var/state",  "/var/tmp",       "/var/lib/router/answers"};
 constexpr const char* kCommands = "/var/log/router/commands";
-constexpr const char* kPristine = "/var/lib/pristine";
 constexpr int kStepSeconds = 60;
 constexpr int kStepsOfAWorld = 100;
 constexpr int kLies = 5;
 
 std::mt19937_64 numbers;
+stores::Snapshot pristine;
 std::string step;  // what is being done, for the report of a failure
 
 size_t below(size_t end) { return numbers() % end; }
@@ -45,14 +44,6 @@ const auto& any_of(const auto& container) { return std::data(container)[below(st
 [[noreturn]] void fail(const std::string& what) {
     std::cerr << "model_fuzz: " << what << "\n  after " << step << '\n';
     std::_Exit(1);
-}
-
-void copy_tree(const std::string& from, const std::string& to) {
-    for (const char* directory : kWritable) {
-        fs::create_directories(to + directory);
-        for (const auto& entry : fs::directory_iterator(to + directory)) fs::remove_all(entry);
-        fs::copy(from + directory, to + directory, fs::copy_options::recursive);
-    }
 }
 
 // Texts that mean something to a shell, to the store or to a format hold the word that the oracles look for.
@@ -93,7 +84,7 @@ bool is_ours(const std::string& path) {
     for (const char* known : {"/etc/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
                               "/tmp/.uci", "/tmp/is_binded"})
         if (path.starts_with(known)) return true;
-    return fs::exists(kPristine + path);
+    return pristine.contains(path);
 }
 
 // The word stands within single quotes, or, on a console line, where nothing is expanded.
@@ -115,15 +106,6 @@ bool is_quoted(const std::string& command) {
     return quote == 0;
 }
 
-void expect_quoted_commands() {
-    const std::string all = stores::text_of(kCommands);
-    for (size_t start = 0; start < all.size(); start = all.find('\0', start) + 1) {
-        const std::string command = all.c_str() + start;
-        if (!is_quoted(command)) fail("on a command line: " + command.substr(0, 300));
-    }
-    fs::remove(kCommands);
-}
-
 void expect_unharmed() {
     for (const auto& [name, text] : stores::snapshot()) {
         const std::string file = fs::path(name).filename();
@@ -134,7 +116,9 @@ void expect_unharmed() {
         if ((name.starts_with("/etc/") || name.starts_with("/tmp/tr069/")) && !is_text)
             fail("a broken package: " + name);
     }
-    expect_quoted_commands();
+    for (const auto& command : rows::split(stores::text_of(kCommands), std::string(1, '\0')))
+        if (!is_quoted(command)) fail("on a command line: " + command.substr(0, 300));
+    fs::remove(kCommands);
 }
 
 // Every parameter and every object that has a handler.
@@ -165,11 +149,11 @@ int call(const Node& node, int op, const std::string& value) {
     if (!handler) fail("no handler");
     const bool is_read = op == CWMP_OP_GET || (op == CWMP_OP_ADD && node.kind == Node::Kind::Table);
     if (!is_read) text[value.copy(text.data(), text.size() - 1)] = '\0';
+    void* const third = op == CWMP_OP_LIST  ? static_cast<void*>(&capacity)
+                        : op == CWMP_OP_GET ? static_cast<void*>(&agent)
+                                            : &flags;
     alarm(kStepSeconds);
-    const int code = op == CWMP_OP_LIST
-                         ? cwmp::call(handler, op, where.data(), text.data(), &capacity, &agent)
-                     : op == CWMP_OP_GET ? cwmp::call(handler, op, where.data(), text.data(), &agent)
-                                         : cwmp::call(handler, op, where.data(), text.data(), &flags, &agent);
+    const int code = cwmp::call(handler, op, where.data(), text.data(), third, &agent);
     alarm(0);
     if (op == CWMP_OP_GET && text[0] != 'x' && strnlen(text.data(), text.size()) == text.size())
         fail("not terminated");
@@ -222,15 +206,16 @@ void run(int seconds) {
     collect(model.root(), nodes);
     const Library loaded("/usr/lib/libcwmp-datamodel.so");
     library = &loaded;
-    copy_tree(kPristine, "");
+    stores::reset();
+    pristine = stores::snapshot();
     std::vector<std::string> options;
-    for (const auto& [name, text] : stores::snapshot())
+    for (const auto& [name, text] : pristine)
         if (name[0] != '/' && rows::split(fs::path(name).filename(), ".").size() == 3)
             options.push_back(name);
     const std::time_t end = std::time(nullptr) + seconds;
     size_t calls = 0;
     while (std::time(nullptr) < end) {
-        copy_tree(kPristine, "");
+        stores::reset();
         std::vector<fs::path> answers;
         for (const auto& entry : fs::directory_iterator("/var/lib/router/answers")) {
             answers.push_back(entry.path());
@@ -250,16 +235,15 @@ void run(int seconds) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2 || !fs::exists("/.router-root")) {
-        std::cerr << "usage: model_fuzz SECONDS [SEED], inside a router root of its own\n";
-        return 2;
-    }
     const unsigned long seed = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : std::random_device()();
     std::cerr << "model_fuzz: seed " << seed << '\n';
     numbers.seed(seed);
     std::signal(SIGALRM, [](int) { fail("it hangs"); });
-    if (!fs::exists(kPristine)) copy_tree("", kPristine);
-    fs::remove(kCommands);
-    run(std::atoi(argv[1]));
-    return 0;
+    try {
+        run(argc > 1 ? std::atoi(argv[1]) : 60);
+    } catch (const std::exception& error) {
+        fail(error.what());
+    } catch (const cwmp::Failure& failure) {
+        fail(failure.subject + ": " + failure.message);
+    }
 }

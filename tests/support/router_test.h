@@ -56,10 +56,9 @@ class RouterTest : public ::testing::Test {
     void TearDown() override;
 
     // Rows of the case language (docs/testing.md): a line of the world, and a call with all that it did, each as
-    // one text. effects() tells the same of any code; its own result comes first. Events of `name` do not name it.
+    // one text.
     void world(const std::string& line);
     std::string told(const std::string& row);
-    std::string effects(const std::function<std::string()>& call, const std::string& name = "");
     static bool is_call(const std::string& row);
 
     // The world, where a row is no good: a package file word for word, any other file.
@@ -95,11 +94,10 @@ class RouterTest : public ::testing::Test {
     static Texts console();
     // The same as the device's console shows them.
     static std::string raw_console() { return stores::text_of("/dev/console"); }
-    // The command texts that a shell was handed, without those that write the console.
+    // The command texts that a shell was handed, without those that write the console; the check script's are told
+    // by their requests, "check_params lan_check {...}".
     static Texts commands();
-    // The device tools' own calls, "fwinfo MODEL".
-    static Texts tool_calls();
-    // Forgets console, commands and tool calls so far.
+    // Forgets console and commands so far.
     static void forget();
 
     // Waits for the processes that calls left running; how many ended by their own kill.
@@ -116,6 +114,9 @@ class RouterTest : public ::testing::Test {
     cwmp_handler handler(const char* name) { return &symbol<int(int, va_list)>(name); }
 
   private:
+    // What the call answers, then what it did; events of `name` do not name it.
+    std::string effects(const std::function<std::string()>& call, const std::string& name = "");
+    bool is_heard(const std::string& event) const;
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& word);
     Texts told_handlers(const std::string& verb, std::string rest);
     std::string told_transaction(const std::string& rest);

@@ -33,11 +33,6 @@ Words split(const std::string& text, const std::string& end) {
     return parts;
 }
 
-std::string trim(const std::string& text) {
-    const auto first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 std::string take_until(std::string& text, const std::string& mark) {
     const auto end = text.find(mark);
     const std::string head = text.substr(0, end);

@@ -9,7 +9,6 @@ namespace rows {
 using Words = std::vector<std::string>;
 
 Words split(const std::string& text, const std::string& end);
-std::string trim(const std::string& text);
 // Everything before `mark`, which is cut off together with the mark; all when there is none.
 std::string take_until(std::string& text, const std::string& mark);
 // Parts that are empty are left out.

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <utility>
 
@@ -17,9 +18,20 @@ namespace fs = std::filesystem;
 namespace stores {
 namespace {
 
-constexpr const char* kPackages[] = {"/etc/config", "/tmp/tr069", "/tmp/cwmp-config",
-                                     "/tmp/cwmp-config-force", "/etc/profile.d"};
-constexpr const char* kFiles[] = {"/tmp", "/var/tmp", "/var/state"};
+const std::set<fs::path> kPackages = {"/etc/config", "/etc/profile.d", "/tmp/tr069", "/tmp/cwmp-config",
+                                      "/tmp/cwmp-config-force"};
+constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
+                                     "/var/state",  "/var/tmp",       "/var/lib/router/answers"};
+constexpr const char* kLogs = "/var/log/router";
+const std::string kPristine = "/var/lib/pristine";
+
+void copy_tree(const std::string& from, const std::string& to) {
+    for (const char* directory : kWritable) {
+        fs::create_directories(to + directory);
+        for (const auto& entry : fs::directory_iterator(to + directory)) fs::remove_all(entry);
+        fs::copy(from + directory, to + directory, fs::copy_options::recursive);
+    }
+}
 
 using Context = std::unique_ptr<uci_context, decltype(&uci_free_context)>;
 
@@ -32,27 +44,20 @@ Context open(const fs::path& directory) {
     return context;
 }
 
-struct Place {
-    fs::path directory, file;
-    std::string tuple;
-};
-
-Place place_of(const std::string& name) {
-    const auto slash = name.find('/');
-    fs::path directory = kPackages[0];
-    if (slash != std::string::npos)
-        directory = (name.starts_with("profile.d/") ? "/etc/" : "/tmp/") + name.substr(0, slash);
-    const std::string tuple = name.substr(slash + 1);
-    return {directory, directory / tuple.substr(0, tuple.find('.')), tuple};
+fs::path file_of(const std::string& name) {
+    const std::string tuple = name.substr(0, name.find('.', name.find('/') + 1));
+    if (tuple.find('/') == std::string::npos) return "/etc/config/" + tuple;
+    return (tuple.starts_with("profile.d/") ? "/etc/" : "/tmp/") + tuple;
 }
 
 // Sets an option's value or a section's type, or deletes one; the package is written without a wait for the disk.
 void rewrite(const std::string& name, const std::optional<std::string>& value) {
-    Place place = place_of(name);
-    if (!fs::exists(place.file)) write_file(place.file, "");
-    const Context context = open(place.directory);
+    const fs::path file = file_of(name);
+    if (!fs::exists(file)) write_file(file, "");
+    const Context context = open(file.parent_path());
+    std::string tuple = name.substr(name.find('/') + 1);
     uci_ptr at = {};
-    bool done = uci_lookup_ptr(context.get(), &at, place.tuple.data(), true) == UCI_OK;
+    bool done = uci_lookup_ptr(context.get(), &at, tuple.data(), true) == UCI_OK;
     uci_package* const package = at.p;
     at.flags = {};
     if (done && value && at.s == nullptr && at.option != nullptr) {
@@ -63,7 +68,7 @@ void rewrite(const std::string& name, const std::optional<std::string>& value) {
     }
     at.value = value ? value->c_str() : nullptr;
     done = done && (value ? uci_set(context.get(), &at) : uci_delete(context.get(), &at)) == UCI_OK;
-    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(place.file.c_str(), "we"), &std::fclose);
+    const std::unique_ptr<FILE, int (*)(FILE*)> stream(std::fopen(file.c_str(), "we"), &std::fclose);
     done = done && uci_export(context.get(), stream.get(), package, false) == UCI_OK;
     if (!done) throw std::runtime_error("cannot change " + name);
 }
@@ -76,11 +81,10 @@ std::string value_of(const uci_option& option) {
     return "[" + list + "]";
 }
 
-void read_package(const fs::path& file, Snapshot& found) {
+void read_package(const fs::path& file, const std::string& text, Snapshot& found) {
     const Context context = open(file.parent_path());
     uci_package* package = nullptr;
     if (uci_load(context.get(), file.filename().c_str(), &package) != UCI_OK) {
-        const std::string text = text_of(file);
         if (!text.empty()) found[file] = text;  // such as the notes of a transaction while there are none
         return;
     }
@@ -114,11 +118,21 @@ void set(const std::string& option, const std::string& value) { rewrite(option, 
 void change(const std::string& what) {
     const auto colon = what.find(':');
     if (what[0] == '+')
-        write_file(place_of(what.substr(1)).file, "");
+        write_file(file_of(what.substr(1)), "");
     else if (what[0] == '-')
         rewrite(what.substr(1), std::nullopt);
     else
         rewrite(what.substr(0, colon), what.substr(colon + 1));
+}
+
+void reset() {
+    if (!fs::exists("/.router-root"))
+        throw std::logic_error("this is no router root (router/enter ROOT ...)");
+    if (!fs::exists(kPristine)) copy_tree("", kPristine);
+    copy_tree(kPristine, "");
+    fs::remove_all(kLogs);
+    fs::create_directory(kLogs);
+    write_file("/dev/console", "");
 }
 
 void write_file(const std::string& path, const std::string& text) {
@@ -135,21 +149,16 @@ std::string text_of(const std::string& path) {
 Snapshot snapshot() {
     Snapshot found;
     std::error_code none;
-    for (const char* directory : kPackages) {
-        for (const auto& entry : fs::directory_iterator(directory, none))
-            if (entry.is_regular_file()) read_package(entry.path(), found);
-    }
-    for (const char* directory : kFiles) {
-        for (fs::recursive_directory_iterator entry(directory, none), end; entry != end; ++entry) {
-            const std::string path = entry->path();
-            bool is_package = false;
-            for (const char* packages : kPackages)
-                is_package = is_package || path.starts_with(std::string(packages) + "/");
+    for (const char* directory : kWritable) {
+        for (const auto& entry : fs::recursive_directory_iterator(directory, none)) {
+            const std::string path = entry.path();
             // The check script keeps notes of its own.
-            if (is_package || !entry->is_regular_file() || path == "/var/state/check_params") continue;
+            if (!entry.is_regular_file() || path == "/var/state/check_params") continue;
             const std::string text = text_of(path);
-            // libuci leaves an empty file of changes behind.
-            if (!text.empty() || !path.starts_with("/tmp/.uci/")) found[path] = text;
+            if (kPackages.contains(entry.path().parent_path()))
+                read_package(path, text, found);
+            else if (!text.empty() || !path.starts_with("/tmp/.uci/"))  // where libuci leaves an empty file
+                found[path] = text;
         }
     }
     return found;

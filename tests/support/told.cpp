@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <functional>
+#include <set>
 
 #include "library.h"
 #include "router_test.h"
@@ -54,22 +55,11 @@ constexpr const char* kFlags =
     "WIRELESS MANAGEMENT_SERVER DHCP_SERVER bit_3 WAN LAN IPTV NAT XMPP DOWNLOAD_TEST UPLOAD_TEST STUN "
     "PING_TEST TRACE_ROUTE UDP_ECHO WIRELESS_MODE";
 
-constexpr std::pair<const char*, int> kOperations[] = {
+const std::map<std::string, int> kOperations = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
     {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
-constexpr const char* kOtherCalls[] = {"passes", "transaction", "group",   "call",   "text",
-                                       "do",     "run",         "starved", "awaited"};
-
-int operation(const std::string& name) {
-    for (const auto& [word, op] : kOperations)
-        if (name == word) return op;
-    return -1;
-}
-
-bool is_of_store(const std::string& event) {
-    return event.starts_with("uciRaw") || event.starts_with("is_support_isp_reset:") ||
-           event.starts_with("IsOptionAllowToChange:");
-}
+const std::set<std::string> kOtherCalls = {"passes", "transaction", "group",   "call",   "text",
+                                           "do",     "run",         "starved", "awaited"};
 
 // What a call changed of them.
 std::string flags_of(unsigned flags) {
@@ -107,17 +97,19 @@ Locate locate_of(const std::string& text) {
     return locate;
 }
 
-// The check script's calls are told by their requests, "check_params lan_check {...}".
-void put_requests(Words& commands, const Words& tool_calls) {
-    const std::string script = "lua /usr/bin/tr069/check_params ";
-    auto call = tool_calls.begin();
-    for (auto& command : commands) {
-        if (!command.starts_with(script)) continue;
-        const std::string verb = "check_params " + rows::trim(command.substr(script.size()));
-        call = std::find_if(call, tool_calls.end(), [&](const auto& each) { return each.starts_with(verb); });
-        if (call == tool_calls.end()) break;
-        command = *call++;
+// What an argument of a function points to; nothing where it is a number.
+std::vector<char> memory_of(const std::string& word) {
+    if (word[0] == '\'') return std::vector<char>(word.c_str() + 1, word.c_str() + word.size() + 1);
+    if (word == "?") return std::vector<char>(sizeof(int));
+    if (word[0] == '?') {
+        std::vector<char> buffer(std::stoul(word.substr(1)));
+        std::string(kUntouched).copy(buffer.data(), buffer.size() - 1);
+        return buffer;
     }
+    if (word.find('.') == std::string::npos) return {};
+    const Locate place = locate_of(word);
+    const auto* bytes = reinterpret_cast<const char*>(place.data());
+    return std::vector<char>(bytes, bytes + sizeof place);
 }
 
 }  // namespace
@@ -161,29 +153,33 @@ void RouterTest::world(const std::string& line) {
     }
 }
 
+bool RouterTest::is_heard(const std::string& event) const {
+    static const Words kOfTheStore = {"uciRaw", "is_support_isp_reset:", "IsOptionAllowToChange:"};
+    const auto begins = [&](const auto& text) { return event.starts_with(text); };
+    const auto is_in = [&](const auto& word) {
+        return word == "all" || event.find(word) != std::string::npos;
+    };
+    if (mute_.find('!') != std::string::npos) return false;
+    return heard_.empty() ? std::ranges::none_of(kOfTheStore, begins) : std::ranges::any_of(heard_, is_in);
+}
+
 std::string RouterTest::effects(const std::function<std::string()>& call, const std::string& name) {
     forget();
     const stores::Snapshot before = stores::snapshot();
     if (output_shown_) testing::internal::CaptureStdout();
-    const std::string result = starved_ ? starved(call) : call();
+    Words parts = {starved_ ? starved(call) : call()};
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
-    Words parts = {result};
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
     for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
     for (const auto& change : stores::changes(before, stores::snapshot())) parts.push_back(change);
     parts.push_back(output.empty() ? "" : "> " + rows::escape(output));
-    Words ran = mute_.find('$') == std::string::npos ? commands() : Words{};
-    put_requests(ran, tool_calls());
-    for (const auto& command : ran)
+    for (const auto& command : mute_.find('$') == std::string::npos ? commands() : Words{})
         parts.push_back("$ " + rows::escape(command.starts_with("kill -9 ") ? "kill -9" : command));
-    for (auto event : mute_.find('!') == std::string::npos ? console() : Words{}) {
-        const auto is_in = [&](const std::string& text) {
-            return text == "all" || event.find(text) != std::string::npos;
-        };
-        if (heard_.empty() ? is_of_store(event) : std::none_of(heard_.begin(), heard_.end(), is_in)) continue;
-        while (event.ends_with('\n')) event.pop_back();
-        const std::string text = rows::escape(event);
-        parts.push_back("! " + (text.starts_with(name + ": ") ? text.substr(name.size() + 2) : text));
+    for (const auto& event : console()) {
+        if (!is_heard(event)) continue;
+        std::string text = rows::escape(event.substr(0, event.find_last_not_of('\n') + 1));
+        if (text.starts_with(name + ": ")) text.erase(0, name.size() + 2);
+        parts.push_back("! " + text);
     }
     const std::string text = joined(parts, " | ");
     return text.empty() ? "nothing" : text;
@@ -208,25 +204,12 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
 // so that one function type serves all.
 std::string RouterTest::told_function(const std::string& verb, const std::string& name,
                                       const Words& arguments) {
-    std::vector<std::vector<char>> texts(kMostArguments);
-    std::array<Locate, kMostArguments> places{};
-    std::array<long, kMostArguments> numbers{}, given{};
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& word = arguments[i];
-        const bool is_text = word[0] == '\'';
-        if (is_text || (word.size() > 1 && word[0] == '?')) {
-            const std::string text = is_text ? word.substr(1) : std::string(kUntouched);
-            texts[i].resize(is_text ? text.size() + 1 : static_cast<std::size_t>(std::stoi(word.substr(1))));
-            text.copy(texts[i].data(), texts[i].size() - 1);
-            given[i] = reinterpret_cast<long>(texts[i].data());
-        } else if (word == "?") {
-            given[i] = reinterpret_cast<long>(&numbers[i]);
-        } else if (word.find('.') != std::string::npos) {
-            places[i] = locate_of(word);
-            given[i] = reinterpret_cast<long>(places[i].data());
-        } else if (word != "null") {
-            given[i] = std::stol(word);
-        }
+    std::array<long, kMostArguments> given{};
+    std::vector<std::vector<char>> memory;
+    for (const auto& word : arguments) {
+        auto& own = memory.emplace_back(memory_of(word));
+        const long number = own.empty() && word != "null" ? std::stol(word) : 0;
+        given.at(memory.size() - 1) = own.empty() ? number : reinterpret_cast<long>(own.data());
     }
     using Function = long(long, long, long, long, long, long, long, long);
     const auto& [a, b, c, d, e, f, g, h] = given;
@@ -236,10 +219,12 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
     if (verb == "call") parts.push_back(std::to_string(static_cast<int>(result)));
     if (verb == "text") parts.push_back(text == nullptr ? "null" : as_value(text));
     for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (arguments[i] == "?")
-            parts.push_back(std::to_string(static_cast<int>(numbers[i])));
-        else if (!texts[i].empty() && (arguments[i][0] != '\'' || arguments[i].substr(1) != texts[i].data()))
-            parts.push_back(as_value(texts[i].data()));
+        const std::string& word = arguments[i];
+        const char* now = memory[i].data();
+        if (word == "?")
+            parts.push_back(std::to_string(*reinterpret_cast<const int*>(now)));
+        else if (word[0] == '?' || (word[0] == '\'' && word.substr(1) != now))
+            parts.push_back(as_value(now));
     }
     return joined(parts, " ");
 }
@@ -262,7 +247,7 @@ Words RouterTest::told_handlers(const std::string& verb, std::string rest) {
                 Words each;
                 for (const auto& pass : passes) {
                     const auto call = [&] {
-                        return told_handler(operation(pass), name, locate_of(locate), value);
+                        return told_handler(kOperations.at(pass), name, locate_of(locate), value);
                     };
                     each.push_back(effects(call, name));
                 }
@@ -281,8 +266,8 @@ std::string RouterTest::told_transaction(const std::string& rest) {
         for (std::string change : rows::split(rest, " ; ")) {
             const Words place = rows::words(take_until(change, " = "));
             const std::string value = change == "''" ? "" : rows::unescape(change);
-            const Result done =
-                handle(operation(pass), place[0], locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
+            const Result done = handle(kOperations.at(pass), place[0],
+                                       locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
             flags = done.flags;
             if (done.code == 0) continue;
             cwmp::call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);
@@ -329,8 +314,7 @@ std::string RouterTest::told_command(const std::string& command) {
 
 bool RouterTest::is_call(const std::string& row) {
     const std::string verb = row.substr(0, row.find(' '));
-    return operation(verb) >= 0 ||
-           std::find(std::begin(kOtherCalls), std::end(kOtherCalls), verb) != std::end(kOtherCalls);
+    return kOperations.contains(verb) || kOtherCalls.contains(verb);
 }
 
 std::string RouterTest::told(const std::string& row) {
