@@ -29,26 +29,23 @@ bool make_file(const std::string& path, const char* confdir) {
 // libuci loads only packages whose file exists. The events carry the name of the exported function at work.
 bool ensure_package_file(const char* confdir, const char* package, const char* function) {
     const std::string path = package_file(confdir, package);
-    log_event({function, __LINE__}, kError, "file name is :%s\n\n", path.c_str());
+    LOG_ERROR_AS(function, "file name is :%s\n\n", path.c_str());
     const bool made = !exists(confdir) && make_store_directory(confdir);
     if (!exists(confdir) || !is_trusted_directory(confdir)) {
-        log_event({function, __LINE__}, kError, "path %s is not exsit,make falied\n", confdir);
+        LOG_ERROR_AS(function, "path %s is not exsit,make falied\n", confdir);
         return false;
     }
-    if (made) log_event({function, __LINE__}, kError, "path %s is not exsit,make new one.\n", confdir);
-    if (!exists(path)) {
-        log_event({function, __LINE__}, kError, "file is not exist,crate one!\n\n");
-        if (!make_file(path, confdir)) {
-            log_event({function, __LINE__}, kError, "create file %s failed!\n\n", path.c_str());
-            return false;
-        }
-    }
-    return true;
+    if (made) LOG_ERROR_AS(function, "path %s is not exsit,make new one.\n", confdir);
+    if (exists(path)) return true;
+    LOG_ERROR_AS(function, "file is not exist,crate one!\n\n");
+    const bool stored = make_file(path, confdir);
+    if (!stored) LOG_ERROR_AS(function, "create file %s failed!\n\n", path.c_str());
+    return stored;
 }
 
 // What a log shows of a value: the STUN password appears in none.
-const char* shown(std::string_view package, std::string_view section, std::string_view option,
-                  const char* value) {
+const char* shown_value(std::string_view package, std::string_view section, std::string_view option,
+                        const char* value) {
     const bool is_secret = package == "cwmp"sv && section == "tr111"sv && option == "STUNPassword"sv;
     return is_secret ? "***" : value;
 }
@@ -79,15 +76,15 @@ std::optional<std::string> Batch::read(const char* section, const char* option) 
 bool Batch::is_usable(const char* function, bool complete, const char* misuse) {
     complete = complete && package_ != nullptr;
     if (!context_) {
-        log_event({function, __LINE__}, kError, "Fail to alloc context for uci.\n\n");
+        LOG_ERROR_AS(function, "Fail to alloc context for uci.\n\n");
     } else if (!complete) {
-        log_event({function, __LINE__}, kError, "%s", misuse);
+        LOG_ERROR_AS(function, "%s", misuse);
     }
     return context_ && complete;
 }
 
 bool Batch::open(const char* function) {
-    if (!load()) log_event({function, __LINE__}, kError, "uci_load error!\n");
+    if (!load()) LOG_ERROR_AS(function, "uci_load error!\n");
     return context_.is_loaded();
 }
 
@@ -96,69 +93,61 @@ int Batch::refuse_change() {
     return -1;
 }
 
+int Batch::changed(const char* function, const char* one, const char* other, int result) {
+    changed_ = true;
+    if (result == 0) return 0;
+    LOG_ERROR_AS(function, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, one, other, result);
+    return refuse_change();
+}
+
 int Batch::set(const char* section, const char* option, const char* value) {
     const bool complete = section != nullptr && option != nullptr && value != nullptr;
     if (!is_usable(kSet, complete, "uci set By path Invalid parameter.\n\n")) return refuse_change();
-    log_event({kSet, __LINE__}, kError, "uci set By path %s.%s.%s=%s.\n\n", package_, section, option,
-              shown(package_, section, option, value));
+    const char* shown = shown_value(package_, section, option, value);
+    LOG_ERROR_AS(kSet, "uci set By path %s.%s.%s=%s.\n\n", package_, section, option, shown);
     if (confdir_ == nullptr) {
-        log_event({kSet, __LINE__}, kError, "Do not set the path.\n\n");
+        LOG_ERROR_AS(kSet, "Do not set the path.\n\n");
     } else if (!ensure_package_file(confdir_, package_, kSet)) {
         return refuse_change();
     }
     if (!open(kSet)) return refuse_change();
     changed_ = true;
     if (context_.set_option(section, option, value) == 0) return 0;
-    log_event({kSet, __LINE__}, kError, "set fail, try to add section\n");
+    LOG_ERROR_AS(kSet, "set fail, try to add section\n");
     // One that is there keeps its type, whatever has failed.
     const bool missing = context_.section(section) == nullptr;
-    if (const int result = missing ? context_.set_section(section, section) : 0; result != 0) {
-        log_event({kSet, __LINE__}, kError, "fail to add section  %s.%s, ret:%d \n\n", package_, section,
-                  result);
+    if (const int added = missing ? context_.set_section(section, section) : 0; added != 0) {
+        LOG_ERROR_AS(kSet, "fail to add section  %s.%s, ret:%d \n\n", package_, section, added);
         return refuse_change();
     }
-    if (const int result = context_.set_option(section, option, value); result != 0) {
-        log_event({kSet, __LINE__}, kError, "fail to set ptr %s.%s.%s=%s (ret:%d)\n\n", package_, section,
-                  option, shown(package_, section, option, value), result);
-        return refuse_change();
-    }
-    return 0;
+    const int result = context_.set_option(section, option, value);
+    if (result == 0) return 0;
+    LOG_ERROR_AS(kSet, "fail to set ptr %s.%s.%s=%s (ret:%d)\n\n", package_, section, option, shown, result);
+    return refuse_change();
 }
 
 int Batch::add_section(const char* section, const char* type) {
     if (!is_usable(kAdd, section != nullptr && type != nullptr, "Invalid parameter.\n\n"))
         return refuse_change();
-    const char* directory = confdir_ == nullptr ? kLiveStore : confdir_;
-    if (!ensure_package_file(directory, package_, kAdd) || !open(kAdd)) return refuse_change();
-    changed_ = true;
-    const int result = context_.set_section(section, type);
-    if (result == 0) return 0;
-    log_event({kAdd, __LINE__}, kError, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, section, type,
-              result);
-    return refuse_change();
+    if (!ensure_package_file(directory(), package_, kAdd) || !open(kAdd)) return refuse_change();
+    return changed(kAdd, section, type, context_.set_section(section, type));
 }
 
 int Batch::delete_section(const char* section, const char* type) {
     if (!is_usable(kDelete, section != nullptr && type != nullptr, "Invalid parameter.\n\n"))
         return refuse_change();
-    const std::string path = package_file(confdir_ == nullptr ? kLiveStore : confdir_, package_);
+    const std::string path = package_file(directory(), package_);
     if (!exists(path)) {
-        log_event({kDelete, __LINE__}, kError, "(%s) is not existed, section will not be deleted\n",
-                  path.c_str());
+        LOG_ERROR_AS(kDelete, "(%s) is not existed, section will not be deleted\n", path.c_str());
         return 0;
     }
     if (!open(kDelete)) return refuse_change();
     if (context_.section(section) == nullptr) {
-        log_event({kDelete, __LINE__}, kError, "(%s.%s.%s) is not existed, section will not be deleted\n",
-                  package_, type, section);
+        LOG_ERROR_AS(kDelete, "(%s.%s.%s) is not existed, section will not be deleted\n", package_, type,
+                     section);
         return 0;
     }
-    changed_ = true;
-    const int result = context_.delete_section(section);
-    if (result == 0) return 0;
-    log_event({kDelete, __LINE__}, kError, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, type, section,
-              result);
-    return refuse_change();
+    return changed(kDelete, type, section, context_.delete_section(section));
 }
 
 bool Batch::commit(Caller caller) {

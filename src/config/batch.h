@@ -42,6 +42,8 @@ class Batch {
     bool is_usable(const char* function, bool complete, const char* misuse);
     bool open(const char* function);
     int refuse_change();
+    int changed(const char* function, const char* one, const char* other, int result);
+    const char* directory() const { return confdir_ != nullptr ? confdir_ : kLiveStore; }
 
     const char* package_;
     const char* confdir_;

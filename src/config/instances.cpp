@@ -7,6 +7,8 @@
 #include "config/uci_context.h"
 #include "core/text.h"
 
+using namespace cwmp;
+
 namespace {
 
 // The number for a new section, from the sorted numbers in use. A section without a number, which reads 0,
@@ -26,11 +28,11 @@ int next_instance(const std::vector<int32_t>& numbers, int32_t capacity) {
 std::vector<std::optional<int32_t>> stored_numbers(const char* package, const char* type,
                                                    const char* option) {
     std::vector<std::optional<int32_t>> numbers;
-    cwmp::UciContext context(cwmp::kLiveStore);
+    UciContext context(kLiveStore);
     if (!context || !context.load(package)) return numbers;
     for (uci_section* section : context.sections(type)) {
         const auto text = context.value(section, option);
-        numbers.push_back(text ? std::optional(cwmp::decimal_prefix(text->c_str())) : std::nullopt);
+        numbers.push_back(text ? std::optional(decimal_prefix(text->c_str())) : std::nullopt);
     }
     return numbers;
 }
@@ -60,15 +62,15 @@ void __getInstanceList(const char* package, const char* type, const char* option
         *end = number.value_or(*end);
         ++end;
     }
-    cwmp::sort_numbers(list, static_cast<std::size_t>(end - list));
+    sort_numbers(list, static_cast<std::size_t>(end - list));
 }
 
 int __getInstanceMax(const char* package, const char* type) {
-    cwmp::UciContext context(cwmp::kLiveStore);
+    UciContext context(kLiveStore);
     if (!context || !context.load(package)) return 0;
     return static_cast<int>(context.sections(type).size());
 }
 
 int __getInstanceNext(const char* package, const char* type, const char* option, int32_t capacity) {
-    return next_instance(cwmp::instance_numbers(package, type, option), capacity);
+    return next_instance(instance_numbers(package, type, option), capacity);
 }

@@ -35,14 +35,14 @@ bool MirroredBatch::hold() {
 
 Batch* MirroredBatch::copy_for(const char* function, const char* section, const char* what) {
     if (is_support_isp_reset() == 0) return nullptr;
-    log_event({function, __LINE__}, kError, "save set to backup field\n\n");
+    LOG_ERROR_AS(function, "save set to backup field\n\n");
     const int allowed = IsOptionAllowToChange(package_, section, what);
     if (std::strcmp(package_, kMirroredPackage) != 0) {
-        log_event({function, __LINE__}, kError, "!!!!!!!! not the cwmp config, do not save to config\n\n");
+        LOG_ERROR_AS(function, "!!!!!!!! not the cwmp config, do not save to config\n\n");
         return nullptr;
     }
-    log_event({function, __LINE__}, kError, "!!!!!!!! cwmp config, save to config\n\n");
-    log_event({function, __LINE__}, kError, "allow chage:%d\n\n", allowed);
+    LOG_ERROR_AS(function, "!!!!!!!! cwmp config, save to config\n\n");
+    LOG_ERROR_AS(function, "allow chage:%d\n\n", allowed);
     auto& copy = allowed == 1 ? open_copy_ : protected_copy_;
     if (!copy) copy.emplace(package_, allowed == 1 ? kOpenCopy : kProtectedCopy);
     return &*copy;
@@ -50,9 +50,9 @@ Batch* MirroredBatch::copy_for(const char* function, const char* section, const 
 
 template <typename Change>
 int MirroredBatch::change(const char* function, const char* section, const char* what, Change change) {
-    log_event({function, __LINE__}, kError, "set userconfig first\n\n");
+    LOG_ERROR_AS(function, "set userconfig first\n\n");
     if (const int result = change(live_); result != 0) {
-        log_event({function, __LINE__}, kError, "set usrconfig failed\n\n");
+        LOG_ERROR_AS(function, "set usrconfig failed\n\n");
         return result;
     }
     Batch* copy = copy_for(function, section, what);
@@ -81,9 +81,11 @@ bool MirroredBatch::commit(Caller caller) {
 
 }  // namespace cwmp
 
+using namespace cwmp;
+
 int IsOptionAllowToChange(const char* package, const char* section, const char* option) {
     if (package == nullptr || section == nullptr || option == nullptr) return 1;
-    const cwmp::File list(std::fopen(cwmp::kProtectedList, "re"));
+    const File list(std::fopen(kProtectedList, "re"));
     if (list == nullptr) {
         LOG_ERROR("open /etc/profile.d/cwmp-config-force fail\n\n");
         return 1;
@@ -91,20 +93,19 @@ int IsOptionAllowToChange(const char* package, const char* section, const char* 
     const std::string whole_package = package;
     const std::string whole_section = whole_package + "." + section;
     const std::string one_option = whole_section + "." + option;
-    char line[cwmp::kListLine];
+    char line[kListLine];
     while (std::fgets(line, sizeof line, list.get()) != nullptr) {
-        const std::string entry = cwmp::protected_entry(line);
+        const std::string entry = protected_entry(line);
         if (entry.empty()) continue;
-        if (entry == whole_package || entry == whole_section || entry == one_option) {
-            LOG_ERROR("match cfg[%s]\n\n", entry.c_str());
-            return 0;
-        }
+        if (entry != whole_package && entry != whole_section && entry != one_option) continue;
+        LOG_ERROR("match cfg[%s]\n\n", entry.c_str());
+        return 0;
     }
     return 1;
 }
 
 int is_support_isp_reset() {
-    cwmp::UciContext context(cwmp::kProfileStore);
+    UciContext context(kProfileStore);
     if (!context) {
         LOG_ERROR("Fail to alloc context for uci.\n");
         return 0;
@@ -125,16 +126,16 @@ int is_support_isp_reset() {
 int save_to_cwmp_config() { return 0; }
 
 int uciRawSetValue(const char* package, const char* section, const char* option, const char* value) {
-    cwmp::MirroredBatch batch(package);
-    return cwmp::finish(batch, batch.set(section, option, value));
+    MirroredBatch batch(package);
+    return finish(batch, batch.set(section, option, value));
 }
 
 int uciRawAddSection(const char* package, const char* section, const char* type) {
-    cwmp::MirroredBatch batch(package);
-    return cwmp::finish(batch, batch.add_section(section, type));
+    MirroredBatch batch(package);
+    return finish(batch, batch.add_section(section, type));
 }
 
 int uciRawDelSection(const char* package, const char* section, const char* type) {
-    cwmp::MirroredBatch batch(package);
-    return cwmp::finish(batch, batch.delete_section(section, type));
+    MirroredBatch batch(package);
+    return finish(batch, batch.delete_section(section, type));
 }

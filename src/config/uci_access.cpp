@@ -7,47 +7,40 @@
 #include "config/store.h"
 #include "core/log.h"
 
-namespace cwmp {
-std::optional<std::string> read_option(const char* package, const char* section, const char* option,
-                                       const char* confdir) {
+using namespace cwmp;
+
+std::optional<std::string> cwmp::read_option(const char* package, const char* section, const char* option,
+                                             const char* confdir) {
     UciContext context(confdir);
     if (context) context.load(package);
     return read_option(context, section, option);
 }
 
-std::optional<std::string> read_option(const UciContext& context, const char* section, const char* option) {
+std::optional<std::string> cwmp::read_option(const UciContext& context, const char* section,
+                                             const char* option) {
     constexpr const char* kFunction = "uciRawGetValueBypath";
-    if (!context) {
-        log_event({kFunction, __LINE__}, kError, "Fail to alloc context for uci.\n\n");
-        return std::nullopt;
-    }
-    if (!context.is_loaded()) {
-        log_event({kFunction, __LINE__}, kError, "Fail to load uci package.\n\n");
-        return std::nullopt;
-    }
-    uci_section* found = context.section(section);
-    if (found == nullptr) {
-        // The section named is always "ap": kept as it is.
-        log_event({kFunction, __LINE__}, kError, "Can't find specified section by name(%s).\n\n", "ap");
-        return std::nullopt;
-    }
-    return context.value(found, option);
+    if (!context) return no_value(LOG_FAILURE_AS(kFunction, "Fail to alloc context for uci.\n\n"));
+    if (!context.is_loaded()) return no_value(LOG_FAILURE_AS(kFunction, "Fail to load uci package.\n\n"));
+    if (uci_section* found = context.section(section)) return context.value(found, option);
+    // The section named is always "ap": kept as it is.
+    return no_value(LOG_FAILURE_AS(kFunction, "Can't find specified section by name(%s).\n\n", "ap"));
 }
 
-std::optional<std::string> read_option(const char* package, const char* section, const char* option) {
+std::optional<std::string> cwmp::read_option(const char* package, const char* section, const char* option) {
     return read_option(package, section, option, kLiveStore);
 }
 
-bool write_option(const char* package, const char* section, const char* option, const std::string& value) {
+bool cwmp::write_option(const char* package, const char* section, const char* option,
+                        const std::string& value) {
     return uciRawSetValue(package, section, option, value.c_str()) == 0;
 }
 
-bool write_option(const char* package, const char* section, const char* option, const std::string& value,
-                  const char* confdir) {
+bool cwmp::write_option(const char* package, const char* section, const char* option,
+                        const std::string& value, const char* confdir) {
     return uciRawSetValueByPath(package, section, option, value.c_str(), confdir) == 0;
 }
 
-bool write_together(const char* package, std::initializer_list<Setting> settings) {
+bool cwmp::write_together(const char* package, std::initializer_list<Setting> settings) {
     MirroredBatch batch(package);
     int result = 0;
     for (const Setting& setting : settings)
@@ -55,16 +48,10 @@ bool write_together(const char* package, std::initializer_list<Setting> settings
     return finish(batch, result) == 0;
 }
 
-}  // namespace cwmp
-
-using cwmp::Batch;
-using cwmp::kLiveStore;
-using cwmp::kScratchStore;
-
 int uciRawGetValueBypath(const char* package, const char* section, const char* option, char* out,
                          const char* confdir) {
     if (package == nullptr || section == nullptr || option == nullptr || out == nullptr) return -1;
-    const auto value = cwmp::read_option(package, section, option, confdir);
+    const auto value = read_option(package, section, option, confdir);
     if (!value) return -1;
     std::memcpy(out, value->c_str(), value->size() + 1);
     return 0;
@@ -81,7 +68,7 @@ int uciRawGetValue_tr069_config(const char* package, const char* section, const 
 int uciRawSetValueByPath(const char* package, const char* section, const char* option, const char* value,
                          const char* confdir) {
     Batch batch(package, confdir);
-    return cwmp::finish(batch, batch.set(section, option, value));
+    return finish(batch, batch.set(section, option, value));
 }
 
 int uciRawSetValue_tr069_config(const char* package, const char* section, const char* option,
@@ -91,10 +78,10 @@ int uciRawSetValue_tr069_config(const char* package, const char* section, const 
 
 int uciRawAddSectionBypath(const char* package, const char* section, const char* type, const char* confdir) {
     Batch batch(package, confdir);
-    return cwmp::finish(batch, batch.add_section(section, type));
+    return finish(batch, batch.add_section(section, type));
 }
 
 int uciRawDelSectionBypath(const char* package, const char* section, const char* type, const char* confdir) {
     Batch batch(package, confdir);
-    return cwmp::finish(batch, batch.delete_section(section, type));
+    return finish(batch, batch.delete_section(section, type));
 }

@@ -17,6 +17,8 @@
 // the exported names alone. A handler's own name is not stored a second time (exported_names.h).
 #pragma once
 
+#include <optional>
+
 #include "core/exported_names.h"
 
 namespace cwmp {
@@ -51,7 +53,15 @@ struct Caller {
 // expanded or run.
 void log_event(Caller caller, int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
+// For what answers something or nothing: return no_value(LOG_FAILURE(...)).
+inline std::nullopt_t no_value(int /*failure*/) { return std::nullopt; }
+
 }  // namespace cwmp
 
 #define LOG(level, ...) ::cwmp::log_event(::cwmp::Caller::here(), level, __VA_ARGS__)
 #define LOG_ERROR(...) LOG(::cwmp::kError, __VA_ARGS__)
+// Under the name of the exported function at work.
+#define LOG_ERROR_AS(function, ...) ::cwmp::log_event({function, __LINE__}, ::cwmp::kError, __VA_ARGS__)
+// The same where a call fails: return LOG_FAILURE(...), which is -1.
+#define LOG_FAILURE(...) (LOG_ERROR(__VA_ARGS__), -1)
+#define LOG_FAILURE_AS(function, ...) (LOG_ERROR_AS(function, __VA_ARGS__), -1)

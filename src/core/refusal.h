@@ -8,8 +8,6 @@ namespace cwmp {
 
 // Logs the event and keeps its text as the reason: return refuse(...).
 int refuse(Caller caller, int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
-// For what answers something or nothing: return no_value(refuse(...)).
-inline std::nullopt_t no_value(int /*refused*/) { return std::nullopt; }
 
 // Keeps a reason that is no event.
 void keep_refusal(const char* text);
