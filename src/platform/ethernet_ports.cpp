@@ -12,7 +12,8 @@
 
 char eth_names[CWMP_ETH_COUNT][CWMP_ETH_NAME_SIZE];
 
-namespace cwmp {
+using namespace cwmp;
+
 namespace {
 
 // Interface names are compared by as many characters.
@@ -40,35 +41,28 @@ std::string lan_port(int index, const std::string& wan) {
     return {};
 }
 
-bool in_access_point_mode(const std::string& mode) { return mode == "AP"; }
-
 // Nothing when the WAN interface cannot be asked for; empty when there is no such port.
 std::optional<std::string> port_name(int index, const std::string& mode) {
-    if (in_access_point_mode(mode)) {
+    if (mode == "AP") {
         return index >= 1 && index <= CWMP_ETH_COUNT ? eth_names[index - 1] : "";
     }
     char wan[kNameLength + 1] = "";
-    if (getWanIfname(wan) != 0) {
-        log_event({"concatCmd", __LINE__}, kError, "Failed to get wan ifname\n");
-        return std::nullopt;
-    }
+    if (getWanIfname(wan) != 0) return no_value(LOG_FAILURE_AS("concatCmd", "Failed to get wan ifname\n"));
     return index == kWanIndex ? wan : lan_port(index, wan);
 }
 
 }  // namespace
 
-std::optional<std::string> ethernet_port_name(int index) {
+std::optional<std::string> cwmp::ethernet_port_name(int index) {
     if (get_profile_eths() != 0) return std::nullopt;
     const auto mode = read_option({"sysmode", "sysmode", "mode"});
     return mode ? port_name(index, *mode) : std::nullopt;
 }
 
-bool is_wan_port(const std::string& name) {
+bool cwmp::is_wan_port(const std::string& name) {
     char wan[kNameLength + 1] = "";
     return getWanIfname(wan) == 0 && wan[0] != '\0' && same_port(name.c_str(), wan);
 }
-
-}  // namespace cwmp
 
 int get_profile_eths() {
     if (eth_names[0][0] != '\0') return 0;
@@ -81,14 +75,14 @@ int get_profile_eths() {
 }
 
 int getWanIfname(char* ifname) {
-    const auto member = cwmp::first_wan_member();
+    const auto member = first_wan_member();
     if (!member) return -1;
     std::memcpy(ifname, member->c_str(), member->size() + 1);
     return 0;
 }
 
 int getWanPort() {
-    const auto member = cwmp::first_wan_member();
+    const auto member = first_wan_member();
     if (member == "eth0") return 1;
     if (member == "eth1") return 2;
     if (member == "eth2") return 3;
@@ -96,7 +90,7 @@ int getWanPort() {
 }
 
 int concatCmd(char* command, int index, const char* word) {
-    const auto name = cwmp::ethernet_port_name(index);
+    const auto name = ethernet_port_name(index);
     if (!name) return -1;
     if (name->empty()) return 0;
     int port = -1;
@@ -106,7 +100,7 @@ int concatCmd(char* command, int index, const char* word) {
         std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "ifconfig eth%d | grep HWaddr | awk '{print $5}'", -1);
     } else {
         std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "eth_link_status_get %s %s %d", word,
-                      cwmp::shell_word(*name).c_str(), port);
+                      shell_word(*name).c_str(), port);
     }
     return 0;
 }

@@ -15,7 +15,8 @@ cwmp_interface_info _interface_data;
 cwmp_interface_info* interface_info = &interface_data;
 cwmp_interface_info* _interface_info = &_interface_data;
 
-namespace cwmp {
+using namespace cwmp;
+
 namespace {
 
 constexpr const char* kSection = "interfaceinfo";
@@ -43,34 +44,32 @@ const WirelessInterface& row_of(InterfaceField field) {
 
 }  // namespace
 
-std::optional<std::string> profile_option(const char* option) {
+std::optional<std::string> cwmp::profile_option(const char* option) {
     return read_option(Section{"profile", kSection} / option, kProfileStore);
 }
 
-std::string interface_name(InterfaceField field) {
+std::string cwmp::interface_name(InterfaceField field) {
     const auto& row = row_of(field);
     return profile_option(row.option).value_or(row.usual);
 }
 
-const char* usual_interface_name(InterfaceField field) { return row_of(field).usual; }
-
-}  // namespace cwmp
+const char* cwmp::usual_interface_name(InterfaceField field) { return row_of(field).usual; }
 
 int cpe_type() {
-    const auto type = cwmp::profile_option("cpe_type");
+    const auto type = profile_option("cpe_type");
     const bool is_mtk = type == "mtk";
     const bool is_bcm = type == "bcm";
-    LOG(cwmp::kDebug, "cpe_type is %s\n\n", is_mtk ? "mtk" : is_bcm ? "bcm" : "qcas");
+    LOG(kDebug, "cpe_type is %s\n\n", is_mtk ? "mtk" : is_bcm ? "bcm" : "qcas");
     return is_mtk ? CWMP_PLATFORM_MTK : is_bcm ? CWMP_PLATFORM_BCM : CWMP_PLATFORM_QCAS;
 }
 
 int initialize_interface_info(cwmp_interface_info* info) {
     info->cpeType = cpe_type();
-    cwmp::UciContext profile(cwmp::kProfileStore);
+    UciContext profile(kProfileStore);
     if (profile) profile.load("profile");
-    for (const auto& row : cwmp::kInterfaces) {
-        const auto name = cwmp::read_option(profile, cwmp::kSection, row.option);
-        cwmp::copy_to_field(info->*row.field, name.value_or(row.usual));
+    for (const auto& row : kInterfaces) {
+        const auto name = read_option(profile, kSection, row.option);
+        copy_to_field(info->*row.field, name.value_or(row.usual));
     }
     return 0;
 }

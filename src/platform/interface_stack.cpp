@@ -16,6 +16,7 @@
 #include <cstdint>
 
 #include "config/store.h"
+#include "core/table.h"
 
 // The SSID paths are spelled WIFI, radios and access points WiFi: kept as they are.
 // clang-format off
@@ -90,7 +91,8 @@ cwmp_application_interface appIntf[CWMP_APPLICATION_INTERFACE_ROWS] = {
 };
 // clang-format on
 
-namespace cwmp {
+using namespace cwmp;
+
 namespace {
 
 constexpr int kBridgeId = 22;
@@ -118,11 +120,7 @@ constexpr WanType kWanTypes[] = {
 
 const WanType* current_wan_type() {
     const auto stored = read_option({"network", "wan", "wan_type"});
-    if (!stored) return nullptr;
-    for (const auto& type : kWanTypes) {
-        if (*stored == type.name) return &type;
-    }
-    return nullptr;
+    return stored ? row_with(kWanTypes, &WanType::name, *stored) : nullptr;
 }
 
 bool serves_current_wan(unsigned int function) {
@@ -130,15 +128,13 @@ bool serves_current_wan(unsigned int function) {
 }
 
 }  // namespace
-}  // namespace cwmp
-
 const char* getWanInterface() {
-    const auto* type = cwmp::current_wan_type();
+    const auto* type = current_wan_type();
     return type == nullptr ? "" : type->interface;
 }
 
 const char* getFuncInterface(unsigned int function) {
-    if (cwmp::serves_current_wan(function)) return getWanInterface();
+    if (serves_current_wan(function)) return getWanInterface();
     for (const auto& row : appIntf) {
         if (static_cast<unsigned int>(row.id) == function && row.path != nullptr) return row.path;
     }
@@ -146,7 +142,7 @@ const char* getFuncInterface(unsigned int function) {
 }
 
 const char* getLowerLayers(int id) {
-    if (id == cwmp::kBridgeId) return cwmp::kBridgePorts;
+    if (id == kBridgeId) return kBridgePorts;
     for (const auto& row : intfStacks) {
         if (row.id == id && row.shown != 0 && row.lower != nullptr) return row.lower;
     }
@@ -160,7 +156,7 @@ void setIntfStackFlag(int id, int flag) {
 }
 
 void refreshIntfStacks() {
-    const auto* type = cwmp::current_wan_type();
+    const auto* type = current_wan_type();
     if (type == nullptr) return;
-    for (const int id : cwmp::kWanIds) setIntfStackFlag(id, type->shown >> id & 1);
+    for (const int id : kWanIds) setIntfStackFlag(id, type->shown >> id & 1);
 }

@@ -10,6 +10,8 @@ inline constexpr char kAddressOf[] =
     "ubus call network.interface.%s status | grep '\"address' | awk -F '\"' '{print $4}'";
 inline constexpr char kGatewayOf[] =
     "ubus call network.interface.%s status | grep nexthop | awk -F '\"' '{print $4}'";
+inline constexpr char kUpOf[] =
+    "ubus call network.interface.%s status | grep \"up\" | awk -F ':' '{print $2}' | awk -F ',' '{print $1}'";
 inline constexpr char kStateOf[] =
     "ubus call network.interface.%s status | grep \"state\" | awk -F ':' '{print $2}' ";
 inline constexpr char kUptimeOf[] =

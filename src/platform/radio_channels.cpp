@@ -1,6 +1,5 @@
 #include "platform/radio_channels.h"
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -13,7 +12,8 @@
 #include "cwmp/value_checks.h"
 #include "platform/profile.h"
 
-namespace cwmp {
+using namespace cwmp;
+
 namespace {
 
 enum : int { kBand2G = 1, kBand5G = 2 };
@@ -28,11 +28,10 @@ const std::string* choose_radio(const int* locate, int band, const std::string& 
 }
 
 std::string channel_command(const std::string& interface) {
-    char command[255];
-    std::snprintf(command, sizeof command,
-                  "iwlist %s channel | grep Channel| grep -v Current | awk '{print $2}' | tr '\n' ' ' ",
-                  shell_word(interface).c_str());
-    return command;
+    constexpr std::size_t kLongest = 254;
+    return formatted("iwlist %s channel | grep Channel| grep -v Current | awk '{print $2}' | tr '\n' ' ' ",
+                     shell_word(interface).c_str())
+        .substr(0, kLongest);
 }
 
 std::string as_frequency(const std::string& channel) {
@@ -48,7 +47,7 @@ bool same_number(const std::string& entry, const char* value) {
 
 }  // namespace
 
-int radio_channels(int op, char* value, const int* locate, int band, bool frequencies) {
+int cwmp::radio_channels(int op, char* value, const int* locate, int band, bool frequencies) {
     // Reports as the exported call does.
     const Caller caller = {"GetRadioInfo", __LINE__};
     const std::string radio_2g = interface_name(&cwmp_interface_info::wifi_2_4G);
@@ -74,17 +73,15 @@ int radio_channels(int op, char* value, const int* locate, int band, bool freque
     return 0;
 }
 
-}  // namespace cwmp
-
 int GetRadioInfo(int op, va_list /*args*/, char* value, int* locate, int band, const char* kind) {
     const bool frequencies = kind != nullptr && std::strcmp(kind, "freqency") == 0;
-    return cwmp::radio_channels(op, value, locate, band, frequencies);
+    return radio_channels(op, value, locate, band, frequencies);
 }
 
 int GetChannelPoll(int op, va_list /*args*/, char* value, int* locate, int band) {
-    return cwmp::radio_channels(op, value, locate, band);
+    return radio_channels(op, value, locate, band);
 }
 
 int GetFrequencyPoll(int op, va_list /*args*/, char* value, int* locate, int band) {
-    return cwmp::radio_channels(op, value, locate, band, true);
+    return radio_channels(op, value, locate, band, true);
 }

@@ -6,11 +6,13 @@
 #include "core/command.h"
 #include "core/handler.h"
 #include "core/refusal.h"
+#include "core/table.h"
 #include "core/text.h"
 #include "cwmp/platform.h"
 #include "platform/profile.h"
 
-namespace cwmp {
+using namespace cwmp;
+
 namespace {
 
 struct Counter {
@@ -41,13 +43,6 @@ Fields scan(const char* line) {
     return fields;
 }
 
-const Counter* find_counter(const char* name) {
-    for (const auto& counter : kCounters) {
-        if (std::strcmp(counter.name, name) == 0) return &counter;
-    }
-    return nullptr;
-}
-
 const char* chosen_name(const int* locate, const char* const names[3]) {
     const int number = number_of_pair(locate);
     return number >= 1 && number <= 3 && names[number - 1] != nullptr ? names[number - 1] : "";
@@ -73,23 +68,21 @@ const char* find_line_of(const Interface& interface, const std::string& line) {
 }
 
 }  // namespace
-}  // namespace cwmp
-
 int get_TotalBytesAndPackets_by_name(int op, va_list args, const char* const names[3], const char* counter) {
-    const cwmp::GetArguments get(args);
+    const GetArguments get(args);
     if (op != CWMP_OP_GET) return REFUSE("error set Bytes and Packets !\n");
-    const cwmp::Interface interface = cwmp::resolve(cwmp::chosen_name(get.locate(), names));
-    cwmp::Fields fields;
+    const Interface interface = resolve(chosen_name(get.locate(), names));
+    Fields fields;
     if (!interface.name.empty()) {
-        cwmp::Command pipe("cat /proc/net/dev");
+        Command pipe("cat /proc/net/dev");
         if (!pipe) return REFUSE("Failed to get TotableBytesReceived\n");
         while (const auto line = pipe.line()) {
-            if (const char* at = cwmp::find_line_of(interface, *line)) fields = cwmp::scan(at);
+            if (const char* at = find_line_of(interface, *line)) fields = scan(at);
         }
     }
-    const cwmp::Counter* found = cwmp::find_counter(counter);
+    const Counter* found = row_with(kCounters, &Counter::name, counter);
     if (found == nullptr) return REFUSE("error get Bytes and Packets !\n");
-    const int shift = interface.name == cwmp::kNameThatFillsItsColumn ? 1 : 0;
+    const int shift = interface.name == kNameThatFillsItsColumn ? 1 : 0;
     const std::string value = fields.text[found->field + shift];
-    return get.answer(cwmp::all_digits(value) ? value : "0");
+    return get.answer(all_digits(value) ? value : "0");
 }
