@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "core/assertion.h"
@@ -49,10 +50,14 @@ const sockaddr* generic(const sockaddr_un& address) { return reinterpret_cast<co
 
 int new_socket() { return socket(AF_UNIX, SOCK_DGRAM, 0); }
 
+// Whether a call succeeded; standard error is told why not.
+bool succeeded(const char* call, bool success) {
+    if (!success) std::perror(call);
+    return success;
+}
+
 bool bind_to_local(const cwmp_message_handle& handle) {
-    if (bind(handle.descriptor, generic(handle.local), length_of(handle.local)) == 0) return true;
-    std::perror("bind");
-    return false;
+    return succeeded("bind", bind(handle.descriptor, generic(handle.local), length_of(handle.local)) == 0);
 }
 
 // 0, or why the message was not sent: errno, taken before anything is printed.
@@ -84,14 +89,13 @@ int send_to_bound(const cwmp_message_handle& handle, const cwmp_message& message
 bool set_receive_timeout(int descriptor, int seconds) {
     timeval timeout = {};
     timeout.tv_sec = seconds;
-    if (setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout) == 0) return true;
-    std::perror("setsockopt");
-    return false;
+    const int result = setsockopt(descriptor, SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout);
+    return succeeded("setsockopt", result == 0);
 }
 
 bool receive_reply(int descriptor, cwmp_message& message) {
-    if (recvfrom(descriptor, &message, sizeof message, 0, nullptr, nullptr) >= 0) return true;
-    std::perror("recvfrom");
+    if (succeeded("recvfrom", recvfrom(descriptor, &message, sizeof message, 0, nullptr, nullptr) >= 0))
+        return true;
     std::printf("pid %d recvfrom error\n", getpid());
     return false;
 }
@@ -99,9 +103,7 @@ bool receive_reply(int descriptor, cwmp_message& message) {
 bool renew_socket(cwmp_message_handle& handle) {
     close(handle.descriptor);
     handle.descriptor = new_socket();
-    if (handle.descriptor >= 0) return true;
-    std::perror("new socket");
-    return false;
+    return succeeded("new socket", handle.descriptor >= 0);
 }
 
 }  // namespace
@@ -109,16 +111,10 @@ bool renew_socket(cwmp_message_handle& handle) {
 int msg_init(cwmp_message_handle* handle) {
     require(handle);
     handle->descriptor = new_socket();
-    if (handle->descriptor < 0) {
-        std::perror("socket");
-        return -1;
-    }
-    if (fcntl(handle->descriptor, F_SETFD, FD_CLOEXEC) != 0) {
-        std::perror("msg fcntl");
-        close(handle->descriptor);
-        return -1;
-    }
-    return 0;
+    if (!succeeded("socket", handle->descriptor >= 0)) return -1;
+    if (succeeded("msg fcntl", fcntl(handle->descriptor, F_SETFD, FD_CLOEXEC) == 0)) return 0;
+    close(handle->descriptor);
+    return -1;
 }
 
 int msg_srvInit(int identifier, cwmp_message_handle* handle) {
@@ -140,11 +136,9 @@ int msg_recv(cwmp_message_handle* handle, cwmp_message* message) {
     // A sender without an address must not leave the one before it as the peer.
     sockaddr_un sender = {};
     socklen_t length = sizeof sender;
-    if (recvfrom(handle->descriptor, message, sizeof *message, 0, reinterpret_cast<sockaddr*>(&sender),
-                 &length) < 0) {
-        std::perror("recvfrom");
-        return -1;
-    }
+    const ssize_t received = recvfrom(handle->descriptor, message, sizeof *message, 0,
+                                      reinterpret_cast<sockaddr*>(&sender), &length);
+    if (!succeeded("recvfrom", received >= 0)) return -1;
     handle->peer = sender;
     return 0;
 }
@@ -183,9 +177,7 @@ int msg_send(cwmp_message_handle* handle, const cwmp_message* message) {
 
 int msg_cleanup(cwmp_message_handle* handle) {
     require(handle);
-    if (close(handle->descriptor) == 0) return 0;
-    std::perror("close");
-    return -1;
+    return succeeded("close", close(handle->descriptor) == 0) ? 0 : -1;
 }
 
 int msg_connCliAndSend(int identifier, cwmp_message_handle* handle, const cwmp_message* message) {
@@ -208,10 +200,7 @@ int msg_sendAndGetReplyWithTimeout(cwmp_message_handle* handle, cwmp_message* me
     require(handle, message);
     char path[] = "/var/tmp_XXXXXX";
     const int reserved = mkostemp(path, O_CLOEXEC);
-    if (reserved < 0) {
-        std::perror("mkstemp");
-        return -1;
-    }
+    if (!succeeded("mkstemp", reserved >= 0)) return -1;
     handle->local = address_of(path);
     unlink(path);
     if (!bind_to_local(*handle)) {
