@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "failure.h"
@@ -23,15 +24,16 @@ constexpr const char* kExitCodes =
 }  // namespace
 
 CommandLine::CommandLine()
-    : app_("Plays the TR-069 agent: calls the parameter handlers of the data-model library.", "dm") {
-    app_.allow_extras()->fallthrough();
-    app_.set_version_flag("--version", "dm " DM_VERSION);
+    : app_(std::make_unique<CLI::App>(
+          "Plays the TR-069 agent: calls the parameter handlers of the data-model library.", "dm")) {
+    app_->allow_extras()->fallthrough();
+    app_->set_version_flag("--version", "dm " DM_VERSION);
     const std::pair<const char*, const char*> formats[] = {
         {"--table", "Print tables, the usual form, to fit a terminal"},
         {"--plain", "Print PATH=VALUE lines or paths alone"},
         {"--json", "Print JSON"}};
     for (int i = 0; i < 3; ++i) {
-        app_.add_flag_callback(
+        app_->add_flag_callback(
             formats[i].first,
             [this, i] {
                 options.format = static_cast<Format>(i);
@@ -40,17 +42,17 @@ CommandLine::CommandLine()
             formats[i].second);
     }
     auto add_file = [this](const char* name, auto& variable, const char* help) {
-        return app_.add_option(name, variable, help)->take_last();
+        return app_->add_option(name, variable, help)->take_last();
     };
     add_file("--library", options.library, "The data-model library")->capture_default_str();
     add_file("--model", options.model, "The directory of the model files")->capture_default_str();
     add_file("--root", options.root, "Enter this router root first; other paths are inside it");
     add_file("--agent", options.agent, "The file that describes the agent itself");
-    app_.add_flag("--live", options.live, "Read each parameter anew where several come from one command");
+    app_->add_flag("--live", options.live, "Read each parameter anew where several come from one command");
     add_file("--log", options.log_level, "The library's log level: 3 error, 6 progress, 7 debug");
 
-    app_.add_flag("--why", options.why,
-                  "Show the library's messages up to --log, or 6, here and not on the console");
+    app_->add_flag("--why", options.why,
+                   "Show the library's messages up to --log, or 6, here and not on the console");
 
     add("get", "Read parameters, or all below a path that ends in '.'; '*' stands for each instance", "PATH",
         1);
@@ -78,12 +80,14 @@ CommandLine::CommandLine()
     add("import", "Set what differs from a file in one transaction; '-' is standard input", "FILE", 1);
     add_diagnostics();
     add("complete", "What a shell may offer", "WORD", 0)->group("");
-    app_.footer(kExitCodes);
+    app_->footer(kExitCodes);
 }
+
+CommandLine::~CommandLine() = default;
 
 CLI::App* CommandLine::add(const char* name, const char* description, const char* arguments,
                            size_t at_least) {
-    CLI::App* subcommand = app_.add_subcommand(name, description);
+    CLI::App* subcommand = app_->add_subcommand(name, description);
     subcommand->callback([this, name] { command = name; });
     if (arguments) {
         CLI::Option* option = subcommand->add_option(arguments, options.words);
@@ -126,7 +130,7 @@ void CommandLine::require_command(const CLI::App& app, const char* what) const {
     if (!app.get_subcommands().empty()) return;
     Words known;
     for (const CLI::App* subcommand : app.get_subcommands(nullptr)) known.push_back(subcommand->get_name());
-    const Words extra = app_.remaining(true);
+    const Words extra = app_->remaining(true);
     if (extra.empty())
         throw Failure{app.get_name(), kNoFault, Exit::Malformed, std::string("a ") + what + " is missing"};
     const auto near = nearest(extra.front(), known);
@@ -136,7 +140,7 @@ void CommandLine::require_command(const CLI::App& app, const char* what) const {
 
 Words CommandLine::completions(const Words& words) {
     const std::string last = words.empty() ? "" : words.back();
-    const CLI::App* chosen = &app_;
+    const CLI::App* chosen = app_.get();
     for (size_t i = 0; i + 1 < words.size(); ++i) {
         for (const CLI::App* subcommand : chosen->get_subcommands(nullptr)) {
             if (subcommand->get_name() == words[i]) chosen = subcommand;
@@ -147,7 +151,7 @@ Words CommandLine::completions(const Words& words) {
     for (const CLI::App* subcommand : chosen->get_subcommands(nullptr)) {
         if (!subcommand->get_group().empty()) known.push_back(subcommand->get_name());
     }
-    for (const CLI::App* app : {chosen, static_cast<const CLI::App*>(&app_)}) {
+    for (const CLI::App* app : {chosen, static_cast<const CLI::App*>(app_.get())}) {
         for (const CLI::Option* option : app->get_options()) {
             if (last.starts_with('-') && !option->get_positional())
                 known.push_back("--" + option->get_lnames().front());
@@ -165,15 +169,15 @@ std::optional<int> CommandLine::parse(int argc, char** argv) {
         options.format = Format::Json;
     }
     try {
-        app_.parse(argc, argv);
+        app_->parse(argc, argv);
     } catch (const CLI::Success& help) {
-        return app_.exit(help);
+        return app_->exit(help);
     } catch (const CLI::ParseError& error) {
         throw Failure{"command line", kNoFault, Exit::Malformed, error.what()};
     }
-    require_command(app_, "command");
-    if (command == "diagnose") require_command(*app_.get_subcommand("diagnose"), "test");
-    Words extra = app_.remaining(true);
+    require_command(*app_, "command");
+    if (command == "diagnose") require_command(*app_->get_subcommand("diagnose"), "test");
+    Words extra = app_->remaining(true);
     std::erase(extra, "--");
     if (extra.empty()) return std::nullopt;
     throw Failure{extra.front(), kNoFault, Exit::Malformed, "not understood by " + command};

@@ -1,11 +1,14 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "diagnose.h"
+
+namespace CLI {
+class App;
+}
 
 namespace cwmp {
 
@@ -31,6 +34,7 @@ struct Options {
 class CommandLine {
   public:
     CommandLine();
+    ~CommandLine();
 
     // The exit code when there is nothing to run: after help and version. Throws Failure at a mistake.
     std::optional<int> parse(int argc, char** argv);
@@ -49,7 +53,7 @@ class CommandLine {
     void add_wait(CLI::App* subcommand);
     void require_command(const CLI::App& app, const char* what) const;
 
-    CLI::App app_;
+    std::unique_ptr<CLI::App> app_;
 };
 
 }  // namespace cwmp
