@@ -16,22 +16,6 @@ namespace {
 
 constexpr const char* kUnit = "libutil";
 
-struct Quad {
-    int octet[4] = {};
-};
-
-// How many of the four numbers a text begins with; those that it lacks are 0.
-int scan(const char* text, Quad& quad) {
-    auto& o = quad.octet;
-    return text == nullptr ? 0 : std::sscanf(text, "%d.%d.%d.%d ", &o[0], &o[1], &o[2], &o[3]);
-}
-
-std::string dotted(const int (&octet)[4]) {
-    char text[64];
-    std::snprintf(text, sizeof text, "%d.%d.%d.%d", octet[0], octet[1], octet[2], octet[3]);
-    return text;
-}
-
 bool is_hex(char digit) { return std::isxdigit(static_cast<unsigned char>(digit)) != 0; }
 
 int hex_value(char digit) {
@@ -44,21 +28,18 @@ bool is_mac_separator(char c) { return c == '-' || c == ':'; }
 }  // namespace
 
 int checkValidIP(const char* text) {
-    Quad quad;
-    if (scan(text, quad) != 4) return 0;
-    for (const int octet : quad.octet) {
-        if (octet < 0 || octet > 255) return 0;
-    }
-    return dotted(quad.octet) == text ? 1 : 0;
+    in_addr parsed = {};
+    return text != nullptr && inet_pton(AF_INET, text, &parsed) == 1 ? 1 : 0;
 }
 
 int check_subnet(const char* a, const char* b) {
     if (a == nullptr || b == nullptr) return 0;
-    Quad first;
-    Quad second;
-    scan(a, first);
-    scan(b, second);
-    return std::memcmp(first.octet, second.octet, 3 * sizeof(int)) == 0 ? 1 : 0;
+    // A number that a text lacks is 0.
+    int first[3] = {};
+    int second[3] = {};
+    std::sscanf(a, "%d.%d.%d", &first[0], &first[1], &first[2]);
+    std::sscanf(b, "%d.%d.%d", &second[0], &second[1], &second[2]);
+    return std::memcmp(first, second, sizeof first) == 0 ? 1 : 0;
 }
 
 int CheckValidMacAddr(const char* text) {
@@ -195,16 +176,14 @@ char* libutil_strncpy(char* destination, const char* source, int size) {
 char* string_split(char* text, const char* delimiters, int limit, int index) {
     constexpr int kMost = 20;
     if (text == nullptr || index < 1) return nullptr;
-    char* tokens[kMost] = {};
+    char* chosen = nullptr;
     char* rest = nullptr;
-    const int most = std::min(limit, kMost);
-    int count = 0;
-    while (count < most) {
-        char* token = strtok_r(count == 0 ? text : nullptr, delimiters, &rest);
+    for (int number = 1; number <= std::min(limit, kMost); ++number) {
+        char* token = strtok_r(number == 1 ? text : nullptr, delimiters, &rest);
         if (token == nullptr) break;
-        tokens[count++] = token;
+        if (number == index) chosen = token;
     }
-    return index <= count ? tokens[index - 1] : nullptr;
+    return chosen;
 }
 
 int string_split_num(const char* text, char* numbers, int size) {
