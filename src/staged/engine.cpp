@@ -1,5 +1,8 @@
 #include "staged/engine.h"
 
+#include <cstdio>
+#include <string>
+
 #include "core/handler.h"
 #include "core/refusal.h"
 #include "core/text.h"
@@ -20,7 +23,9 @@ void forget_in_force() {
 
 int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
         Caller caller) {
-    log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, value != nullptr ? value : "(null)");
+    const char* shown = value != nullptr ? value : "(null)";
+    if (object.prints) std::printf("!!!option:%d, val:%s\n", option, shown);
+    log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, shown);
     if (value == nullptr || option < 0 || option >= object.count()) return kFailed;
     if (!object.is_switch(option)) {
         record.put_text(option, value);

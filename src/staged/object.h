@@ -56,6 +56,7 @@ struct Object {
     std::initializer_list<Field> fields = {};
     std::uint8_t json_order[5] = {0, 1, 2, 3, 4};
     int (*pre_revert)(int option, const char* value) = nullptr;
+    bool prints = false;                           // what is staged, to standard output, too
     bool true_enables_revert = false;              // not only "1"
     bool restorable = true;                        // by a revert
     bool (*exempt)(const Check& group) = nullptr;  // from its rules

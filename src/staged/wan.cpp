@@ -1,6 +1,5 @@
 // How the internet WAN gets its address: by DHCP, or a static one with mask, gateway and name servers.
 #include <cstddef>
-#include <cstdio>
 
 #include "cwmp/apply_flags.h"
 #include "staged/engine.h"
@@ -16,10 +15,6 @@ Wan wan_obj_data_revert;
 namespace {
 
 constexpr const char* kSuccess = "!!! wan check success\n";
-
-void print(int option, const char* value) {
-    std::printf("!!!option:%d, val:%s\n", option, value != nullptr ? value : "(null)");
-}
 
 bool is_dynamic(const Check& group) { return group.text(CWMP_WAN_TYPE) == "DHCP"; }
 
@@ -52,6 +47,7 @@ const Object cwmp::staged::kWan = {
                {"wan_dnsserver", offsetof(Wan, dns_servers), sizeof(Wan::dns_servers), 49},
                {"wan_type", offsetof(Wan, type), sizeof(Wan::type), 19}},
     .pre_revert = wan_pre_revert,
+    .prints = true,
     .exempt = is_dynamic,
     .exempted = kSuccess,
     .rules = {type, address, mask, gateway, Check::accepted_by_script},
@@ -59,15 +55,7 @@ const Object cwmp::staged::kWan = {
     .check_failed = {"!!! wan check fail\n"},
 };
 
-int wan_pre(int option, const char* value) {
-    print(option, value);
-    return stage(kWan, option, value);
-}
-
-int wan_pre_revert(int option, const char* value) {
-    print(option, value);
-    return stage_revert(kWan, option, value);
-}
-
+int wan_pre(int option, const char* value) { return stage(kWan, option, value); }
+int wan_pre_revert(int option, const char* value) { return stage_revert(kWan, option, value); }
 int wan_check() { return check(kWan); }
 int wan_set(unsigned int* flags) { return apply(kWan, flags); }
