@@ -23,6 +23,15 @@ std::string protected_entry(const std::string& line) {
     return close == std::string::npos ? std::string() : line.substr(open + 1, close - open - 1);
 }
 
+std::optional<std::string> isp_reset() {
+    constexpr const char* kFunction = "is_support_isp_reset";
+    UciContext context(kProfileStore);
+    if (!context) return no_value(LOG_FAILURE_AS(kFunction, "Fail to alloc context for uci.\n"));
+    if (!context.load("profile")) return no_value(LOG_FAILURE_AS(kFunction, "Fail to uci_load.\n"));
+    if (uci_section* settings = context.section("cwmp_settings")) return context.value(settings, "isp_reset");
+    return no_value(LOG_FAILURE_AS(kFunction, "Fail to uci_lookup_ptr.\n"));
+}
+
 }  // namespace
 
 MirroredBatch::MirroredBatch(const char* package) : package_(package), live_(package, nullptr) {}
@@ -104,24 +113,7 @@ int IsOptionAllowToChange(const char* package, const char* section, const char* 
     return 1;
 }
 
-int is_support_isp_reset() {
-    UciContext context(kProfileStore);
-    if (!context) {
-        LOG_ERROR("Fail to alloc context for uci.\n");
-        return 0;
-    }
-    if (!context.load("profile")) {
-        LOG_ERROR("Fail to uci_load.\n");
-        return 0;
-    }
-    uci_section* settings = context.section("cwmp_settings");
-    if (settings == nullptr) {
-        LOG_ERROR("Fail to uci_lookup_ptr.\n");
-        return 0;
-    }
-    const auto value = context.value(settings, "isp_reset");
-    return value && value->starts_with("yes") ? 1 : 0;
-}
+int is_support_isp_reset() { return isp_reset().value_or("").starts_with("yes") ? 1 : 0; }
 
 int save_to_cwmp_config() { return 0; }
 

@@ -21,9 +21,11 @@ std::optional<std::string> cwmp::read_option(const UciContext& context, const ch
     constexpr const char* kFunction = "uciRawGetValueBypath";
     if (!context) return no_value(LOG_FAILURE_AS(kFunction, "Fail to alloc context for uci.\n\n"));
     if (!context.is_loaded()) return no_value(LOG_FAILURE_AS(kFunction, "Fail to load uci package.\n\n"));
-    if (uci_section* found = context.section(section)) return context.value(found, option);
+    uci_section* found = context.section(section);
     // The section named is always "ap": kept as it is.
-    return no_value(LOG_FAILURE_AS(kFunction, "Can't find specified section by name(%s).\n\n", "ap"));
+    if (found == nullptr)
+        return no_value(LOG_FAILURE_AS(kFunction, "Can't find specified section by name(%s).\n\n", "ap"));
+    return context.value(found, option);
 }
 
 std::optional<std::string> cwmp::read_option(const char* package, const char* section, const char* option) {
