@@ -20,7 +20,7 @@ Command::Command(const char* text) {
 void Command::start(const char* text) {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return;
-    output_.reset(ends[0]);
+    output_.reset(Descriptor(ends[0]));
     shell_ = start_shell(text, ends[1]);
     close(ends[1]);
     answers_ = shell_ != kNoProcess;

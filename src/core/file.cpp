@@ -14,7 +14,7 @@ bool Lines::read_more() {
     char piece[1024];
     ssize_t count = 0;
     do {
-        count = read(descriptor_, piece, sizeof piece);
+        count = read(descriptor_.get(), piece, sizeof piece);
     } while (count < 0 && errno == EINTR);
     if (count <= 0) return false;
     text_.append(piece, static_cast<std::size_t>(count));
@@ -40,17 +40,11 @@ bool Lines::read_all(std::size_t most) {
     return text_.size() <= most;
 }
 
-void Lines::reset(int descriptor) {
-    if (descriptor_ >= 0) close(descriptor_);
-    descriptor_ = descriptor;
-}
-
 std::optional<std::string> first_line_of_file(const char* path, std::size_t limit) {
-    const int file = open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    Lines lines(file);
+    Descriptor file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     struct stat status = {};
-    if (file < 0 || fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    return lines.next(limit);
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    return Lines(std::move(file)).next(limit);
 }
 
 }  // namespace cwmp

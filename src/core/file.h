@@ -5,6 +5,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
+
+#include "core/descriptor.h"
 
 namespace cwmp {
 
@@ -16,14 +19,11 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 // Lines from a descriptor, which it owns. A signal that arrives while it waits takes nothing away.
 class Lines {
   public:
-    explicit Lines(int descriptor = -1) : descriptor_(descriptor) {}
-    ~Lines() { reset(); }
-    Lines(const Lines&) = delete;
-    Lines& operator=(const Lines&) = delete;
+    explicit Lines(Descriptor descriptor = Descriptor()) : descriptor_(std::move(descriptor)) {}
 
     // The next line without its newline. A longer line comes in pieces of at most limit bytes.
     std::optional<std::string> next(std::size_t limit);
-    void reset(int descriptor = -1);
+    void reset(Descriptor descriptor = Descriptor()) { descriptor_ = std::move(descriptor); }
     // Lines of a text that is known already.
     void put(std::string text) { text_ = std::move(text); }
     // Reads on to the end, of at most so many bytes; false when there are more.
@@ -34,7 +34,7 @@ class Lines {
   private:
     bool read_more();
 
-    int descriptor_;
+    Descriptor descriptor_;
     std::string text_;
 };
 
