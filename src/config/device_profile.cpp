@@ -1,5 +1,7 @@
 #include "config/device_profile.h"
 
+#include <string>
+
 #include "config/store.h"
 #include "core/text.h"
 

@@ -1,6 +1,7 @@
 #include "cwmp/instances.h"
 
 #include <cstdlib>
+#include <optional>
 #include <vector>
 
 #include "config/instance_numbers.h"

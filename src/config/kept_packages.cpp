@@ -5,6 +5,7 @@
 #include <cstring>
 #include <forward_list>
 #include <string>
+#include <utility>
 
 #include "config/store_directory.h"
 #include "core/bulk_read.h"

@@ -113,12 +113,14 @@ const char* UciContext::name(const uci_section* section) { return section->e.nam
 const char* UciContext::type(const uci_section* section) { return section->type; }
 
 std::optional<std::string> UciContext::value(uci_section* section, const char* option) const {
+    assert(is_loaded() && section != nullptr);
     const char* text = uci_lookup_option_string(context_.get(), section, option);
     if (text == nullptr) return std::nullopt;
     return text;
 }
 
 int UciContext::change(Change* call, const char* section, const char* option, const char* value) {
+    assert(is_loaded());
     uci_ptr pointer = {};
     pointer.p = package_;
     pointer.package = package_->e.name;
@@ -141,14 +143,12 @@ int UciContext::set_option(const char* section, const char* option, const char* 
 }
 
 int UciContext::set_section(const char* section, const char* type) {
-    assert(is_loaded());
     if (!is_uci_name(section) || !is_uci_type(type)) return UCI_ERR_INVAL;
     if (noting_) note_section(section);
     return change(uci_set, section, nullptr, type);
 }
 
 int UciContext::delete_section(const char* section) {
-    assert(is_loaded());
     if (noting_) note_deletion(section);
     return change(uci_delete, section, nullptr, nullptr);
 }

@@ -1,7 +1,7 @@
 // What a transaction notes of a package before it is changed, and how that comes back.
 #include <uci.h>
 
-#include <cstring>
+#include <cassert>
 #include <memory>
 #include <string>
 
@@ -133,6 +133,7 @@ bool UciContext::restore_option(transaction::NoteReader& note) {
 }
 
 bool UciContext::commit_as(const std::string& text, Caller caller) {
+    assert(is_loaded());
     const Export now(context_.get(), package_);
     const auto before = rewritten(text, package_->e.name);
     const bool known = now && before;

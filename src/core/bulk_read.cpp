@@ -1,5 +1,6 @@
 #include "core/bulk_read.h"
 
+#include <cassert>
 #include <cstring>
 #include <ctime>
 #include <forward_list>
@@ -81,6 +82,7 @@ void keep_output(const char* command, std::string output) {
 unsigned packages_moment() { return in_bulk_read() ? moments : 0; }
 
 void keep_package(std::size_t size, ForgetPackages forget) {
+    assert(bulk_read != nullptr);
     bulk_read->bytes += size;
     bulk_read->package_bytes += size;
     bulk_read->forget = forget;

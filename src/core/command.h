@@ -1,6 +1,7 @@
 // Shell commands whose output is read, and those that are run for their effect.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/file.h"

@@ -3,6 +3,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include <cstdarg>
 #include <cstdio>
 #include <string>
 

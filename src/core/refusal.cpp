@@ -1,6 +1,7 @@
 #include "core/refusal.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <cstdio>
 
 #include "core/text.h"

@@ -1,6 +1,4 @@
 // One-line answers of device tools, and what the firmware-information tool knows.
-#include <string>
-
 #include "core/command.h"
 #include "core/handler.h"
 #include "core/refusal.h"
