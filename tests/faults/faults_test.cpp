@@ -14,10 +14,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -119,37 +117,22 @@ std::string difference(World is, World wanted, bool copies_count = true) {
     return names;
 }
 
-pid_t start(const std::string& command, const std::string& before = "") {
-    const pid_t child = fork();
-    if (child != 0) return child;
-    const std::string line = before + "exec " + command + " >>/var/run/fault_output 2>&1";
-    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
-    _exit(127);
-}
-
-// As the shell tells it: of a process that was killed 128 and the signal.
-int outcome_of(pid_t child) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
-}
-
-// With its jobs to their end.
-int run(const std::string& command, const std::string& before = "") {
-    const int outcome = outcome_of(start(command, before));
+// Its exit code, as the shell tells it of a process that was killed, too; with its jobs to their end.
+int run(const std::string& command) {
+    const int status = std::system(("{ " + command + "; } >>/var/run/fault_output 2>&1; exit $?").c_str());
     while (waitpid(-1, nullptr, 0) > 0) {
     }
-    return outcome;
+    return WEXITSTATUS(status);
 }
 
 int run(const Point& point) {
     const auto& [row, kind, at, lasts] = point;
     if (kind == host::kRoom) return run(row->command);
     std::ofstream(kCounts) << std::string(host::kKinds * sizeof(int), '\0');
-    std::ostringstream before;
-    before << "LD_PRELOAD=/usr/lib/router/tests/failing_calls.so FAULT='" << kind << ' ' << at << ' ' << lasts
-           << ' ' << row->is_dm << ' ' << kCounts << "' ";
-    return run(row->command, before.str());
+    std::string fault;
+    for (const int number : {kind, at, int{lasts}, int{row->is_dm}}) fault += to_string(number) + ' ';
+    const std::string preload = "LD_PRELOAD=/usr/lib/router/tests/failing_calls.so ";
+    return run(preload + "FAULT='" + fault + kCounts + "' " + row->command);
 }
 
 // Every network that is listed is one that a whole scan lists.
@@ -259,9 +242,7 @@ void fail_calls(int seconds, unsigned seed, const std::string& text) {
 
 // Two at once; whether each ends as it must.
 bool side_by_side(const std::string& one, const std::string& other, bool other_is_refused = false) {
-    const pid_t first = start(one), second = start(other);
-    const bool done = outcome_of(first) == 0;
-    return (outcome_of(second) != 0) == other_is_refused && done;
+    return run(one + " & " + (other_is_refused ? "! " : "") + other + " && wait $!") == 0;
 }
 
 // The script refuses a subnet's own address.

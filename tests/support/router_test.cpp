@@ -12,8 +12,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <regex>
 #include <stdexcept>
 
@@ -62,6 +60,7 @@ void put_file(const std::string& path, const std::optional<std::string>& text) {
 }  // namespace
 
 void RouterTest::SetUp() {
+    umask(022);
     stores::reset();
     world("later 0");
     library_ = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
