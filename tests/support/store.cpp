@@ -20,8 +20,9 @@ namespace {
 
 const std::set<fs::path> kPackages = {"/etc/config", "/etc/profile.d", "/tmp/tr069", "/tmp/cwmp-config",
                                       "/tmp/cwmp-config-force"};
+constexpr const char* kAnswers = "/var/lib/router/answers";
 constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
-                                     "/var/state",  "/var/tmp",       "/var/lib/router/answers"};
+                                     "/var/state",  "/var/tmp",       kAnswers};
 constexpr const char* kLogs = "/var/log/router";
 const std::string kPristine = "/var/lib/pristine";
 
@@ -152,8 +153,9 @@ Snapshot snapshot() {
     for (const char* directory : kWritable) {
         for (const auto& entry : fs::recursive_directory_iterator(directory, none)) {
             const std::string path = entry.path();
-            // The check script keeps notes of its own.
-            if (!entry.is_regular_file() || path == "/var/state/check_params") continue;
+            // The check script's own notes and what tools answer are no part of a router's store.
+            if (!entry.is_regular_file() || path == "/var/state/check_params" || path.starts_with(kAnswers))
+                continue;
             const std::string text = text_of(path);
             if (kPackages.contains(entry.path().parent_path()))
                 read_package(path, text, found);
