@@ -43,6 +43,21 @@ TEST_F(Staged, RecordsThatAnAgentWroteItselfAreMeasured) {
     EXPECT_EQ(std::memcmp(&account, &idle, sizeof idle), 0);
 }
 
+TEST_F(Staged, AnyStagePassBeginsATransactionWhoseRevertLeavesTheOneBeforeAlone) {
+    world("use accepted");
+    world("mute $!");
+    for (const char* pass :
+         {"stage ManagementServer_PeriodicInformInterval = 60",
+          "stage DHCPv4_Server_Pool_StaticAddress_Chaddr 1.1 = nonsense",
+          "stage IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled = 1",
+          "stage LANDevice_WLANConfiguration_Channel 9.9 = 6",
+          "stage WiFi_AccessPoint_Security_X_QM_WEPKeyIndex 1 = 2", "apply NAT_PortMapping_Enable 1 = 1"}) {
+        told("group vlan 0=1 1=9 check apply");
+        told(pass);
+        EXPECT_EQ(told("group revert"), *pass == 's' ? "nothing" : "flags WAN") << pass;
+    }
+}
+
 // holds P5, P6: what stands in the place of the exchange files, as a stranger may have made it, is neither used
 // nor waited for, and a request that cannot be written is none.
 TEST_F(Staged, StrangersFilesAreRefused) {
