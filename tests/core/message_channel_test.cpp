@@ -10,6 +10,7 @@
 #include <deque>
 #include <filesystem>
 #include <thread>
+#include <utility>
 
 #include "router_test.h"
 
@@ -42,32 +43,31 @@ class MessageChannel : public RouterTest {
     void TearDown() override {
         watched = false;
         if (server_.joinable()) {
-            auto handle = client();
-            EXPECT_EQ(send(handle, kEnd), 0);
+            EXPECT_EQ(send(client(), kEnd), 0);
             server_.join();
-            FROM_LIBRARY(msg_cleanup)(&handle);
         }
+        for (auto& handle : handles_) FROM_LIBRARY(msg_cleanup)(&handle);
         RouterTest::TearDown();
     }
 
-    cwmp_message_handle opened(int (&as)(int, cwmp_message_handle*)) {
-        cwmp_message_handle handle = {};
+    // Closed after the test.
+    cwmp_message_handle& opened(int (&as)(int, cwmp_message_handle*)) {
+        auto& handle = handles_.emplace_back();
         EXPECT_EQ(FROM_LIBRARY(msg_init)(&handle), 0);
         EXPECT_EQ(as(kServer, &handle), 0);
         return handle;
     }
-    cwmp_message_handle server() { return opened(FROM_LIBRARY(msg_srvInit)); }
-    cwmp_message_handle client() { return opened(FROM_LIBRARY(msg_connSrv)); }
+    cwmp_message_handle& server() { return opened(FROM_LIBRARY(msg_srvInit)); }
+    cwmp_message_handle& client() { return opened(FROM_LIBRARY(msg_connSrv)); }
 
     // Answers requests: their payload's first byte one higher.
     void serve() {
-        server_ = std::thread([this, handle = server()]() mutable {
+        server_ = std::thread([this, &handle = server()] {
             cwmp_message message = {};
             while (FROM_LIBRARY(msg_recv)(&handle, &message) == 0 && message.type != kEnd) {
                 ++message.payload[0];
                 if (message.type != kUnanswered) FROM_LIBRARY(msg_send)(&handle, &message);
             }
-            FROM_LIBRARY(msg_cleanup)(&handle);
         });
     }
 
@@ -86,15 +86,15 @@ class MessageChannel : public RouterTest {
     }
 
   private:
+    std::deque<cwmp_message_handle> handles_;
     std::thread server_;
 };
 
 TEST_F(MessageChannel, EachClientGetsItsOwnWholeReplies) {
     serve();
-    std::vector<std::thread> clients;
+    std::vector<std::jthread> clients;
     for (const uint8_t number : std::initializer_list<uint8_t>{10, 20}) {
-        clients.emplace_back([this, number] {
-            auto handle = client();
+        clients.emplace_back([this, number, &handle = client()] {
             for (int i = 0; i < 50; ++i) {
                 cwmp_message message = {.type = kType, .payload = {number}};
                 message.payload[CWMP_MESSAGE_PAYLOAD - 1] = 77;
@@ -103,16 +103,15 @@ TEST_F(MessageChannel, EachClientGetsItsOwnWholeReplies) {
                 EXPECT_EQ(message.payload[0], number + 1);
                 EXPECT_EQ(message.payload[CWMP_MESSAGE_PAYLOAD - 1], 77);
             }
-            EXPECT_EQ(FROM_LIBRARY(msg_cleanup)(&handle), 0);
         });
     }
-    for (auto& each : clients) each.join();
+    clients.clear();
     EXPECT_EQ(reply_addresses(), 0);
 }
 
 TEST_F(MessageChannel, ARequestWithoutReplyEndsInTimeAndLeavesTheHandleUsable) {
     serve();
-    auto handle = client();
+    auto& handle = client();
     cwmp_message message = {.type = kUnanswered, .payload = {}};
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
@@ -133,11 +132,11 @@ TEST_F(MessageChannel, ARequestWithoutReplyEndsInTimeAndLeavesTheHandleUsable) {
 }
 
 TEST_F(MessageChannel, ASocketFileLeftBehindIsReplaced) {
-    close(server().descriptor);
+    close(std::exchange(server().descriptor, -1));
     ASSERT_TRUE(exists("/var/tmp/40"));
-    auto sender = client();
+    auto& sender = client();
     EXPECT_EQ(send(sender, kType), -1);
-    auto receiver = server();
+    auto& receiver = server();
     EXPECT_EQ(fcntl(receiver.descriptor, F_GETFD), FD_CLOEXEC);
     EXPECT_EQ(send(sender, kType), 0);
     cwmp_message received = {};
@@ -147,7 +146,6 @@ TEST_F(MessageChannel, ASocketFileLeftBehindIsReplaced) {
     rename("/var/tmp", "/var/moved");
     EXPECT_EQ(FROM_LIBRARY(msg_srvInit)(kServer, &sender), -1);
     rename("/var/moved", "/var/tmp");
-    for (auto* handle : {&sender, &receiver}) FROM_LIBRARY(msg_cleanup)(handle);
 }
 
 TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
@@ -160,7 +158,7 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
     };
     const std::deque<int> unbound(20, ENOENT), refused(20, ECONNREFUSED), interrupted(6, EINTR),
         both = {ENOENT, ECONNREFUSED, ENOENT, ECONNREFUSED, ENOENT, ENOENT};
-    auto handle = client();
+    auto& handle = client();
     for (const Row& row : std::vector<Row>{{kType, unbound, 5, 5, ENOENT},
                                            {1, unbound, 1, 1, ENOENT},
                                            {kType, refused, 3, 0, ECONNREFUSED},
@@ -189,19 +187,17 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
         EXPECT_EQ(testing::internal::GetCapturedStderr(), reasons);
         EXPECT_EQ(sends, std::vector<int>(row.attempts, row.type == kAtOnce ? MSG_DONTWAIT : 0));
     }
-    FROM_LIBRARY(msg_cleanup)(&handle);
 }
 
 TEST_F(MessageChannel, OneShotSendsAre520BytesAndReportOnlyAMissingSocket) {
     cwmp_message_handle handle = {};
     cwmp_message message = {.type = 1, .payload = {0xAB}};
     EXPECT_EQ(FROM_LIBRARY(msg_connCliAndSend)(kServer, &handle, &message), 0) << "nobody listens";
-    auto receiver = server();
+    auto& receiver = server();
     EXPECT_EQ(FROM_LIBRARY(msg_connCliAndSend)(kServer, &handle, &message), 0);
     unsigned char bytes[600] = {};
     EXPECT_EQ(recv(receiver.descriptor, bytes, sizeof bytes, MSG_DONTWAIT), 520);
     EXPECT_EQ(std::memcmp(bytes, "\x01\0\0\0\xAB", 5), 0);
-    FROM_LIBRARY(msg_cleanup)(&receiver);
     world("show output");
     EXPECT_EQ(told("starved call msg_connCliAndSend 40 ?200 ?520"),
               "-1 \\xff\\xff\\xff\\xffouched) (untouched) | > Init 40 msg client error\\n");
