@@ -1,7 +1,9 @@
 // Which changes of the live store are repeated in the side copies of package cwmp, and in which one.
-#include <cstdio>
+#include <fcntl.h>
+
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "config/batch.h"
 #include "core/file.h"
@@ -13,7 +15,7 @@ namespace {
 
 constexpr const char* kProtectedList = "/etc/profile.d/cwmp-config-force";
 constexpr const char* kMirroredPackage = "cwmp";
-constexpr int kListLine = 128;
+constexpr std::size_t kListLine = 127;
 
 // The entry of a line of the protected list, empty for any other line.
 std::string protected_entry(const std::string& line) {
@@ -94,17 +96,17 @@ using namespace cwmp;
 
 int IsOptionAllowToChange(const char* package, const char* section, const char* option) {
     if (package == nullptr || section == nullptr || option == nullptr) return 1;
-    const File list(std::fopen(kProtectedList, "re"));
-    if (list == nullptr) {
+    Descriptor list(open(kProtectedList, O_RDONLY | O_CLOEXEC));
+    if (!list) {
         LOG_ERROR("open /etc/profile.d/cwmp-config-force fail\n\n");
         return 1;
     }
     const std::string whole_package = package;
     const std::string whole_section = whole_package + "." + section;
     const std::string one_option = whole_section + "." + option;
-    char line[kListLine];
-    while (std::fgets(line, sizeof line, list.get()) != nullptr) {
-        const std::string entry = protected_entry(line);
+    Lines lines(std::move(list));
+    while (const auto line = lines.next(kListLine)) {
+        const std::string entry = protected_entry(*line);
         if (entry.empty()) continue;
         if (entry != whole_package && entry != whole_section && entry != one_option) continue;
         LOG_ERROR("match cfg[%s]\n\n", entry.c_str());

@@ -2,13 +2,13 @@
 
 #include <fcntl.h>
 
-#include <cstdio>
 #include <cstring>
 #include <string>
 
 #include "config/store.h"
 #include "core/descriptor.h"
 #include "core/log.h"
+#include "core/text.h"
 
 using namespace cwmp;
 
@@ -16,14 +16,11 @@ namespace {
 
 constexpr const char* kJournal = "/tmp/ready_to_revert_item";
 constexpr const char* kStateStore = "/var/state";
-constexpr std::size_t kRecordSize = 256;
+constexpr std::size_t kRecordLength = 254;
 constexpr std::size_t kTupleLength = 99;
 
 std::string journal_record(const char* name, const char* value, const char* extra) {
-    char record[kRecordSize];
-    const int length = std::snprintf(record, sizeof record, "%s##%s##%s\n", name, value, extra);
-    if (length >= static_cast<int>(sizeof record)) record[sizeof record - 2] = '\n';
-    return record;
+    return formatted("%s##%s##%s", name, value, extra).substr(0, kRecordLength) + '\n';
 }
 
 }  // namespace

@@ -2,12 +2,12 @@
 #include <uci.h>
 
 #include <cassert>
+#include <cstdio>
 #include <memory>
 #include <string>
 
 #include "config/uci_context.h"
 #include "config/uci_export.h"
-#include "core/file.h"
 #include "core/text.h"
 
 namespace cwmp {
@@ -43,7 +43,8 @@ std::optional<std::string> rewritten(const std::string& text, const char* packag
     const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
                                                                             uci_free_context);
     std::string source = text + '\n';
-    const File stream(fmemopen(source.data(), source.size(), "r"));
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(fmemopen(source.data(), source.size(), "r"),
+                                                                 std::fclose);
     uci_package* read = nullptr;
     if (context == nullptr || stream == nullptr) return std::nullopt;
     const int imported = uci_import(context.get(), stream.get(), package, &read, true);

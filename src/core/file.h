@@ -1,8 +1,6 @@
-// Files that close themselves, and lines read from them.
+// Lines read from files and pipes.
 #pragma once
 
-#include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -10,11 +8,6 @@
 #include "core/descriptor.h"
 
 namespace cwmp {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, CloseFile>;
 
 // Lines from a descriptor, which it owns. A signal that arrives while it waits takes nothing away.
 class Lines {

@@ -12,11 +12,11 @@
 #include <cstring>
 
 #include "core/assertion.h"
+#include "core/text.h"
 
 namespace {
 
 constexpr const char* kUnit = "os_msgLinux";
-constexpr const char* kDirectory = "/var/tmp/";
 constexpr useconds_t kUntilBound = 10 * 1000;
 
 void require(const cwmp_message_handle* handle) {
@@ -35,9 +35,7 @@ sockaddr_un address_of(const char* path) {
 }
 
 sockaddr_un address_of(int identifier) {
-    char path[64];
-    std::snprintf(path, sizeof path, "%s%d", kDirectory, identifier);
-    return address_of(path);
+    return address_of(cwmp::formatted("/var/tmp/%d", identifier).c_str());
 }
 
 // The kernel is told the path without its terminator.
