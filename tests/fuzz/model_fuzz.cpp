@@ -121,13 +121,6 @@ void expect_unharmed() {
     fs::remove(kCommands);
 }
 
-// Every parameter and every object that has a handler.
-void collect(const Node& node, std::vector<const Node*>& found) {
-    if (node.kind == Node::Kind::Parameter || (node.kind == Node::Kind::Table && node.writable))
-        found.push_back(&node);
-    for (const auto& child : node.children) collect(*child, found);
-}
-
 const Library* library = nullptr;
 unsigned flags = 0;
 
@@ -202,8 +195,8 @@ void switch_any() {
 
 void run(int seconds) {
     const cwmp::Model model("/usr/share/cwmp-datamodel/model");
-    std::vector<const Node*> nodes;
-    collect(model.root(), nodes);
+    std::vector<const Node*> nodes = model.root().lines();
+    std::erase_if(nodes, [](const Node* node) { return !node->has_handler(); });
     const Library loaded("/usr/lib/libcwmp-datamodel.so");
     library = &loaded;
     stores::reset();

@@ -10,21 +10,16 @@ namespace {
 using cwmp::Node;
 
 // Each parameter's handler once for each count of numbers, though several paths may lead to it.
-void collect(const Node& node, std::set<std::pair<std::string, std::size_t>>& known,
-             std::vector<const Node*>& lines) {
-    const std::size_t numbers =
-        node.locate ? node.locate->size() : static_cast<std::size_t>(std::ranges::count(node.path, '{'));
-    if (node.kind == Node::Kind::Parameter && node.has_handler() &&
-        known.emplace(node.handler, numbers).second)
-        lines.push_back(&node);
-    for (const auto& child : node.children) collect(*child, known, lines);
-}
-
 class Sweep : public RouterTest {
   protected:
     Sweep() {
         std::set<std::pair<std::string, std::size_t>> known;
-        collect(model_.root(), known, lines_);
+        for (const Node* line : model_.root().lines()) {
+            const auto in_path = static_cast<std::size_t>(std::ranges::count(line->path, '{'));
+            const std::size_t numbers = line->locate ? line->locate->size() : in_path;
+            if (line->kind == Node::Kind::Parameter && known.emplace(line->handler, numbers).second)
+                lines_.push_back(line);
+        }
     }
     const cwmp::Model model_{"/usr/share/cwmp-datamodel/model"};
     std::vector<const Node*> lines_;

@@ -248,6 +248,16 @@ const Node* Node::child(std::string_view name) const {
     return nullptr;
 }
 
+std::vector<const Node*> Node::lines() const {
+    std::vector<const Node*> found;
+    if (kind != Kind::Branch) found.push_back(this);
+    for (const auto& child : children) {
+        const auto below = child->lines();
+        found.insert(found.end(), below.begin(), below.end());
+    }
+    return found;
+}
+
 std::string_view Entry::access() const {
     if (kind == Kind::Parameter) return writable ? "W" : "R";
     return writable ? "AD" : "-";

@@ -60,6 +60,8 @@ struct Node : Entry {
     std::vector<std::unique_ptr<Node>> children;
 
     const Node* child(std::string_view name) const;
+    // All that have a line in the model, this one and those below, each before what is below it.
+    std::vector<const Node*> lines() const;
     bool exists_below(const std::vector<int>& numbers) const;
 };
 

@@ -53,16 +53,6 @@ std::string several(const std::vector<std::string>& texts) {
     return result + (each.size() > kMostValues ? ", …" : "");
 }
 
-std::vector<const Entry*> entries_of(const Node& node) {
-    std::vector<const Entry*> entries;
-    if (node.kind != Entry::Kind::Branch) entries.push_back(&node);
-    for (const auto& child : node.children) {
-        const auto inner = entries_of(*child);
-        entries.insert(entries.end(), inner.begin(), inner.end());
-    }
-    return entries;
-}
-
 using ByModel = std::map<std::string, std::vector<const Finding*>>;
 
 ByModel by_model(const World& world) {
@@ -119,13 +109,13 @@ constexpr const char* kParametersHead =
     "contents\nof the store lead to is in [reference.txt](reference/reference.txt); other kinds of WAN in "
     "[parameters-elsewhere.md](parameters-elsewhere.md).\n";
 
-void write_parameters(const std::filesystem::path& file, const std::vector<const Entry*>& entries,
+void write_parameters(const std::filesystem::path& file, const std::vector<const Node*>& entries,
                       const World& world, const World& nothing) {
     Page page(file);
     page << kParametersHead;
     const ByModel here = by_model(world), unset = by_model(nothing);
     std::string family;
-    for (const Entry* entry : entries) {
+    for (const Node* entry : entries) {
         if (family_of(entry->path) != family) {
             family = family_of(entry->path);
             page << "\n## " + family +
@@ -229,11 +219,11 @@ constexpr const char* kDeviationsHead =
     "(an "
     "addition of its own).\n";
 
-void write_deviations(const std::filesystem::path& file, const std::vector<const Entry*>& entries,
+void write_deviations(const std::filesystem::path& file, const std::vector<const Node*>& entries,
                       const std::vector<const World*>& worlds) {
     Page page(file);
     page << kDeviationsHead << "\n| Path | Here | Published | Reason |\n|---|---|---|---|\n";
-    for (const Entry* entry : entries) {
+    for (const Node* entry : entries) {
         const bool vendor =
             entry->kind == Entry::Kind::Parameter && entry->path.find("X_QM_") != std::string::npos;
         std::vector<Difference> differs = entry->differs;
@@ -268,10 +258,10 @@ void write_deviations(const std::filesystem::path& file, const std::vector<const
 }
 
 // Throws when the model does not say what was seen.
-void compare_with_model(const std::vector<const Entry*>& entries, const World& world) {
+void compare_with_model(const std::vector<const Node*>& entries, const World& world) {
     bool same = true;
     const ByModel found = by_model(world);
-    for (const Entry* entry : entries) {
+    for (const Node* entry : entries) {
         const auto findings = found.find(entry->path);
         if (entry->kind != Entry::Kind::Parameter || findings == found.end()) continue;
         std::vector<std::string> seen;
@@ -301,7 +291,7 @@ void write_pages(const std::filesystem::path& model_directory, const std::filesy
     for (const std::string& file : files) worlds.push_back(load_world(file));
     const World first = worlds.at(0), nothing = worlds.at(1);
     worlds.erase(worlds.begin(), worlds.begin() + 2);
-    const auto entries = entries_of(model.root());
+    const auto entries = model.root().lines();
     std::vector<const World*> all = {&first};
     for (const World& world : worlds) all.push_back(&world);
     compare_with_model(entries, first);
