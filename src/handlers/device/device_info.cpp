@@ -10,11 +10,7 @@
 
 using namespace cwmp;
 
-namespace {
-
 constexpr std::size_t kShortLine = 99;
-
-}  // namespace
 
 PARAMETER(DeviceInfo_Manufacturer, constant, "KORVANEX")
 

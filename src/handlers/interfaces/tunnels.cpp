@@ -5,11 +5,7 @@
 using namespace cwmp;
 using namespace cwmp::interfaces;
 
-namespace {
-
 constexpr bool kSecret = true;
-
-}  // namespace
 
 PARAMETER(X_QM_L2TP_InterfaceNumberOfEntries, constant, "1")
 PARAMETER(X_QM_L2TP_Interface_Enable, value, Object::L2tp, present)

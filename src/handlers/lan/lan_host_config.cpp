@@ -12,13 +12,9 @@
 
 using namespace cwmp;
 
-namespace {
-
 constexpr Section kLan{"smartip_sync", "settings"};
 constexpr Section kDhcpServer{"dhcp_server_sync", "settings"};
 constexpr const char* kNoServer = "0.0.0.0";
-
-}  // namespace
 
 PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress, staged_option,
           {CWMP_STAGED_LAN, CWMP_LAN_ADDRESS}, {.at = kLan / "lanip"}, {.unreadable = "get lan ip error\n"})

@@ -4,11 +4,7 @@
 
 using namespace cwmp;
 
-namespace {
-
 constexpr Section kInfo{"iptv_v2", "info"};
-
-}  // namespace
 
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_IPTV, CWMP_IPTV_ENABLE});
