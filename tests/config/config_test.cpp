@@ -39,21 +39,6 @@ TEST_F(Config, InstanceNumbersAreListedInOrder) {
     EXPECT_THAT(list({8, 1, 1}), ElementsAre(2, 2, 8)) << "a section without number leaves its entry";
 }
 
-// Any printable character may stand in a type, but for those that would end it in the file.
-TEST_F(Config, TypesOfSections) {
-    std::string refused;
-    for (int c = 1; c < 256; ++c) {
-        const std::string type = std::string("a") + static_cast<char>(c) + 'b';
-        package("nat", "config kept 'kept'\n");
-        if (FROM_LIBRARY(uciRawAddSectionBypath)("nat", "box", type.c_str(), nullptr) == 0)
-            EXPECT_EQ(option("nat.box"), type);
-        else if (c > ' ' && c <= '~')
-            refused += static_cast<char>(c);
-        EXPECT_EQ(option("nat.kept"), "kept") << type;
-    }
-    EXPECT_EQ(refused, "\"#';\\");
-}
-
 TEST_F(Config, AnyTextComesBackWhole) {
     std::string bytes;
     for (int byte = 32; byte < 256; ++byte) bytes += static_cast<char>(byte);
