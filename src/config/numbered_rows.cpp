@@ -1,7 +1,6 @@
 #include "config/numbered_rows.h"
 
 #include <algorithm>
-#include <cassert>
 
 #include "config/instance_numbers.h"
 #include "config/store.h"
@@ -25,7 +24,6 @@ std::optional<int> row_count(const char* package) {
 }
 
 std::optional<std::string> read_row(const char* package, int row, const char* option) {
-    assert(row >= 1);
     const auto section = decimal(row);
     return read_option({package, section.c_str(), option}, kScratchStore);
 }
