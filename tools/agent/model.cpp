@@ -135,14 +135,6 @@ class Reader {
             node.locate = locate_positions(value, node, place);
         } else if (name == "handler" && !value.empty()) {
             node.handler = value;
-        } else if (attribute == "passes=apply" && !table) {
-            node.apply_only = true;
-        } else if (attribute == "secret" && !table) {
-            node.secret = true;
-        } else if (attribute == "inform" && !table) {
-            node.inform = true;
-        } else if (attribute == "reboot" && node.writable) {
-            node.reboot = true;
         } else if (name == "notify" && !table) {
             node.notify = one_of(value, {"forceEnabled", "forceDefaultEnabled", "canDeny"}, attribute, place);
         } else if (name == "group" && node.writable && !table) {
@@ -160,9 +152,25 @@ class Reader {
             if (node.instances < 1) place.fail("instances= takes a number from 1");
         } else if (name == "only") {
             restrict(node, value, place);
-        } else {
+        } else if (!set_switch(node, attribute)) {
             place.fail("unknown attribute " + attribute);
         }
+    }
+
+    // What an attribute without a value of its own says.
+    static bool set_switch(Node& node, const std::string& attribute) {
+        const bool table = node.kind == Kind::Table;
+        if (attribute == "passes=apply" && !table)
+            node.apply_only = true;
+        else if (attribute == "secret" && !table)
+            node.secret = true;
+        else if (attribute == "inform" && !table)
+            node.inform = true;
+        else if (attribute == "reboot" && node.writable)
+            node.reboot = true;
+        else
+            return false;
+        return true;
     }
 
     static std::string one_of(const std::string& value, std::initializer_list<std::string_view> known,
