@@ -9,6 +9,7 @@
 
 #include "core/console.h"
 #include "core/shell.h"
+#include "core/text.h"
 #include "cwmp/logging.h"
 
 int32_t l_dbglvl = cwmp::kError;
@@ -33,9 +34,7 @@ class Message {
 };
 
 std::string with_process(const char* message) {
-    char process[32];
-    std::snprintf(process, sizeof process, "[%5d] ", static_cast<int>(getpid()));
-    return std::string(process) + message;
+    return cwmp::formatted("[%5d] ", static_cast<int>(getpid())) + message;
 }
 
 }  // namespace

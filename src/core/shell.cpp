@@ -34,11 +34,8 @@ std::string shell_word(const std::string& text) {
     if (text.find_first_not_of(kPlain) == std::string::npos) return text;
     std::string word = "'";
     for (const char letter : text) {
-        if (letter == '\'') {
-            word += "'\\''";
-        } else {
-            word += letter;
-        }
+        if (letter == '\'') word += "'\\'";
+        word += letter;
     }
     return word + "'";
 }

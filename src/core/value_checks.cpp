@@ -102,24 +102,21 @@ int libutil_netChkDotIpAddr(const char* text) {
     CONTRACT_ASSERT(kUnit, text != nullptr, "pStrIp != NULL");
     const std::size_t length = std::strlen(text);
     if (length < 7 || length > 15) return 0;
+    constexpr int kNone = -1;
     int dots = 0;
-    int number = 0;
-    bool in_number = false;
+    int number = kNone;
     for (const char* next = text; *next != '\0'; ++next) {
         if (*next == '.') {
-            if (!in_number) return 0;
+            if (number == kNone) return 0;
             ++dots;
-            number = 0;
-            in_number = false;
-        } else if (*next >= '0' && *next <= '9') {
-            number = number * 10 + (*next - '0');
-            if (number > 255) return 0;
-            in_number = true;
+            number = kNone;
         } else {
-            return 0;
+            if (*next < '0' || *next > '9') return 0;
+            number = std::max(number, 0) * 10 + (*next - '0');
+            if (number > 255) return 0;
         }
     }
-    return dots == 3 && in_number ? 1 : 0;
+    return dots == 3 && number != kNone ? 1 : 0;
 }
 
 int libutil_netChkStrMacAddr(const char* text) {
