@@ -93,10 +93,10 @@ int Batch::refuse_change() {
     return -1;
 }
 
-int Batch::changed(const char* function, const char* one, const char* other, int result) {
+int Batch::changed(const char* call, const char* one, const char* other, int result) {
     changed_ = true;
     if (result == 0) return 0;
-    LOG_ERROR_AS(function, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, one, other, result);
+    LOG_ERROR_AS(call, "fail to set ptr %s.%s.%s (ret:%d)\n\n", package_, one, other, result);
     return refuse_change();
 }
 

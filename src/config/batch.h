@@ -42,7 +42,7 @@ class Batch {
     bool is_usable(const char* function, bool complete, const char* misuse);
     bool open(const char* function);
     int refuse_change();
-    int changed(const char* function, const char* one, const char* other, int result);
+    int changed(const char* call, const char* one, const char* other, int result);
     const char* directory() const { return confdir_ != nullptr ? confdir_ : kLiveStore; }
 
     const char* package_;

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <forward_list>
 #include <string>
-#include <utility>
 
 #include "config/store_directory.h"
 #include "core/bulk_read.h"
@@ -13,10 +12,14 @@
 namespace cwmp {
 namespace {
 
+struct FreeContext {
+    void operator()(uci_context* context) const { uci_free_context(context); }
+};
+
 struct KeptPackage {
     std::string directory;
     std::string name;
-    OwnedContext context;  // null while it is read, and when the package cannot be loaded
+    std::unique_ptr<uci_context, FreeContext> context;  // null while it is read, and when the package cannot be loaded
     bool missing;
 };
 
@@ -81,7 +84,7 @@ void ReleaseContext::operator()(uci_context* context) const {
         KeptPackage* place = find_kept(context, name);
         if (place == nullptr) place = keep(context, name, size_of(package));
         if (place != nullptr && place->context == nullptr) {
-            place->context = OwnedContext(context);
+            place->context.reset(context);
             return;
         }
     }
@@ -100,7 +103,7 @@ uci_package* load_or_reuse(OwnedContext& context, const char* name) {
     KeptPackage* known = find_kept(context.get(), name);
     if (known != nullptr && known->missing) return nullptr;
     if (known != nullptr && known->context != nullptr) {
-        context = std::move(known->context);
+        context.reset(known->context.release());
         context.get_deleter().moment = moment;
         return uci_to_package(list_to_element(context->root.next));
     }

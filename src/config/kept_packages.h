@@ -18,9 +18,9 @@ using OwnedContext = std::unique_ptr<uci_context, ReleaseContext>;
 
 // Loads a package to be read. What is kept takes the place of the context; while somebody reads it, another one
 // loads its own. Null when it cannot be loaded, which is kept, too.
-uci_package* load_or_reuse(OwnedContext& context, const char* package);
+uci_package* load_or_reuse(OwnedContext& context, const char* name);
 
 // Loads a package from its file. Null when it cannot be loaded.
-uci_package* load_anew(uci_context* context, const char* package);
+uci_package* load_anew(uci_context* context, const char* name);
 
 }  // namespace cwmp
