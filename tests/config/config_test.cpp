@@ -1,12 +1,12 @@
-// What rows cannot say of the store: lists of numbers, any text, modes and times of files, a store that is read-only.
+// What rows cannot say of the store: lists of numbers, any text, names of strangers, a store that is read-only.
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
-#include <set>
 
 #include "cwmp/instances.h"
 #include "cwmp/logging.h"
@@ -68,30 +68,6 @@ TEST_F(Config, AReadOnlyStoreLosesNothing) {
     EXPECT_EQ(told("call uciRawAddSectionBypath 'other' 'box' 'typed' null"), "-1");
     EXPECT_THAT(told("add NAT_PortMapping"), StartsWith("1 | ! WANDevice")) << "changes that belong together";
     ASSERT_EQ(umount(kLive), 0);
-}
-
-// holds P4: temporary files of killed commits do not stay; those of a commit that runs do.
-TEST_F(Config, SweepsWhatKilledCommitsLeft) {
-    for (const char* name : {".custom.uci-abcdef", ".network.uci-123456", ".custom.uci-inwork", ".keep"}) {
-        const std::string path = std::string(kLive) + "/" + name;
-        file(path, "x");
-        if (!path.ends_with("inwork"))
-            fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::hours(1));
-    }
-    told("call uciRawAddSection 'custom' 'box' 'typed'");
-    std::set<std::string> left;
-    for (const auto& entry : fs::directory_iterator(kLive)) left.insert(entry.path().filename());
-    EXPECT_THAT(left, ElementsAre(".custom.uci-inwork", ".keep", "custom"));
-}
-
-// They repeat the agent's passwords, and a commit replaces them.
-TEST_F(Config, SideCopiesAreOursAlone) {
-    world("cwmp.info:info | profile.d/profile.cwmp_settings.isp_reset=yes");
-    for (const char* value : {"x", "y"}) {
-        FROM_LIBRARY(uciRawSetValue)("cwmp", "info", "password", value);
-        EXPECT_EQ(fs::status("/tmp/cwmp-config/cwmp").permissions(),
-                  fs::perms::owner_read | fs::perms::owner_write);
-    }
 }
 
 TEST_F(Config, ATransactionOfSomebodyElseIsWaitedForAsLongAsAsked) {
