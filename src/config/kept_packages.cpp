@@ -19,7 +19,8 @@ struct FreeContext {
 struct KeptPackage {
     std::string directory;
     std::string name;
-    std::unique_ptr<uci_context, FreeContext> context;  // null while it is read, and when the package cannot be loaded
+    // Null while it is read, and when the package cannot be loaded.
+    std::unique_ptr<uci_context, FreeContext> context;
     bool missing;
 };
 
