@@ -66,7 +66,6 @@ class RouterTest : public ::testing::Test {
         file(directory + "/" + name, text);
     }
     void file(const std::string& path, const std::optional<std::string>& text);  // taken back after the test
-    void remove_file(const std::string& path) { file(path, std::nullopt); }
     // What a device tool prints for a command line such as "fwinfo MODEL".
     static void answer(const std::string& command, const std::string& text);
     // Sets the log threshold and the system-log switch as the agent does.

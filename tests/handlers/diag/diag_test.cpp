@@ -56,7 +56,7 @@ class Diagnostics : public RouterTest {
         world("tr069/trace_route.traceroute.Host=h");
         world(
             "file /var/lib/router/answers/ps: #!/bin/dash\\nwhile [ -e /tmp/hold ]; do sleep 0.02; done\\n");
-        remove_file("/usr/bin/tr069/get_trace_result");
+        world("remove /usr/bin/tr069/get_trace_result");
         world("answer iwlist ath02 scan: Cell 01 - Address: A1\\n");
     }
     static std::string traced(const char* name) {
