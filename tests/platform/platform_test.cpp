@@ -1,9 +1,6 @@
-// Tables that an agent may read and write itself, and a command that signals disturb.
+// Tables that an agent may read and write itself.
 #include "cwmp/platform.h"
 
-#include <sys/time.h>
-
-#include <csignal>
 #include <cstring>
 
 #include "router_test.h"
@@ -28,17 +25,6 @@ TEST_F(Platform, InterfaceNamesComeFromTheProfile) {
     EXPECT_THAT(names(),
                 ElementsAre("wifi_2_4Ginterfacei", "wifi_5Ginterfaceinf", "guest_2_4Ginterface",
                             "guest_5Ginterfacein", "backhaul_2_4Ginterf", "backhaul_5Ginterfac", ""));
-}
-
-TEST_F(Platform, ASignalTakesNothingOfACommandsOutput) {
-    struct sigaction no_restart = {};
-    no_restart.sa_handler = [](int) {};
-    sigaction(SIGALRM, &no_restart, nullptr);
-    const itimerval often = {{0, 3000}, {0, 3000}}, never = {};
-    setitimer(ITIMER_REAL, &often, nullptr);
-    const std::string told_then = told("call util_exec 'printf ab; sleep 0.03; echo c' ?16 16");
-    setitimer(ITIMER_REAL, &never, nullptr);
-    EXPECT_TRUE(told_then.starts_with("3 abc | ")) << told_then;
 }
 
 TEST_F(Platform, PortNamesAreLoadedOnce) {
