@@ -66,8 +66,6 @@ Refusal Check::number(int option, int least, int most, const char* refusal) cons
     return unless(number >= least && number <= most, {refusal});
 }
 
-bool Check::is_switched_off(const Check& group) { return group.staging_.enable() == CWMP_STAGED_DISABLED; }
-
 Refusal Check::accepted_by_script(const Check& group) {
     if (ask_script(group.object_, "check", group.caller_) == Verdict::accepted) return {};
     keep_refusal("the check script refuses these settings together");
@@ -75,13 +73,14 @@ Refusal Check::accepted_by_script(const Check& group) {
 }
 
 Refusal Check::refusal() const {
-    if (object_.exempt != nullptr && object_.exempt(*this)) {
+    const bool has_switch = object_.is_switch(0);
+    const bool switched_off = has_switch && staging_.enable() == CWMP_STAGED_DISABLED;
+    if (switched_off || (object_.exempt != nullptr && object_.exempt(*this))) {
         tell(object_.exempted);
         return {};
     }
     // Unless enabling was staged, the switch stays as the configuration has it.
-    if (object_.is_switch(0) && staging_.enable() != CWMP_STAGED_ENABLED)
-        staging_.enable() = revert_.enable();
+    if (has_switch && staging_.enable() != CWMP_STAGED_ENABLED) staging_.enable() = revert_.enable();
     for (const Rule rule : object_.rules) {
         if (const Refusal refusal = rule(*this)) return refusal;
     }

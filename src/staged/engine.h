@@ -46,8 +46,6 @@ class Check {
 
     void tell(const char* message) const { log_event(caller_, kProgress, "%s", message); }
 
-    // What exempts a group that has a switch.
-    static bool is_switched_off(const Check& group);
     // The rule of a group that the device has to agree to.
     static Refusal accepted_by_script(const Check& group);
     // That of the first rule that refuses. A group that passes is told.

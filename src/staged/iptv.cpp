@@ -49,7 +49,6 @@ const Object cwmp::staged::kIptv = {
     .json_order = {CWMP_IPTV_ENABLE, CWMP_IPTV_VLAN_ID, CWMP_IPTV_TYPE, CWMP_IPTV_PRIORITY},
     .pre_revert = iptv_pre_revert,
     .true_enables_revert = true,
-    .exempt = Check::is_switched_off,
     .exempted = "!!!  iptv check enable pass \n\n",
     .rules = {type, vlan_id, priority},
     .check_passed = "!!! iptv  check success\n\n",

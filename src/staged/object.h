@@ -59,10 +59,10 @@ struct Object {
     bool prints = false;                           // what is staged, to standard output, too
     bool true_enables_revert = false;              // not only "1"
     bool restorable = true;                        // by a revert
-    bool (*exempt)(const Check& group) = nullptr;  // from its rules
-    const char* exempted = "";                     // logged then
+    bool (*exempt)(const Check& group) = nullptr;  // from its rules, as one that is switched off
+    const char* exempted = nullptr;                // logged then
     std::initializer_list<Rule> rules = {};        // asked in this order, up to the first that refuses
-    const char* check_passed = "";
+    const char* check_passed = nullptr;
     Refusal check_failed = {};                     // logged behind the rule's
     const Object* check_failure_clears = nullptr;  // null: the object itself
     void (*before_apply)(Caller caller) = nullptr;

@@ -44,7 +44,6 @@ const Object cwmp::staged::kPppoe = {
                {"pppoe_dnsserver", offsetof(Account, dns_servers), sizeof(Account::dns_servers), 15}},
     .pre_revert = pppoe_pre_revert,
     .true_enables_revert = true,
-    .exempt = Check::is_switched_off,
     .exempted = "!!!  pppoe check pass 1\n\n",
     .rules = {dns_servers, credentials, user_name, password},
     .check_passed = "!!! pppoe check success \n\n",

@@ -27,7 +27,6 @@ const Object cwmp::staged::kVlan = {
     .apply = CWMP_APPLY_WAN,
     .fields = {enable_word("vlan_enable"), {"vlan_vid", offsetof(Vlan, vlan_id), sizeof(Vlan::vlan_id), 19}},
     .pre_revert = vlan_pre_revert,
-    .exempt = Check::is_switched_off,
     .exempted = "!!!  vlan check enable pass \n\n",
     .rules = {vlan_id},
     .check_passed = "!!! vlan check pass\n",
