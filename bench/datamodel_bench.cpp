@@ -52,8 +52,7 @@ void uci_get_handler(benchmark::State& state) {
     std::vector<char> value(CWMP_VALUE_SIZE);
     const auto handler = library.find("DeviceInfo_ProvisioningCode");
     int locate[CWMP_LOCATE_SIZE] = {};
-    for (auto unused : state)
-        benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
+    for (auto unused : state) benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
 }
 BENCHMARK(uci_get_handler);
 
@@ -72,8 +71,7 @@ void command_handler(benchmark::State& state) {
     std::vector<char> value(CWMP_VALUE_SIZE);
     const auto handler = library.find("DeviceInfo_ModelName");
     int locate[CWMP_LOCATE_SIZE] = {};
-    for (auto unused : state)
-        benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
+    for (auto unused : state) benchmark::DoNotOptimize(cwmp::call(handler, CWMP_OP_GET, locate, value.data()));
 }
 BENCHMARK(command_handler)->UseRealTime();
 
@@ -106,8 +104,7 @@ void walk(benchmark::State& state, const std::string& name, const std::string& o
     }
     state.counters["processes"] = static_cast<double>(started);
 }
-#define WALK(name, options) \
-    BENCHMARK_CAPTURE(walk, name, #name, options)->UseRealTime()->Unit(benchmark::kMillisecond)
+#define WALK(name, options) BENCHMARK_CAPTURE(walk, name, #name, options)->UseRealTime()->Unit(benchmark::kMillisecond)
 WALK(plain, "--live");
 WALK(bulk, "");
 WALK(plain_direct, "--live --library " DIRECT_LIBRARY);

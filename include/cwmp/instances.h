@@ -23,8 +23,7 @@ CWMP_EXPORT int __getInstanceMax(const char* package, const char* type);
 
 /* The number for a new section: the lowest gap, else one beyond the largest; beyond capacity, the lowest
  * number that no section has. */
-CWMP_EXPORT int __getInstanceNext(const char* package, const char* type, const char* option,
-                                  int32_t capacity);
+CWMP_EXPORT int __getInstanceNext(const char* package, const char* type, const char* option, int32_t capacity);
 
 #ifdef __cplusplus
 }

@@ -86,8 +86,8 @@ CWMP_EXPORT int msg_connCliAndSend(int identifier, struct cwmp_message_handle* h
  * the message. Waits without limit for a peer that is not bound yet. Afterwards the handle has a fresh socket
  * and the same peer, whatever the result, except when no address for the reply could be made.
  */
-CWMP_EXPORT int msg_sendAndGetReplyWithTimeout(struct cwmp_message_handle* handle,
-                                               struct cwmp_message* message, int seconds);
+CWMP_EXPORT int msg_sendAndGetReplyWithTimeout(struct cwmp_message_handle* handle, struct cwmp_message* message,
+                                               int seconds);
 
 #ifdef __cplusplus
 }

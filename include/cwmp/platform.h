@@ -124,8 +124,7 @@ CWMP_EXPORT int GetFrequencyPoll(int op, va_list args, char* value, int* locate,
  * TotalBytes, TotalPackets, TotalErrors and DiscardPackets, each with Sent or Received. A SET, an unknown
  * counter and a command that cannot be started are -1.
  */
-CWMP_EXPORT int get_TotalBytesAndPackets_by_name(int op, va_list args, const char* const names[3],
-                                                 const char* counter);
+CWMP_EXPORT int get_TotalBytesAndPackets_by_name(int op, va_list args, const char* const names[3], const char* counter);
 
 /* 0 when the management WAN (interface mg) or the internet WAN (interface wan) is up, else -1. */
 CWMP_EXPORT int check_br_mg_status(void);

@@ -39,12 +39,7 @@ enum cwmp_staged_object_id {
 #define CWMP_STAGED_OBJECTS 6
 
 /* The fields of each object, as its operations number them. */
-enum cwmp_pppoe_option {
-    CWMP_PPPOE_ENABLE,
-    CWMP_PPPOE_USERNAME,
-    CWMP_PPPOE_PASSWORD,
-    CWMP_PPPOE_DNS_SERVERS
-};
+enum cwmp_pppoe_option { CWMP_PPPOE_ENABLE, CWMP_PPPOE_USERNAME, CWMP_PPPOE_PASSWORD, CWMP_PPPOE_DNS_SERVERS };
 enum cwmp_dhcp_option { CWMP_DHCP_START_ADDRESS, CWMP_DHCP_END_ADDRESS, CWMP_DHCP_DNS_SERVERS };
 enum cwmp_lan_option { CWMP_LAN_ADDRESS, CWMP_LAN_MASK };
 enum cwmp_wan_option {
@@ -81,8 +76,7 @@ struct cwmp_dhcp_record {
     uint32_t checked;
 };
 CWMP_LAYOUT(sizeof(struct cwmp_dhcp_record) == 88 && offsetof(struct cwmp_dhcp_record, end_address) == 16 &&
-            offsetof(struct cwmp_dhcp_record, dns_servers) == 32 &&
-            offsetof(struct cwmp_dhcp_record, checked) == 84);
+            offsetof(struct cwmp_dhcp_record, dns_servers) == 32 && offsetof(struct cwmp_dhcp_record, checked) == 84);
 
 struct cwmp_lan_record {
     char address[16]; /* 15 */
@@ -101,8 +95,7 @@ struct cwmp_wan_record {
     uint32_t checked;
 };
 CWMP_LAYOUT(sizeof(struct cwmp_wan_record) == 124 && offsetof(struct cwmp_wan_record, mask) == 16 &&
-            offsetof(struct cwmp_wan_record, gateway) == 32 &&
-            offsetof(struct cwmp_wan_record, dns_servers) == 48 &&
+            offsetof(struct cwmp_wan_record, gateway) == 32 && offsetof(struct cwmp_wan_record, dns_servers) == 48 &&
             offsetof(struct cwmp_wan_record, type) == 98 && offsetof(struct cwmp_wan_record, checked) == 120);
 
 struct cwmp_iptv_record {
@@ -113,8 +106,7 @@ struct cwmp_iptv_record {
     uint32_t checked;
 };
 CWMP_LAYOUT(sizeof(struct cwmp_iptv_record) == 68 && offsetof(struct cwmp_iptv_record, type) == 4 &&
-            offsetof(struct cwmp_iptv_record, vlan_id) == 24 &&
-            offsetof(struct cwmp_iptv_record, priority) == 44 &&
+            offsetof(struct cwmp_iptv_record, vlan_id) == 24 && offsetof(struct cwmp_iptv_record, priority) == 44 &&
             offsetof(struct cwmp_iptv_record, checked) == 64);
 
 struct cwmp_vlan_record {

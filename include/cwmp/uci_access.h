@@ -28,8 +28,7 @@ CWMP_EXPORT int uciRawGetValueBypath(const char* package, const char* section, c
 /* The same in the live store. */
 CWMP_EXPORT int uciRawGetValue(const char* package, const char* section, const char* option, char* out);
 /* The same in the scratch packages. */
-CWMP_EXPORT int uciRawGetValue_tr069_config(const char* package, const char* section, const char* option,
-                                            char* out);
+CWMP_EXPORT int uciRawGetValue_tr069_config(const char* package, const char* section, const char* option, char* out);
 
 /*
  * Sets an option. With a confdir the directory (one level, mode 0775) and the package file are created when
@@ -37,25 +36,22 @@ CWMP_EXPORT int uciRawGetValue_tr069_config(const char* package, const char* sec
  * with its own name as type. An empty value deletes the option; when there is none it changes nothing and is
  * done. A refused commit (read-only store) is -1 within a transaction (transaction.h), else it is not reported.
  */
-CWMP_EXPORT int uciRawSetValueByPath(const char* package, const char* section, const char* option,
-                                     const char* value, const char* confdir);
+CWMP_EXPORT int uciRawSetValueByPath(const char* package, const char* section, const char* option, const char* value,
+                                     const char* confdir);
 /* Sets an option in the live store and, where the mirror policy asks for it, in a side copy. */
-CWMP_EXPORT int uciRawSetValue(const char* package, const char* section, const char* option,
-                               const char* value);
+CWMP_EXPORT int uciRawSetValue(const char* package, const char* section, const char* option, const char* value);
 /* Sets an option in the scratch packages. */
 CWMP_EXPORT int uciRawSetValue_tr069_config(const char* package, const char* section, const char* option,
                                             const char* value);
 
 /* Creates a named section of a type, with directory and package file as above; confdir NULL is "/etc/config".
  */
-CWMP_EXPORT int uciRawAddSectionBypath(const char* package, const char* section, const char* type,
-                                       const char* confdir);
+CWMP_EXPORT int uciRawAddSectionBypath(const char* package, const char* section, const char* type, const char* confdir);
 /* Adds a section to the live store and, where the mirror policy asks for it, to a side copy. */
 CWMP_EXPORT int uciRawAddSection(const char* package, const char* section, const char* type);
 
 /* Deletes a named section; confdir NULL is "/etc/config". Deleting what is not there is done. */
-CWMP_EXPORT int uciRawDelSectionBypath(const char* package, const char* section, const char* type,
-                                       const char* confdir);
+CWMP_EXPORT int uciRawDelSectionBypath(const char* package, const char* section, const char* type, const char* confdir);
 /* Deletes a section from the live store and, where the mirror policy asks for it, from a side copy. */
 CWMP_EXPORT int uciRawDelSection(const char* package, const char* section, const char* type);
 

@@ -29,8 +29,8 @@ CWMP_EXPORT int _get_wanIPconnection(const int* locate, char* value, const char*
  * for in the static WAN group: "ExternalIPAddress", "SubnetMask", "DefaultGateway" or "AddressingType"; any
  * other name is -1. commands and missing are used by GET only.
  */
-CWMP_EXPORT int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2],
-                                         const char* missing, const char* name);
+CWMP_EXPORT int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2], const char* missing,
+                                         const char* name);
 
 /*
  * The connection's name servers, "PRIMARY,SECONDARY" with "0.0.0.0" for each that is missing: those set for a

@@ -12,9 +12,7 @@
 namespace cwmp {
 namespace {
 
-std::string package_file(const char* confdir, const char* package) {
-    return std::string(confdir) + "/" + package;
-}
+std::string package_file(const char* confdir, const char* package) { return std::string(confdir) + "/" + package; }
 
 bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 
@@ -56,8 +54,7 @@ constexpr const char* kDelete = "uciRawDelSectionBypath";
 
 }  // namespace
 
-Batch::Batch(const char* package, const char* confdir)
-    : package_(package), confdir_(confdir), context_(confdir) {}
+Batch::Batch(const char* package, const char* confdir) : package_(package), confdir_(confdir), context_(confdir) {}
 
 bool Batch::load() {
     return context_ && package_ != nullptr && (context_.is_loaded() || context_.load_to_change(package_));
@@ -127,15 +124,13 @@ int Batch::set(const char* section, const char* option, const char* value) {
 }
 
 int Batch::add_section(const char* section, const char* type) {
-    if (!is_usable(kAdd, section != nullptr && type != nullptr, "Invalid parameter.\n\n"))
-        return refuse_change();
+    if (!is_usable(kAdd, section != nullptr && type != nullptr, "Invalid parameter.\n\n")) return refuse_change();
     if (!ensure_package_file(directory(), package_, kAdd) || !open(kAdd)) return refuse_change();
     return changed(kAdd, section, type, context_.set_section(section, type));
 }
 
 int Batch::delete_section(const char* section, const char* type) {
-    if (!is_usable(kDelete, section != nullptr && type != nullptr, "Invalid parameter.\n\n"))
-        return refuse_change();
+    if (!is_usable(kDelete, section != nullptr && type != nullptr, "Invalid parameter.\n\n")) return refuse_change();
     const std::string path = package_file(directory(), package_);
     if (!exists(path)) {
         LOG_ERROR_AS(kDelete, "(%s) is not existed, section will not be deleted\n", path.c_str());
@@ -143,8 +138,7 @@ int Batch::delete_section(const char* section, const char* type) {
     }
     if (!open(kDelete)) return refuse_change();
     if (context_.section(section) == nullptr) {
-        LOG_ERROR_AS(kDelete, "(%s.%s.%s) is not existed, section will not be deleted\n", package_, type,
-                     section);
+        LOG_ERROR_AS(kDelete, "(%s.%s.%s) is not existed, section will not be deleted\n", package_, type, section);
         return 0;
     }
     return changed(kDelete, type, section, context_.delete_section(section));

@@ -63,9 +63,7 @@ class MirroredBatch {
     std::optional<std::string> value(const char* section, const char* option) const {
         return live_.value(section, option);
     }
-    std::optional<std::string> read(const char* section, const char* option) {
-        return live_.read(section, option);
-    }
+    std::optional<std::string> read(const char* section, const char* option) { return live_.read(section, option); }
 
     int set(const char* section, const char* option, const char* value);
     int add_section(const char* section, const char* type);

@@ -26,8 +26,7 @@ int next_instance(const std::vector<int32_t>& numbers, int32_t capacity) {
 }
 
 // In file order, a section without a number included; nothing when the package cannot be loaded.
-std::vector<std::optional<int32_t>> stored_numbers(const char* package, const char* type,
-                                                   const char* option) {
+std::vector<std::optional<int32_t>> stored_numbers(const char* package, const char* type, const char* option) {
     std::vector<std::optional<int32_t>> numbers;
     UciContext context(kLiveStore);
     if (!context || !context.load(package)) return numbers;

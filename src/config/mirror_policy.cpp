@@ -71,18 +71,15 @@ int MirroredBatch::change(const char* function, const char* section, const char*
 }
 
 int MirroredBatch::set(const char* section, const char* option, const char* value) {
-    return change("uciRawSetValue", section, option,
-                  [=](Batch& batch) { return batch.set(section, option, value); });
+    return change("uciRawSetValue", section, option, [=](Batch& batch) { return batch.set(section, option, value); });
 }
 
 int MirroredBatch::add_section(const char* section, const char* type) {
-    return change("uciRawAddSection", section, type,
-                  [=](Batch& batch) { return batch.add_section(section, type); });
+    return change("uciRawAddSection", section, type, [=](Batch& batch) { return batch.add_section(section, type); });
 }
 
 int MirroredBatch::delete_section(const char* section, const char* type) {
-    return change("uciRawDelSection", section, type,
-                  [=](Batch& batch) { return batch.delete_section(section, type); });
+    return change("uciRawDelSection", section, type, [=](Batch& batch) { return batch.delete_section(section, type); });
 }
 
 bool MirroredBatch::commit(Caller caller) {

@@ -159,8 +159,7 @@ bool undo(const std::string& notes) {
         const std::size_t end = notes.find('\t', package) + 1;
         const auto begins = std::string_view(notes).substr(at, end - at);
         // A cut transaction may have noted the same package before.
-        if (notes.find(begins) == at)
-            undone = undo_package(notes, begins.substr(kBegins.size() - 1)) && undone;
+        if (notes.find(begins) == at) undone = undo_package(notes, begins.substr(kBegins.size() - 1)) && undone;
     }
     if (!undone) keep_notes();
     return undone;

@@ -16,8 +16,7 @@ std::optional<std::string> cwmp::read_option(const char* package, const char* se
     return read_option(context, section, option);
 }
 
-std::optional<std::string> cwmp::read_option(const UciContext& context, const char* section,
-                                             const char* option) {
+std::optional<std::string> cwmp::read_option(const UciContext& context, const char* section, const char* option) {
     constexpr const char* kFunction = "uciRawGetValueBypath";
     if (!context) return no_value(LOG_FAILURE_AS(kFunction, "Fail to alloc context for uci.\n\n"));
     if (!context.is_loaded()) return no_value(LOG_FAILURE_AS(kFunction, "Fail to load uci package.\n\n"));
@@ -32,13 +31,12 @@ std::optional<std::string> cwmp::read_option(const char* package, const char* se
     return read_option(package, section, option, kLiveStore);
 }
 
-bool cwmp::write_option(const char* package, const char* section, const char* option,
-                        const std::string& value) {
+bool cwmp::write_option(const char* package, const char* section, const char* option, const std::string& value) {
     return uciRawSetValue(package, section, option, value.c_str()) == 0;
 }
 
-bool cwmp::write_option(const char* package, const char* section, const char* option,
-                        const std::string& value, const char* confdir) {
+bool cwmp::write_option(const char* package, const char* section, const char* option, const std::string& value,
+                        const char* confdir) {
     return uciRawSetValueByPath(package, section, option, value.c_str(), confdir) == 0;
 }
 
@@ -50,8 +48,7 @@ bool cwmp::write_together(const char* package, std::initializer_list<Setting> se
     return finish(batch, result) == 0;
 }
 
-int uciRawGetValueBypath(const char* package, const char* section, const char* option, char* out,
-                         const char* confdir) {
+int uciRawGetValueBypath(const char* package, const char* section, const char* option, char* out, const char* confdir) {
     if (package == nullptr || section == nullptr || option == nullptr || out == nullptr) return -1;
     const auto value = read_option(package, section, option, confdir);
     if (!value) return -1;
@@ -73,8 +70,7 @@ int uciRawSetValueByPath(const char* package, const char* section, const char* o
     return finish(batch, batch.set(section, option, value));
 }
 
-int uciRawSetValue_tr069_config(const char* package, const char* section, const char* option,
-                                const char* value) {
+int uciRawSetValue_tr069_config(const char* package, const char* section, const char* option, const char* value) {
     return uciRawSetValueByPath(package, section, option, value, kScratchStore);
 }
 

@@ -40,8 +40,7 @@ bool is_uci_name(std::string_view name) {
 }
 
 bool is_uci_package(std::string_view name) {
-    return !name.empty() &&
-           std::all_of(name.begin(), name.end(), [](char c) { return is_name_letter(c) || c == '-'; });
+    return !name.empty() && std::all_of(name.begin(), name.end(), [](char c) { return is_name_letter(c) || c == '-'; });
 }
 
 // Any printable text, but for what would be quotes or a comment in the file: a type is written bare.
@@ -59,16 +58,13 @@ std::string staged_file(const uci_context* context, const char* package) {
 bool is_uci_value(const char* value) { return uci_validate_text(value); }
 
 UciContext::UciContext(const char* confdir)
-    : confdir_(confdir != nullptr ? confdir : kLiveStore),
-      store_(store_of(confdir_)),
-      context_(uci_alloc_context()) {
+    : confdir_(confdir != nullptr ? confdir : kLiveStore), store_(store_of(confdir_)), context_(uci_alloc_context()) {
     if (context_ == nullptr || confdir == nullptr) return;
     uci_set_confdir(context_.get(), confdir);
     if (store_ != Store::kLive) use_private_save_directory(context_.get(), confdir);
 }
 
-UciContext::UciContext(const char* confdir, const char* savedir)
-    : confdir_(confdir), context_(uci_alloc_context()) {
+UciContext::UciContext(const char* confdir, const char* savedir) : confdir_(confdir), context_(uci_alloc_context()) {
     if (context_ == nullptr) return;
     uci_set_confdir(context_.get(), confdir);
     uci_set_savedir(context_.get(), savedir);
@@ -182,16 +178,14 @@ bool UciContext::store_text(std::string_view text, Caller caller) {
 // What another tool has staged since the package was loaded stays.
 void UciContext::forget_staged(Caller caller) {
     constexpr int kPatience = 1000;
-    const Descriptor file(
-        open(staged_file(context_.get(), package_->e.name).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    const Descriptor file(open(staged_file(context_.get(), package_->e.name).c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
     if (!file || !lock_within(file.get(), kPatience)) return;
     const auto text = read_whole(file.get());
     const std::string_view staged = text ? *text : std::string_view();
     const auto known = std::min(staged.size(), static_cast<std::size_t>(staged_));
     if (known == 0) return;
     if (staged[known - 1] != '\n' || uci_list_empty(&package_->saved_delta)) {
-        log_event(caller, kError, "staged changes of package %s are broken, they are dropped\n\n",
-                  package_->e.name);
+        log_event(caller, kError, "staged changes of package %s are broken, they are dropped\n\n", package_->e.name);
     }
     if (ftruncate(file.get(), 0) == 0 && staged.size() > known) write_whole(file.get(), staged.substr(known));
 }

@@ -17,8 +17,7 @@ class Export {
         // Without this buffer libuci would write what it cannot escape as it is.
         if (context->buf == nullptr && (context->buf = static_cast<char*>(std::malloc(kBuffer))) != nullptr)
             context->bufsz = kBuffer;
-        const bool exported = context->buf != nullptr &&
-                              uci_export(context, stream, package, false) == UCI_OK &&
+        const bool exported = context->buf != nullptr && uci_export(context, stream, package, false) == UCI_OK &&
                               std::ferror(stream) == 0;
         // Its last allocation may fail as the stream is closed, which fclose does not tell.
         whole_ = std::fclose(stream) == 0 && exported && text_ != nullptr;

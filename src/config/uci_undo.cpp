@@ -40,8 +40,7 @@ void move_to(uci_list& all, uci_element& element, int place) {
 
 // A package's text as this version of libuci writes it, empty for one that is none; nothing when something fails.
 std::optional<std::string> rewritten(const std::string& text, const char* package) {
-    const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(),
-                                                                            uci_free_context);
+    const std::unique_ptr<uci_context, decltype(&uci_free_context)> context(uci_alloc_context(), uci_free_context);
     std::string source = text + '\n';
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(fmemopen(source.data(), source.size(), "r"),
                                                                  std::fclose);
@@ -64,8 +63,7 @@ void UciContext::note_section(const char* name) {
     if (found == nullptr) {
         note << "0"sv << kAbsent;
     } else {
-        note << place_of(package_->sections, found->e) << (found->anonymous ? kAnonymous : kNamed)
-             << found->type;
+        note << place_of(package_->sections, found->e) << (found->anonymous ? kAnonymous : kNamed) << found->type;
     }
     notes_ += note.line();
 }

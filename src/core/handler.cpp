@@ -37,9 +37,7 @@ int answer_in(char* value, std::string_view text) {
 int GetArguments::answer(std::string_view text) const { return answer_in(value_, text); }
 int GetArguments::answer(const char* text) const { return answer(std::string_view(text)); }
 int GetArguments::answer(const std::string& text) const { return answer(std::string_view(text)); }
-int GetArguments::answer(const std::optional<std::string>& text) const {
-    return text ? answer(*text) : kRefused;
-}
+int GetArguments::answer(const std::optional<std::string>& text) const { return text ? answer(*text) : kRefused; }
 
 int answer(Arguments args, std::string_view text) { return GetArguments(args).answer(text); }
 int answer(Arguments args, const char* text) { return answer(args, std::string_view(text)); }
@@ -77,8 +75,6 @@ int tolerant_constant(int op, Arguments args, const char* text) {
     return op == CWMP_OP_GET ? constant(op, args, text) : kDone;
 }
 
-int constant(int op, Arguments args, const char* text) {
-    return op == CWMP_OP_GET ? answer(args, text) : kRefused;
-}
+int constant(int op, Arguments args, const char* text) { return op == CWMP_OP_GET ? answer(args, text) : kRefused; }
 
 }  // namespace cwmp

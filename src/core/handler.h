@@ -11,8 +11,7 @@
 #include "cwmp/handler.h"
 
 // Defines or declares a parameter handler. The parameters are named op and args; a forward passes both on.
-#define HANDLER(name) \
-    extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] cwmp::Arguments args)
+#define HANDLER(name) extern "C" CWMP_EXPORT int name([[maybe_unused]] int op, [[maybe_unused]] cwmp::Arguments args)
 
 // A handler that is one block with its arguments: PARAMETER(NAME, constant, "1").
 #define PARAMETER(name, block, ...) \

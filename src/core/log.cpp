@@ -80,9 +80,7 @@ const char* Caller::function() const {
 }
 
 // The console is the last resort: when even its shell fails, nobody is left to be told.
-void echo_on_console(const std::string& line) {
-    run_shell(("echo \"" + line + "\" > /dev/console \r\n").c_str());
-}
+void echo_on_console(const std::string& line) { run_shell(("echo \"" + line + "\" > /dev/console \r\n").c_str()); }
 
 void log_event(Caller caller, int level, const char* format, ...) {
     if (level > l_dbglvl && told == nullptr) return;

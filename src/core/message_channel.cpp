@@ -19,9 +19,7 @@ namespace {
 constexpr const char* kUnit = "os_msgLinux";
 constexpr useconds_t kUntilBound = 10 * 1000;
 
-void require(const cwmp_message_handle* handle) {
-    CONTRACT_ASSERT(kUnit, handle != nullptr, "pMsgFd != NULL");
-}
+void require(const cwmp_message_handle* handle) { CONTRACT_ASSERT(kUnit, handle != nullptr, "pMsgFd != NULL"); }
 
 void require(const cwmp_message_handle* handle, const cwmp_message* message) {
     CONTRACT_ASSERT(kUnit, handle != nullptr && message != nullptr, "(pMsgFd != NULL) && (pMsgBuff != NULL)");
@@ -34,14 +32,11 @@ sockaddr_un address_of(const char* path) {
     return address;
 }
 
-sockaddr_un address_of(int identifier) {
-    return address_of(cwmp::formatted("/var/tmp/%d", identifier).c_str());
-}
+sockaddr_un address_of(int identifier) { return address_of(cwmp::formatted("/var/tmp/%d", identifier).c_str()); }
 
 // The kernel is told the path without its terminator.
 socklen_t length_of(const sockaddr_un& address) {
-    return static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) +
-                                  strnlen(address.sun_path, sizeof address.sun_path));
+    return static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + strnlen(address.sun_path, sizeof address.sun_path));
 }
 
 const sockaddr* generic(const sockaddr_un& address) { return reinterpret_cast<const sockaddr*>(&address); }
@@ -60,8 +55,8 @@ bool bind_to_local(const cwmp_message_handle& handle) {
 
 // 0, or why the message was not sent: errno, taken before anything is printed.
 int send_once(const cwmp_message_handle& handle, const cwmp_message& message, int flags) {
-    const ssize_t sent = sendto(handle.descriptor, &message, sizeof message, flags, generic(handle.peer),
-                                length_of(handle.peer));
+    const ssize_t sent =
+        sendto(handle.descriptor, &message, sizeof message, flags, generic(handle.peer), length_of(handle.peer));
     return sent < 0 ? errno : 0;
 }
 
@@ -92,8 +87,7 @@ bool set_receive_timeout(int descriptor, int seconds) {
 }
 
 bool receive_reply(int descriptor, cwmp_message& message) {
-    if (succeeded("recvfrom", recvfrom(descriptor, &message, sizeof message, 0, nullptr, nullptr) >= 0))
-        return true;
+    if (succeeded("recvfrom", recvfrom(descriptor, &message, sizeof message, 0, nullptr, nullptr) >= 0)) return true;
     std::printf("pid %d recvfrom error\n", getpid());
     return false;
 }
@@ -134,8 +128,8 @@ int msg_recv(cwmp_message_handle* handle, cwmp_message* message) {
     // A sender without an address must not leave the one before it as the peer.
     sockaddr_un sender = {};
     socklen_t length = sizeof sender;
-    const ssize_t received = recvfrom(handle->descriptor, message, sizeof *message, 0,
-                                      reinterpret_cast<sockaddr*>(&sender), &length);
+    const ssize_t received =
+        recvfrom(handle->descriptor, message, sizeof *message, 0, reinterpret_cast<sockaddr*>(&sender), &length);
     if (!succeeded("recvfrom", received >= 0)) return -1;
     handle->peer = sender;
     return 0;
@@ -205,8 +199,7 @@ int msg_sendAndGetReplyWithTimeout(cwmp_message_handle* handle, cwmp_message* me
         close(reserved);
         return -1;
     }
-    const bool replied = send_to_bound(*handle, *message) == 0 &&
-                         set_receive_timeout(handle->descriptor, seconds) &&
+    const bool replied = send_to_bound(*handle, *message) == 0 && set_receive_timeout(handle->descriptor, seconds) &&
                          receive_reply(handle->descriptor, *message);
     set_receive_timeout(handle->descriptor, 0);
     close(reserved);

@@ -31,9 +31,7 @@ std::string decimal(std::int64_t number) { return formatted("%" PRId64, number);
 
 bool contains(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
-std::string leading_digits(const std::string& text) {
-    return text.substr(0, text.find_first_not_of("0123456789"));
-}
+std::string leading_digits(const std::string& text) { return text.substr(0, text.find_first_not_of("0123456789")); }
 
 bool all_digits(const std::string& text) { return !text.empty() && leading_digits(text) == text; }
 

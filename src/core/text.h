@@ -30,8 +30,7 @@ std::string leading_digits(const std::string& text);
 
 // The first word of text from position on, blanks being the separators given; moves position behind it.
 // Empty at the end of the text.
-std::string_view next_word(std::string_view text, std::size_t& position,
-                           std::string_view separators = " \t\n"sv);
+std::string_view next_word(std::string_view text, std::size_t& position, std::string_view separators = " \t\n"sv);
 
 // Copies a text into a fixed field, cut to fit and always terminated.
 template <std::size_t size>

@@ -86,8 +86,7 @@ int libutil_macStrToEth(const char* text, uint8_t mac[6]) {
 
 int libutil_addrNumToStr(uint32_t address, char* text) {
     if (text == nullptr) return 0;
-    std::snprintf(text, 16, "%u.%u.%u.%u", address >> 24, address >> 16 & 255, address >> 8 & 255,
-                  address & 255);
+    std::snprintf(text, 16, "%u.%u.%u.%u", address >> 24, address >> 16 & 255, address >> 8 & 255, address & 255);
     return 0;
 }
 
@@ -146,8 +145,7 @@ int libutil_netChkLegalIpAddr(const char* text) {
     return first != 0 && first != 127 && first < 224 ? 1 : 0;
 }
 
-int libutil_netChkSameSubnet(const char* test, const char* second_mask, const char* address,
-                             const char* mask) {
+int libutil_netChkSameSubnet(const char* test, const char* second_mask, const char* address, const char* mask) {
     CONTRACT_ASSERT(kUnit, test != nullptr && address != nullptr && mask != nullptr,
                     "(pStrTestIp != NULL) && (pStrIp != NULL) && (pStrMask != NULL)");
     const uint32_t tested = cwmp::address_number(test);

@@ -99,8 +99,8 @@ int concatCmd(char* command, int index, const char* word) {
         // A switch port has no network interface of its own: the query names one that never exists.
         std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "ifconfig eth%d | grep HWaddr | awk '{print $5}'", -1);
     } else {
-        std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "eth_link_status_get %s %s %d", word,
-                      shell_word(*name).c_str(), port);
+        std::snprintf(command, CWMP_PORT_COMMAND_SIZE, "eth_link_status_get %s %s %d", word, shell_word(*name).c_str(),
+                      port);
     }
     return 0;
 }

@@ -123,9 +123,7 @@ const WanType* current_wan_type() {
     return stored ? row_with(kWanTypes, &WanType::name, *stored) : nullptr;
 }
 
-bool serves_current_wan(unsigned int function) {
-    return (function >= 41 && function <= 46) || function == 50;
-}
+bool serves_current_wan(unsigned int function) { return (function >= 41 && function <= 46) || function == 50; }
 
 }  // namespace
 const char* getWanInterface() {

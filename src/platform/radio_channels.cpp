@@ -20,8 +20,7 @@ enum : int { kBand2G = 1, kBand5G = 2 };
 constexpr std::size_t kListSize = 1024;
 
 // The 2.4 GHz radio's conditions come first, whatever the other arguments say.
-const std::string* choose_radio(const int* locate, int band, const std::string& radio_2g,
-                                const std::string& radio_5g) {
+const std::string* choose_radio(const int* locate, int band, const std::string& radio_2g, const std::string& radio_5g) {
     if ((locate[0] == 1 && locate[1] == 1) || band == kBand2G) return &radio_2g;
     if ((locate[0] == 1 && locate[1] == 2) || band == kBand5G) return &radio_5g;
     return nullptr;

@@ -22,9 +22,8 @@ struct Counter {
 
 // Fields of a /proc/net/dev line; field 0 is the interface name with its colon.
 constexpr Counter kCounters[] = {
-    {"TotalBytesReceived", 1},     {"TotalPacketsReceived", 2}, {"TotalErrorsReceived", 3},
-    {"DiscardPacketsReceived", 4}, {"TotalBytesSent", 9},       {"TotalPacketsSent", 10},
-    {"TotalErrorsSent", 11},       {"DiscardPacketsSent", 12},
+    {"TotalBytesReceived", 1}, {"TotalPacketsReceived", 2}, {"TotalErrorsReceived", 3}, {"DiscardPacketsReceived", 4},
+    {"TotalBytesSent", 9},     {"TotalPacketsSent", 10},    {"TotalErrorsSent", 11},    {"DiscardPacketsSent", 12},
 };
 constexpr int kFields = 14;
 
@@ -38,8 +37,8 @@ struct Fields {
 Fields scan(const char* line) {
     Fields fields;
     auto& f = fields.text;
-    std::sscanf(line, "%14s%19s%19s%14s%14s%14s%14s%14s%14s%19s%19s%19s%19s%19s", f[0], f[1], f[2], f[3],
-                f[4], f[5], f[6], f[7], f[8], f[9], f[10], f[11], f[12], f[13]);
+    std::sscanf(line, "%14s%19s%19s%14s%14s%14s%14s%14s%14s%19s%19s%19s%19s%19s", f[0], f[1], f[2], f[3], f[4], f[5],
+                f[6], f[7], f[8], f[9], f[10], f[11], f[12], f[13]);
     return fields;
 }
 

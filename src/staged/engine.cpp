@@ -21,8 +21,7 @@ void forget_in_force() {
     for (const Object* object : kObjects) Record::revert(*object).clear();
 }
 
-int put(const Object& object, const Record& record, int option, const char* value, bool true_enables,
-        Caller caller) {
+int put(const Object& object, const Record& record, int option, const char* value, bool true_enables, Caller caller) {
     const char* shown = value != nullptr ? value : "(null)";
     if (object.prints) std::printf("!!!option:%d, val:%s\n", option, shown);
     log_event(caller, kProgress, "!!!option:%d, val:%s\n\n", option, shown);

@@ -28,10 +28,7 @@ namespace cwmp::staged {
 class Check {
   public:
     Check(const Object& object, Caller caller)
-        : object_(object),
-          staging_(Record::staging(object)),
-          revert_(Record::revert(object)),
-          caller_(caller) {}
+        : object_(object), staging_(Record::staging(object)), revert_(Record::revert(object)), caller_(caller) {}
 
     std::string_view text(int option) const { return staging_.text(option); }
     // As a reader that knows no field's end sees it: a text that fills its field runs on into the next.

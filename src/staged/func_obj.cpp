@@ -11,8 +11,7 @@ const cwmp_staged_object func_obj_table[CWMP_STAGED_OBJECTS] = {
     {wan_pre, wan_check, wan_set},       {iptv_pre, iptv_check, iptv_set}, {vlan_pre, vlan_check, vlan_set},
 };
 
-const Object* const cwmp::staged::kObjects[CWMP_STAGED_OBJECTS] = {&kPppoe, &kDhcp, &kLan,
-                                                                   &kWan,   &kIptv, &kVlan};
+const Object* const cwmp::staged::kObjects[CWMP_STAGED_OBJECTS] = {&kPppoe, &kDhcp, &kLan, &kWan, &kIptv, &kVlan};
 
 int func_obj_exec(int object, int option, int mode, const char* value, unsigned int* flags) {
     if (object < 0 || object >= CWMP_STAGED_OBJECTS) return -1;
@@ -44,8 +43,7 @@ void func_obj_restore() {
 
 bool cwmp::staged::apply_all(unsigned int* flags) {
     bool accepted = true;
-    for (const cwmp_staged_object& operations : func_obj_table)
-        accepted = operations.set(flags) != 0 && accepted;
+    for (const cwmp_staged_object& operations : func_obj_table) accepted = operations.set(flags) != 0 && accepted;
     forget_groups();
     return accepted;
 }

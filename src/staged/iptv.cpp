@@ -15,8 +15,8 @@ Iptv iptv_obj_data_revert;
 namespace {
 
 void log_settings(Caller caller) {
-    log_event(caller, kProgress, "enable=%d, %.*s, %.*s , %.*s \n\n", iptv_obj_data.enable, 19,
-              iptv_obj_data.vlan_id, 19, iptv_obj_data.type, 19, iptv_obj_data.priority);
+    log_event(caller, kProgress, "enable=%d, %.*s, %.*s , %.*s \n\n", iptv_obj_data.enable, 19, iptv_obj_data.vlan_id,
+              19, iptv_obj_data.type, 19, iptv_obj_data.priority);
 }
 
 Refusal type(const Check& group) {
@@ -25,9 +25,7 @@ Refusal type(const Check& group) {
     return unless(type == "normal" || type == "bridge", {"!!!  iptv type check fail\n\n"});
 }
 
-Refusal vlan_id(const Check& group) {
-    return group.number(CWMP_IPTV_VLAN_ID, 2, 4094, "!!! iptv vid check fail \n\n");
-}
+Refusal vlan_id(const Check& group) { return group.number(CWMP_IPTV_VLAN_ID, 2, 4094, "!!! iptv vid check fail \n\n"); }
 
 Refusal priority(const Check& group) {
     const bool staged = group.staged(CWMP_IPTV_PRIORITY);

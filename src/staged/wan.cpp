@@ -31,9 +31,7 @@ Refusal type(const Check& group) {
 
 Refusal address(const Check& group) { return group.address(CWMP_WAN_ADDRESS, "!!! wan ip check fail \n\n"); }
 Refusal mask(const Check& group) { return group.address(CWMP_WAN_MASK, "!!! wan mask check fail \n\n"); }
-Refusal gateway(const Check& group) {
-    return group.address(CWMP_WAN_GATEWAY, "!!! wan gate check fail \n\n");
-}
+Refusal gateway(const Check& group) { return group.address(CWMP_WAN_GATEWAY, "!!! wan gate check fail \n\n"); }
 
 }  // namespace
 

@@ -105,10 +105,10 @@ TEST_F(Config, StrangersNamesAreNotUsed) {
     FROM_LIBRARY(add_revert_item)("a", "b", nullptr);
     EXPECT_EQ(fs::status(kJournal).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     file("/tmp/victim", "kept");
-    for (const auto& occupy : std::initializer_list<void (*)()>{
-             [] { mkfifo(kJournal, 0600); }, [] { fs::create_directory(kJournal); },
-             [] { fs::create_symlink("/tmp/victim", kJournal); },
-             [] { fs::create_hard_link("/tmp/victim", kJournal); }}) {
+    for (const auto& occupy :
+         std::initializer_list<void (*)()>{[] { mkfifo(kJournal, 0600); }, [] { fs::create_directory(kJournal); },
+                                           [] { fs::create_symlink("/tmp/victim", kJournal); },
+                                           [] { fs::create_hard_link("/tmp/victim", kJournal); }}) {
         fs::remove(kJournal);
         occupy();
         FROM_LIBRARY(add_revert_item)("a", "b", nullptr);

@@ -118,8 +118,7 @@ TEST_F(MessageChannel, ARequestWithoutReplyEndsInTimeAndLeavesTheHandleUsable) {
     const auto start = std::time(nullptr);
     EXPECT_EQ(request(handle, message, 1), -1);
     EXPECT_LE(std::time(nullptr) - start, 3);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "pid " + std::to_string(getpid()) + " recvfrom error\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "pid " + std::to_string(getpid()) + " recvfrom error\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "recvfrom: Resource temporarily unavailable\n");
     EXPECT_EQ(reply_addresses(), 0);
     message.type = kType;
@@ -167,8 +166,7 @@ TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
                                            {kType, {EMSGSIZE}, 1, 0, EMSGSIZE},
                                            {kAtOnce, {EAGAIN}, 1, 0, EAGAIN}}) {
         SCOPED_TRACE(std::to_string(row.type) + " " + testing::PrintToString(row.failures));
-        const std::string what =
-            "pid " + std::to_string(getpid()) + " send " + std::to_string(row.type) + " error";
+        const std::string what = "pid " + std::to_string(getpid()) + " send " + std::to_string(row.type) + " error";
         std::string lines, reasons;
         for (int i = 0; i < row.unbound_lines; ++i, reasons += "sendto: No such file or directory\n")
             lines += what + "\n";

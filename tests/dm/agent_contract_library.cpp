@@ -47,8 +47,7 @@ int parameter(const char* name, int op, va_list args, const char* answer, unsign
     unsigned* flags = op == CWMP_OP_GET ? nullptr : va_arg(args, unsigned*);
     const auto* agent = va_arg(args, const cwmp_agent_state*);
     std::string text = flags ? value : "";
-    if (agent)
-        text = text + agent->acs_url + ' ' + agent->host + ' ' + std::to_string(agent->port) + agent->path;
+    if (agent) text = text + agent->acs_url + ' ' + agent->host + ' ' + std::to_string(agent->port) + agent->path;
     record(name, op, locate, text.c_str());
     if (flags) {
         if (value == "refuse" + std::to_string(op)) return -1;
@@ -126,9 +125,7 @@ EXPORT int cwmp_transaction_end(int keep, unsigned* flags) {
     *flags |= keep ? 0 : 0x40;
     return answer("AGENT_END", "0", keep ? "keep" : "undo");
 }
-EXPORT int cwmp_transaction_recover(unsigned* flags) {
-    return *flags |= 0x40, answer("AGENT_END", "1", "recover");
-}
+EXPORT int cwmp_transaction_recover(unsigned* flags) { return *flags |= 0x40, answer("AGENT_END", "1", "recover"); }
 EXPORT void cwmp_listen(void (*listener)(int level, const char* line)) { told = listener; }
 EXPORT const char* cwmp_last_refusal(void) { return setting("AGENT_REASON", ""); }
 EXPORT int debug_level(int, va_list args) {

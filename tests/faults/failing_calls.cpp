@@ -26,8 +26,7 @@ std::atomic<int>* counts = nullptr;
 __attribute__((constructor)) void read_fault() {
     char file[64];
     const char* fault = std::getenv("FAULT");
-    if (fault == nullptr || std::sscanf(fault, "%d %d %d %d %63s", &failing, &at, &lasts, &armed, file) != 5)
-        return;
+    if (fault == nullptr || std::sscanf(fault, "%d %d %d %d %63s", &failing, &at, &lasts, &armed, file) != 5) return;
     const int shared = open(file, O_RDWR | O_CLOEXEC);
     void* page = mmap(nullptr, kKinds * sizeof *counts, PROT_READ | PROT_WRITE, MAP_SHARED, shared, 0);
     close(shared);

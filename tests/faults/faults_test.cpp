@@ -58,8 +58,8 @@ Row rows[] = {
     {"refused in check", kHost + "transaction 3", Holds::transaction, true},
     {"refused in apply", kHost + "transaction 1", Holds::transaction, true},
     {"dm set", kSettings, Holds::transaction, false, true},
-    {"dm set, refused", kSettings + "Device.ManagementServer.STUNMinimumKeepAlivePeriod=9999999",
-     Holds::transaction, true, true},
+    {"dm set, refused", kSettings + "Device.ManagementServer.STUNMinimumKeepAlivePeriod=9999999", Holds::transaction,
+     true, true},
     {"a scan", kHost + "scan", Holds::scan},
 };
 
@@ -71,8 +71,7 @@ struct Point {
     bool lasts = false;
 
     std::string name() const {
-        return std::string(row->name) + ", " + host::kNames[kind] + ' ' + to_string(at) +
-               (lasts ? " on" : "");
+        return std::string(row->name) + ", " + host::kNames[kind] + ' ' + to_string(at) + (lasts ? " on" : "");
     }
 };
 
@@ -186,8 +185,7 @@ auto fault_points(unsigned seed) {
         row.wanted = row.refused ? old : world();
         int calls[host::kKinds] = {};
         std::ifstream(kCounts).read(reinterpret_cast<char*>(calls), sizeof calls);
-        report(row.name,
-               (code != 0) == row.refused ? fault_of(nowhere, code) : "ended with " + to_string(code));
+        report(row.name, (code != 0) == row.refused ? fault_of(nowhere, code) : "ended with " + to_string(code));
         if (row.is_dm) calls[host::kMalloc] = 0;
         if (row.holds != Holds::scan) calls[host::kRoom] = kMostRoom;
         for (int kind = 0; kind < host::kKinds; ++kind) {
@@ -198,8 +196,7 @@ auto fault_points(unsigned seed) {
                 if (kind != host::kKill && kind != host::kRoom) of_kind.push_back({&row, kind, at, true});
             }
             std::shuffle(of_kind.begin(), of_kind.end(), random);
-            for (std::size_t i = 0; i < of_kind.size(); ++i)
-                points.emplace(std::pair(i, random()), of_kind[i]);
+            for (std::size_t i = 0; i < of_kind.size(); ++i) points.emplace(std::pair(i, random()), of_kind[i]);
         }
     }
     return points;

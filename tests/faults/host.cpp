@@ -54,22 +54,18 @@ std::string add_mapping() {
     return call("NAT_PortMapping", CWMP_OP_ADD, number) == 0 ? number : "";
 }
 
-bool erase(const char* object, const std::string& number) {
-    return call(object, CWMP_OP_DELETE, number.c_str()) == 0;
-}
+bool erase(const char* object, const std::string& number) { return call(object, CWMP_OP_DELETE, number.c_str()) == 0; }
 
 // Three packages, one of them with a side copy, an added and a deleted instance, two groups.
 int transaction(int refused_pass) {
     const std::string lan = "LANDevice_LANHostConfigManagement_";
-    const std::vector<Setting> settings = {{"DeviceInfo_ProvisioningCode", "changed"},
-                                           {"ManagementServer_PeriodicInformInterval", "4711"},
-                                           {"WiFi_SSID_SSID", "changed", 2},
-                                           {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
-                                           {lan + "MinAddress", "192.168.0.110"},
-                                           {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
+    const std::vector<Setting> settings = {
+        {"DeviceInfo_ProvisioningCode", "changed"}, {"ManagementServer_PeriodicInformInterval", "4711"},
+        {"WiFi_SSID_SSID", "changed", 2},           {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
+        {lan + "MinAddress", "192.168.0.110"},      {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
     if (LIBRARY(cwmp_transaction_begin)(10'000) != 0) return kBusy;
-    const bool done = !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") &&
-                      set_all(settings, refused_pass);
+    const bool done =
+        !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings, refused_pass);
     if (LIBRARY(cwmp_transaction_end)(done, &flags) != 0) return kNotUndone;
     return done ? kDone : kUndone;
 }
@@ -112,8 +108,7 @@ bool call_often(int rounds) {
     const auto some_calls = [](int i) {
         get("DeviceInfo_ModelName"), get("WiFi_SSID_SSID"), get("Hosts_HostNumberOfEntries");
         if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
-        return i % 64 != 0 ||
-               (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
+        return i % 64 != 0 || (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
     };
     constexpr int kWarm = 130;
     constexpr long kMorePages = 32;
@@ -130,8 +125,7 @@ bool call_often(int rounds) {
 bool one_round(const std::string& operation, const std::string& name, int number) {
     if (operation == "option") return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
     if (operation == "add") return !add_mapping().empty();
-    if (operation == "scan")
-        return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
+    if (operation == "scan") return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
     if (operation == "refused") return transaction(CWMP_OP_APPLY) == kUndone;
     if (operation == "write") return write_and_read("custom", "DeviceInfo", name, std::to_string(number));
     if (operation == "read") return get("DeviceInfo_ModelName") == name;

@@ -81,8 +81,8 @@ void lie(const std::vector<fs::path>& answers, const std::vector<std::string>& o
 
 // What the library and the router's scripts write, and what was there.
 bool is_ours(const std::string& path) {
-    for (const char* known : {"/etc/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
-                              "/tmp/.uci", "/tmp/is_binded"})
+    for (const char* known :
+         {"/etc/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item", "/tmp/.uci", "/tmp/is_binded"})
         if (path.starts_with(known)) return true;
     return pristine.contains(path);
 }
@@ -109,8 +109,8 @@ bool is_quoted(const std::string& command) {
 void expect_unharmed() {
     for (const auto& [name, text] : stores::snapshot()) {
         const std::string file = fs::path(name).filename();
-        const bool is_text = file.starts_with('.') || file.find('-') != std::string::npos ||
-                             file.ends_with("_log") || file == "trace_result";
+        const bool is_text = file.starts_with('.') || file.find('-') != std::string::npos || file.ends_with("_log") ||
+                             file == "trace_result";
         if (name.find("owned") != std::string::npos) fail("foreign: " + name);
         if (name[0] == '/' && !is_ours(name)) fail("a file was made: " + name);
         if ((name.starts_with("/etc/") || name.starts_with("/tmp/tr069/")) && !is_text)
@@ -148,8 +148,7 @@ int call(const Node& node, int op, const std::string& value) {
     alarm(kStepSeconds);
     const int code = cwmp::call(handler, op, where.data(), text.data(), third, &agent);
     alarm(0);
-    if (op == CWMP_OP_GET && text[0] != 'x' && strnlen(text.data(), text.size()) == text.size())
-        fail("not terminated");
+    if (op == CWMP_OP_GET && text[0] != 'x' && strnlen(text.data(), text.size()) == text.size()) fail("not terminated");
     if (node.kind == Node::Kind::Parameter && code != 0 && code != -1) fail("result " + std::to_string(code));
     if (!is_read && op != CWMP_OP_LIST && value != text.data()) fail("the caller's text was changed");
     return code;
@@ -157,8 +156,7 @@ int call(const Node& node, int op, const std::string& value) {
 
 std::vector<std::string> packages() {
     std::vector<std::string> texts;
-    for (const auto& entry : fs::directory_iterator("/etc/config"))
-        texts.push_back(stores::text_of(entry.path()));
+    for (const auto& entry : fs::directory_iterator("/etc/config")) texts.push_back(stores::text_of(entry.path()));
     return texts;
 }
 
@@ -203,8 +201,7 @@ void run(int seconds) {
     pristine = stores::snapshot();
     std::vector<std::string> options;
     for (const auto& [name, text] : pristine)
-        if (name[0] != '/' && rows::split(fs::path(name).filename(), ".").size() == 3)
-            options.push_back(name);
+        if (name[0] != '/' && rows::split(fs::path(name).filename(), ".").size() == 3) options.push_back(name);
     const std::time_t end = std::time(nullptr) + seconds;
     size_t calls = 0;
     while (std::time(nullptr) < end) {

@@ -22,9 +22,8 @@ TEST_F(Platform, InterfaceNamesComeFromTheProfile) {
     world(
         "profile.d/"
         "profile.interfaceinfo.{wifi_2_4G,wifi_5G,guest_2_4G,guest_5G,backhaul_2_4G,backhaul_5G}=@");
-    EXPECT_THAT(names(),
-                ElementsAre("wifi_2_4Ginterfacei", "wifi_5Ginterfaceinf", "guest_2_4Ginterface",
-                            "guest_5Ginterfacein", "backhaul_2_4Ginterf", "backhaul_5Ginterfac", ""));
+    EXPECT_THAT(names(), ElementsAre("wifi_2_4Ginterfacei", "wifi_5Ginterfaceinf", "guest_2_4Ginterface",
+                                     "guest_5Ginterfacein", "backhaul_2_4Ginterf", "backhaul_5Ginterfac", ""));
 }
 
 TEST_F(Platform, PortNamesAreLoadedOnce) {

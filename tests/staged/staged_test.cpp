@@ -49,8 +49,7 @@ TEST_F(Staged, AnyStagePassBeginsATransactionWhoseRevertLeavesTheOneBeforeAlone)
     for (const char* pass :
          {"stage ManagementServer_PeriodicInformInterval = 60",
           "stage DHCPv4_Server_Pool_StaticAddress_Chaddr 1.1 = nonsense",
-          "stage IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled = 1",
-          "stage LANDevice_WLANConfiguration_Channel 9.9 = 6",
+          "stage IP_Diagnostics_UDPEchoConfig_EchoPlusEnabled = 1", "stage LANDevice_WLANConfiguration_Channel 9.9 = 6",
           "stage WiFi_AccessPoint_Security_X_QM_WEPKeyIndex 1 = 2", "apply NAT_PortMapping_Enable 1 = 1"}) {
         told("group vlan 0=1 1=9 check apply");
         told(pass);

@@ -86,9 +86,7 @@ int main(int argc, char** argv) {
             if (&each == &cases[0]) continue;
             std::string name = each[0].substr(3);
             std::replace(name.begin(), name.end(), ' ', '_');
-            const auto make = [&start = cases[0], &each]() -> RouterTest* {
-                return new CaseTest(start, each);
-            };
+            const auto make = [&start = cases[0], &each]() -> RouterTest* { return new CaseTest(start, each); };
             testing::RegisterTest(path.stem().c_str(), name.c_str(), nullptr, nullptr, path.c_str(), 0, make);
         }
     }

@@ -29,8 +29,7 @@ constexpr const char* kConsole = "/dev/console";
 constexpr const char* kCommands = "/var/log/router/commands";
 constexpr const char* kToolCalls = "/var/log/router/tools";
 constexpr const char* kAnswers = "/var/lib/router/answers/";
-constexpr cwmp_agent_state kAgent = {
-    .port = 65535, .path = "/path", .acs_url = "http://acs/", .host = "192.0.2.10"};
+constexpr cwmp_agent_state kAgent = {.port = 65535, .path = "/path", .acs_url = "http://acs/", .host = "192.0.2.10"};
 
 bool writes_console(const std::string& command) {
     return command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n");
@@ -156,8 +155,7 @@ Texts RouterTest::commands() {
 int RouterTest::wait_for_jobs() {
     int killed = 0;
     alarm(60);
-    for (int status = 0; wait(&status) > 0;)
-        killed += WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? 1 : 0;
+    for (int status = 0; wait(&status) > 0;) killed += WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL ? 1 : 0;
     alarm(0);
     return killed;
 }

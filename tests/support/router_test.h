@@ -45,9 +45,9 @@ class RouterTest : public ::testing::Test {
   public:
     struct Result {
         int code = 0;
-        std::string value;   // of a GET or ADD the buffer, otherwise the text passed in, as it is afterwards
-        unsigned flags = 0;  // the apply-flags word
-        Locate locate{};     // as the handler left it
+        std::string value;              // of a GET or ADD the buffer, otherwise the text passed in, as it is afterwards
+        unsigned flags = 0;             // the apply-flags word
+        Locate locate{};                // as the handler left it
         std::vector<uint32_t> numbers;  // of a LIST
     };
 
@@ -73,11 +73,9 @@ class RouterTest : public ::testing::Test {
 
     // A handler's call through the agent's variable-argument list. Without value it is a null pointer; a LIST
     // takes so many numbers.
-    Result handle(int op, const std::string& handler, Locate locate = {},
-                  const std::optional<std::string>& value = "", unsigned flags = 0);
-    Result get(const std::string& handler, Locate locate = {}) {
-        return handle(CWMP_OP_GET, handler, locate);
-    }
+    Result handle(int op, const std::string& handler, Locate locate = {}, const std::optional<std::string>& value = "",
+                  unsigned flags = 0);
+    Result get(const std::string& handler, Locate locate = {}) { return handle(CWMP_OP_GET, handler, locate); }
     Result set(const std::string& handler, Locate locate, const std::string& value, int op = CWMP_OP_APPLY) {
         return handle(op, handler, locate, value);
     }

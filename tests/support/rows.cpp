@@ -85,8 +85,7 @@ Words expand(const std::string& text) {
     if (open == std::string::npos || close == std::string::npos) return {text};
     Words expanded;
     for (const auto& middle : split(text.substr(open + 1, close - open - 1) + ",", ",")) {
-        for (const auto& end : expand(text.substr(close + 1)))
-            expanded.push_back(text.substr(0, open) + middle + end);
+        for (const auto& end : expand(text.substr(close + 1))) expanded.push_back(text.substr(0, open) + middle + end);
     }
     return expanded;
 }

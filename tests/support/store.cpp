@@ -21,8 +21,7 @@ namespace {
 const std::set<fs::path> kPackages = {"/etc/config", "/etc/profile.d", "/tmp/tr069", "/tmp/cwmp-config",
                                       "/tmp/cwmp-config-force"};
 constexpr const char* kAnswers = "/var/lib/router/answers";
-constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp",
-                                     "/var/state",  "/var/tmp",       kAnswers};
+constexpr const char* kWritable[] = {"/etc/config", "/etc/profile.d", "/tmp", "/var/state", "/var/tmp", kAnswers};
 constexpr const char* kLogs = "/var/log/router";
 const std::string kPristine = "/var/lib/pristine";
 
@@ -127,8 +126,7 @@ void change(const std::string& what) {
 }
 
 void reset() {
-    if (!fs::exists("/.router-root"))
-        throw std::logic_error("this is no router root (router/enter ROOT ...)");
+    if (!fs::exists("/.router-root")) throw std::logic_error("this is no router root (router/enter ROOT ...)");
     if (!fs::exists(kPristine)) copy_tree("", kPristine);
     copy_tree(kPristine, "");
     fs::remove_all(kLogs);
@@ -154,8 +152,7 @@ Snapshot snapshot() {
         for (const auto& entry : fs::recursive_directory_iterator(directory, none)) {
             const std::string path = entry.path();
             // The check script's own notes and what tools answer are no part of a router's store.
-            if (!entry.is_regular_file() || path == "/var/state/check_params" || path.starts_with(kAnswers))
-                continue;
+            if (!entry.is_regular_file() || path == "/var/state/check_params" || path.starts_with(kAnswers)) continue;
             const std::string text = text_of(path);
             if (kPackages.contains(entry.path().parent_path()))
                 read_package(path, text, found);

@@ -156,9 +156,7 @@ void RouterTest::world(const std::string& line) {
 bool RouterTest::is_heard(const std::string& event) const {
     static const Words kOfTheStore = {"uciRaw", "is_support_isp_reset:", "IsOptionAllowToChange:"};
     const auto begins = [&](const auto& text) { return event.starts_with(text); };
-    const auto is_in = [&](const auto& word) {
-        return word == "all" || event.find(word) != std::string::npos;
-    };
+    const auto is_in = [&](const auto& word) { return word == "all" || event.find(word) != std::string::npos; };
     if (mute_.find('!') != std::string::npos) return false;
     return heard_.empty() ? std::ranges::none_of(kOfTheStore, begins) : std::ranges::any_of(heard_, is_in);
 }
@@ -186,8 +184,7 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
 }
 
 // The value is 'text' or null.
-std::string RouterTest::told_handler(int op, const std::string& name, const Locate& given,
-                                     const std::string& word) {
+std::string RouterTest::told_handler(int op, const std::string& name, const Locate& given, const std::string& word) {
     const auto value = word == "null" ? std::nullopt : std::optional(word.substr(1));
     const Result done = handle(op, name, given, value, kEarlierFlag);
     const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD, lists = op == CWMP_OP_LIST && done.code == 0;
@@ -195,15 +192,14 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
     for (const auto number : done.numbers) numbers.push_back(std::to_string(number));
     return joined({done.code == 0 ? "" : std::to_string(done.code),
                    answers && (done.code == 0 || done.value != kUntouched) ? as_value(done.value) : "",
-                   lists ? joined(numbers, " ") : "",
-                   done.locate == given ? "" : "locate " + dotted(done.locate), flags_of(done.flags)},
+                   lists ? joined(numbers, " ") : "", done.locate == given ? "" : "locate " + dotted(done.locate),
+                   flags_of(done.flags)},
                   " | ");
 }
 
 // Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register,
 // so that one function type serves all.
-std::string RouterTest::told_function(const std::string& verb, const std::string& name,
-                                      const Words& arguments) {
+std::string RouterTest::told_function(const std::string& verb, const std::string& name, const Words& arguments) {
     std::array<long, kMostArguments> given{};
     std::vector<std::vector<char>> memory;
     for (const auto& word : arguments) {
@@ -266,8 +262,8 @@ std::string RouterTest::told_transaction(const std::string& rest) {
         for (std::string change : rows::split(rest, " ; ")) {
             const Words place = rows::words(take_until(change, " = "));
             const std::string value = change == "''" ? "" : rows::unescape(change);
-            const Result done = handle(kOperations.at(pass), place[0],
-                                       locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
+            const Result done =
+                handle(kOperations.at(pass), place[0], locate_of(place.size() > 1 ? place[1] : "0"), value, flags);
             flags = done.flags;
             if (done.code == 0) continue;
             cwmp::call(handler("func_obj_revert"), CWMP_OP_APPLY, nullptr, nullptr, &flags);

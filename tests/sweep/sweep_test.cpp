@@ -27,10 +27,9 @@ class Sweep : public RouterTest {
 
 // They look at their place first, take a write without effect, or say that they refuse; the reference shows it.
 bool is_loud(const std::string& handler) {
-    for (const char* part :
-         {"Bridging_Bridge", "_Layer1Interface", "_Layer2Interface", "_FirstUseDate", "_DeviceLog",
-          "_WLANConfiguration_T", "_TotalErrors", "_WANCommonInterfaceConfig_T", "_Stats_Ethernet",
-          "WiFi_Radio_Stats_", "Security_Radius", "Security_X_QM_WEP"})
+    for (const char* part : {"Bridging_Bridge", "_Layer1Interface", "_Layer2Interface", "_FirstUseDate", "_DeviceLog",
+                             "_WLANConfiguration_T", "_TotalErrors", "_WANCommonInterfaceConfig_T", "_Stats_Ethernet",
+                             "WiFi_Radio_Stats_", "Security_Radius", "Security_X_QM_WEP"})
         if (handler.find(part) != std::string::npos) return true;
     return false;
 }
@@ -42,8 +41,7 @@ TEST_F(Sweep, ReadOnlyParametersRefuseASetAndTouchNoArgument) {
         if (line->writable || is_loud(line->handler)) continue;
         ++seen;
         for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY})
-            EXPECT_EQ(cwmp::call(handler(line->handler.c_str()), op, nullptr, nullptr, nullptr), -1)
-                << line->handler;
+            EXPECT_EQ(cwmp::call(handler(line->handler.c_str()), op, nullptr, nullptr, nullptr), -1) << line->handler;
     }
     EXPECT_GT(seen, 400);
     EXPECT_THAT(console(), IsEmpty());

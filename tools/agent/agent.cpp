@@ -104,8 +104,7 @@ std::string Agent::get(const Node& parameter, const std::vector<int>& numbers) c
     return value.text();
 }
 
-int Agent::set(cwmp_handler handler, const Target& target, int op, const std::string& value,
-               unsigned& flags) const {
+int Agent::set(cwmp_handler handler, const Target& target, int op, const std::string& value, unsigned& flags) const {
     Locate locate = locate_of(*target.node, target.numbers);
     return call(handler, op, locate.data(), value.c_str(), &flags, state_);
 }
@@ -142,8 +141,7 @@ std::vector<int> Agent::listed(const Node& table, const std::vector<int>& outer)
     require_done(call(handler, CWMP_OP_LIST, locate.data(), numbers.data(), &capacity, state_), path,
                  "the instances cannot be listed");
     // The handler tells no count: the numbers end at the first entry that it left at zero.
-    const auto end =
-        std::find_if(numbers.begin(), numbers.end(), [](uint32_t n) { return n == 0 || n > INT32_MAX; });
+    const auto end = std::find_if(numbers.begin(), numbers.end(), [](uint32_t n) { return n == 0 || n > INT32_MAX; });
     return {numbers.begin(), end};
 }
 
@@ -163,9 +161,9 @@ std::vector<std::vector<int>> Agent::resolve(const Target& target) {
             }
         }
         if (chosen && longer.empty()) {
-            throw Failure{target.path, kInvalidName, Exit::Missing,
-                          "there is no instance " + std::to_string(wanted) + " of " +
-                              concrete_path(table.path, found.front())};
+            throw Failure{
+                target.path, kInvalidName, Exit::Missing,
+                "there is no instance " + std::to_string(wanted) + " of " + concrete_path(table.path, found.front())};
         }
         found = std::move(longer);
     }

@@ -30,8 +30,7 @@ class Agent {
     std::string get(const Node& parameter, const std::vector<int>& numbers) const;
 
     // The handler's own answer to one pass; the transaction judges it.
-    int set(cwmp_handler handler, const Target& target, int op, const std::string& value,
-            unsigned& flags) const;
+    int set(cwmp_handler handler, const Target& target, int op, const std::string& value, unsigned& flags) const;
 
     // The instance numbers of a table in ascending order. Read once, then remembered.
     const std::vector<int>& instances(const Node& table, const std::vector<int>& outer);

@@ -13,13 +13,10 @@ Library::Library(const std::string& file) {
     // Without a slash dlopen would search the system's directories for it.
     const std::string path = file.find('/') == std::string::npos ? "./" + file : file;
     handle_.reset(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
-    if (!handle_)
-        throw Failure{file, kNoFault, Exit::Unusable, std::string("cannot be loaded: ") + dlerror()};
+    if (!handle_) throw Failure{file, kNoFault, Exit::Unusable, std::string("cannot be loaded: ") + dlerror()};
 }
 
-cwmp_handler Library::find(const std::string& name) const {
-    return reinterpret_cast<cwmp_handler>(data(name));
-}
+cwmp_handler Library::find(const std::string& name) const { return reinterpret_cast<cwmp_handler>(data(name)); }
 
 void* Library::data(const std::string& name) const { return dlsym(handle_.get(), name.c_str()); }
 

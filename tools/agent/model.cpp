@@ -86,12 +86,10 @@ class Reader {
 
     Node& insert(const std::string& path, const Place& place) {
         const auto segments = path_segments(path);
-        if (segments.size() < 2 || !is_root_object(segments.front()))
-            place.fail("not below a root object: " + path);
+        if (segments.size() < 2 || !is_root_object(segments.front())) place.fail("not below a root object: " + path);
         if (instance_numbers(path) > kLocateSize) place.fail("too many instance numbers");
         const bool table = path.ends_with('.');
-        if (table != (segments.back() == kInstance))
-            place.fail("an object ends with {i}. and a parameter does not");
+        if (table != (segments.back() == kInstance)) place.fail("an object ends with {i}. and a parameter does not");
         Node* node = &root_;
         for (const std::string& segment : segments) node = &enter(*node, segment, place);
         if (node->kind != Kind::Branch) place.fail("a second line for " + path);
@@ -194,8 +192,7 @@ class Reader {
     static void restrict(Node& node, const std::string& value, const Place& place) {
         const size_t colon = value.find(':');
         node.only_position = decimal<size_t>(value.substr(0, colon)).value_or(0);
-        if (colon == std::string::npos || node.only_position < 1 ||
-            node.only_position > instance_numbers(node.path)) {
+        if (colon == std::string::npos || node.only_position < 1 || node.only_position > instance_numbers(node.path)) {
             place.fail("only= takes a position of the path's instance numbers, a colon and its values");
         }
         for (const std::string& part : split(value.substr(colon + 1), ',')) {
@@ -203,8 +200,7 @@ class Reader {
         }
     }
 
-    static std::vector<size_t> locate_positions(const std::string& value, const Node& node,
-                                                const Place& place) {
+    static std::vector<size_t> locate_positions(const std::string& value, const Node& node, const Place& place) {
         std::vector<size_t> positions;
         if (value == "none") return positions;
         for (const std::string& part : split(value, ',')) {
@@ -221,8 +217,7 @@ class Reader {
     void link_count(const CountLink& link) const {
         const Node* node = &root_;
         for (const std::string& segment : split(link.path, '.')) node = node ? node->child(segment) : nullptr;
-        if (!node || node->kind != Kind::Parameter)
-            link.place.fail("count= names no parameter: " + link.path);
+        if (!node || node->kind != Kind::Parameter) link.place.fail("count= names no parameter: " + link.path);
         if (instance_numbers(node->path) >= instance_numbers(link.table->path)) {
             link.place.fail("count= may hold the outer instance numbers only");
         }
@@ -231,15 +226,12 @@ class Reader {
 
     static void check(const Node& node) {
         auto fail = [&](const char* message) { throw Failure{node.path, kNoFault, Exit::Unusable, message}; };
-        if (node.kind == Kind::Parameter && !node.children.empty())
-            fail("the model has a parameter with others below");
+        if (node.kind == Kind::Parameter && !node.children.empty()) fail("the model has a parameter with others below");
         if (node.segment == kInstance) {
             if (node.kind != Kind::Table) fail("the model has no line for this object");
-            if (!node.writable && !node.count && !node.instances)
-                fail("the model tells no number of instances");
+            if (!node.writable && !node.count && !node.instances) fail("the model tells no number of instances");
         }
-        if (node.child(kInstance) && node.children.size() > 1)
-            fail("the model has names beside instance numbers");
+        if (node.child(kInstance) && node.children.size() > 1) fail("the model has names beside instance numbers");
         for (const auto& child : node.children) check(*child);
     }
 
@@ -293,9 +285,7 @@ bool Node::exists_below(const std::vector<int>& numbers) const {
     return std::find(only.begin(), only.end(), numbers[only_position - 1]) != only.end();
 }
 
-bool is_root_object(std::string_view segment) {
-    return segment == "Device" || segment == "InternetGatewayDevice";
-}
+bool is_root_object(std::string_view segment) { return segment == "Device" || segment == "InternetGatewayDevice"; }
 
 std::string concrete_path(std::string_view model_path, const std::vector<int>& numbers) {
     std::string path(model_path);

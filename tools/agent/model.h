@@ -40,15 +40,14 @@ struct Entry {
     bool inform = false;      // carried by every Inform
     bool reboot = false;      // a SET restarts a device
     std::string notify;       // what the published model says of active notification
-    std::string
-        group;  // the group of settings that a SET stages; several, with commas, when instances differ
+    std::string group;        // the group of settings that a SET stages; several, with commas, when instances differ
     std::vector<Difference> differs;
     std::string handler;
     std::optional<std::vector<size_t>> locate;  // positions (from 1) of the instance numbers the handler gets
     std::string count_path;                     // of the parameter that tells how many instances a table has
     int instances = 0;                          // the number of instances of a table without one
-    size_t only_position = 0;  // the path's instance number (from 1) that is restricted, 0 none
-    std::vector<int> only;     // the values of it for which there is such a path
+    size_t only_position = 0;                   // the path's instance number (from 1) that is restricted, 0 none
+    std::vector<int> only;                      // the values of it for which there is such a path
 
     std::string_view access() const;
     bool has_handler() const;

@@ -70,8 +70,8 @@ Target find(const Model& model, const std::string& path, Takes takes) {
     for (const std::string& segment : checked_segments(model, path)) {
         if (const Node* table = target.node->child(kInstance)) {
             const auto number = decimal<int>(segment);
-            const bool each = (takes != Takes::Numbers && segment == "*") ||
-                              (takes == Takes::Placeholders && segment == kInstance);
+            const bool each =
+                (takes != Takes::Numbers && segment == "*") || (takes == Takes::Placeholders && segment == kInstance);
             if (!each && (!number || *number < 1 || segment.front() == '0')) {
                 refuse(model, path, Exit::Malformed, "'" + segment + "' is not an instance number");
             }
@@ -84,8 +84,7 @@ Target find(const Model& model, const std::string& path, Takes takes) {
         if (!target.node) refuse(model, path, Exit::Missing, "unknown path");
     }
     const bool parameter = target.node->kind == Node::Kind::Parameter;
-    if (parameter && target.partial)
-        refuse(model, path, Exit::Missing, "a parameter's path does not end in '.'");
+    if (parameter && target.partial) refuse(model, path, Exit::Missing, "a parameter's path does not end in '.'");
     if (!parameter && !target.partial) refuse(model, path, Exit::Missing, "an object's path ends in '.'");
     return target;
 }

@@ -26,8 +26,7 @@ bool become_namespace_root() {
     const std::string gid = std::to_string(getegid());
     if (unshare(CLONE_NEWUSER) != 0) return false;
     // The kernel lets an unprivileged caller map a group only after this.
-    return write_file("/proc/self/setgroups", "deny") &&
-           write_file("/proc/self/uid_map", "0 " + uid + " 1") &&
+    return write_file("/proc/self/setgroups", "deny") && write_file("/proc/self/uid_map", "0 " + uid + " 1") &&
            write_file("/proc/self/gid_map", "0 " + gid + " 1");
 }
 

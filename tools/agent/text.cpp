@@ -118,8 +118,7 @@ std::string shown(std::string_view text, bool backslash_too) {
         if (text.empty()) break;
         const Character character = first_character(text);
         const std::string_view bytes = text.substr(0, character.length ? character.length : 1);
-        const bool kept =
-            character.length && !is_control(character.code) && !(backslash_too && bytes == "\\");
+        const bool kept = character.length && !is_control(character.code) && !(backslash_too && bytes == "\\");
         if (kept) {
             result += bytes;
         } else {
@@ -152,8 +151,7 @@ std::optional<std::string> from_line(std::string_view line) {
         }
         unsigned char byte = 0;
         const char* digits = line.data() + i + 1;
-        if (letter != 'x' || line.size() - i < 3 ||
-            std::from_chars(digits, digits + 2, byte, 16).ptr != digits + 2)
+        if (letter != 'x' || line.size() - i < 3 || std::from_chars(digits, digits + 2, byte, 16).ptr != digits + 2)
             return std::nullopt;
         text += static_cast<char>(byte);
         i += 2;

@@ -33,8 +33,7 @@ constexpr BaseName kBases[] = {
 };
 
 const BaseName& row_of(Base base) {
-    return *std::find_if(std::begin(kBases), std::end(kBases),
-                         [=](const auto& row) { return row.base == base; });
+    return *std::find_if(std::begin(kBases), std::end(kBases), [=](const auto& row) { return row.base == base; });
 }
 
 bool consume(std::string_view& text, std::string_view end) {
@@ -134,9 +133,8 @@ Fit fit_base(const Type& type, const std::string& value) {
         case Base::IPv4Address:
             return of_form(value.empty() || is_ipv4(value));
         case Base::IPAddress:
-            return of_form(
-                value.empty() || is_ipv4(value) ||
-                (value.find(':') != std::string::npos && all_of(value, "0123456789abcdefABCDEF:.")));
+            return of_form(value.empty() || is_ipv4(value) ||
+                           (value.find(':') != std::string::npos && all_of(value, "0123456789abcdefABCDEF:.")));
         case Base::MACAddress:
             return of_form(value.empty() || is_mac(value));
     }
@@ -173,8 +171,8 @@ std::optional<Type> Type::parse(const std::string& text) {
     } else if (const auto size = bracket(rest, '(', ')')) {
         if (rest != "string" || !set_bounds(type, *size, true)) return std::nullopt;
     }
-    const auto row = std::find_if(std::begin(kBases), std::end(kBases),
-                                  [=](const auto& known) { return known.name == rest; });
+    const auto row =
+        std::find_if(std::begin(kBases), std::end(kBases), [=](const auto& known) { return known.name == rest; });
     if (row == std::end(kBases)) return std::nullopt;
     type.base = row->base;
     const bool bounded = type.least || type.most;

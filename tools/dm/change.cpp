@@ -19,8 +19,7 @@ constexpr std::uintmax_t kNoNotes = 32;  // at most, in the notes of a change th
 }  // namespace
 
 Change::Change(const Library& library, Report& report) : library_(library), report_(report) {
-    if (library.function<decltype(cwmp_transaction_begin)>("cwmp_transaction_begin")(kMillisecondsToWait) !=
-        0) {
+    if (library.function<decltype(cwmp_transaction_begin)>("cwmp_transaction_begin")(kMillisecondsToWait) != 0) {
         refuse("another program is changing it, or a change cannot be noted");
     }
     std::error_code missing;
@@ -46,16 +45,14 @@ bool Change::end(int keep) {
     running_ = false;
     // What was raised before needs no service after it is undone.
     unsigned flags = keep ? report_.apply_flags.value_or(0) : 0;
-    const bool done =
-        library_.function<decltype(cwmp_transaction_end)>("cwmp_transaction_end")(keep, &flags) == 0;
+    const bool done = library_.function<decltype(cwmp_transaction_end)>("cwmp_transaction_end")(keep, &flags) == 0;
     report_.apply_flags = flags;
     return done;
 }
 
 void recover(const Library& library, Report& report) {
     unsigned flags = 0;
-    const int result =
-        library.function<decltype(cwmp_transaction_recover)>("cwmp_transaction_recover")(&flags);
+    const int result = library.function<decltype(cwmp_transaction_recover)>("cwmp_transaction_recover")(&flags);
     report.apply_flags = flags;
     report.notes.push_back(result == 1 ? "a change that was cut off is undone" : "no change was cut off");
     if (result >= 0) return;

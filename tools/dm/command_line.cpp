@@ -24,8 +24,8 @@ constexpr const char* kExitCodes =
 }  // namespace
 
 CommandLine::CommandLine()
-    : app_(std::make_unique<CLI::App>(
-          "Plays the TR-069 agent: calls the parameter handlers of the data-model library.", "dm")) {
+    : app_(std::make_unique<CLI::App>("Plays the TR-069 agent: calls the parameter handlers of the data-model library.",
+                                      "dm")) {
     app_->allow_extras()->fallthrough();
     app_->set_version_flag("--version", "dm " DM_VERSION);
     const std::pair<const char*, const char*> formats[] = {
@@ -51,25 +51,21 @@ CommandLine::CommandLine()
     app_->add_flag("--live", options.live, "Read each parameter anew where several come from one command");
     add_file("--log", options.log_level, "The library's log level: 3 error, 6 progress, 7 debug");
 
-    app_->add_flag("--why", options.why,
-                   "Show the library's messages up to --log, or 6, here and not on the console");
+    app_->add_flag("--why", options.why, "Show the library's messages up to --log, or 6, here and not on the console");
 
-    add("get", "Read parameters, or all below a path that ends in '.'; '*' stands for each instance", "PATH",
-        1);
+    add("get", "Read parameters, or all below a path that ends in '.'; '*' stands for each instance", "PATH", 1);
     add("watch", "Print what changes, until Ctrl-C", "PATH", 1)
         ->add_option("--interval", options.interval, "Seconds between two readings")
         ->check(CLI::Range(1, 86400))
         ->capture_default_str();
     for (CLI::App* subcommand :
-         {add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE",
-              1),
-          add("transaction", "Set, add and delete in one transaction, line by line of a file or '-'", "FILE",
-              1)}) {
+         {add("set", "Set parameters in one transaction; '-' reads them from standard input", "PATH=VALUE", 1),
+          add("transaction", "Set, add and delete in one transaction, line by line of a file or '-'", "FILE", 1)}) {
         subcommand->add_flag("--dry-run", options.dry_run, "Stage and check the values, then undo all of it");
     }
     add("recover", "Undo the change that a killed program has left half done", nullptr, 0);
-    add("add", "Add an instance and set its parameters: Device.NAT.PortMapping. Protocol=TCP",
-        "OBJECT [NAME=VALUE]", 1);
+    add("add", "Add an instance and set its parameters: Device.NAT.PortMapping. Protocol=TCP", "OBJECT [NAME=VALUE]",
+        1);
     add("del", "Delete instances: Device.NAT.PortMapping.3.", "INSTANCE", 1);
     add("list", "List the instances of objects", "OBJECT", 1);
     add("names", "List the supported names, all or below PATH", "PATH", 0)
@@ -85,8 +81,7 @@ CommandLine::CommandLine()
 
 CommandLine::~CommandLine() = default;
 
-CLI::App* CommandLine::add(const char* name, const char* description, const char* arguments,
-                           size_t at_least) {
+CLI::App* CommandLine::add(const char* name, const char* description, const char* arguments, size_t at_least) {
     CLI::App* subcommand = app_->add_subcommand(name, description);
     subcommand->callback([this, name] { command = name; });
     if (arguments) {
@@ -110,14 +105,12 @@ void CommandLine::add_diagnostics() {
         subcommand->callback([this, &test] { options.test = &test; });
         if (test.results) add_wait(subcommand);
         if (!test.settings.empty()) {
-            subcommand->add_flag("--keep", options.request.keep,
-                                 "Keep the earlier settings that are not given");
+            subcommand->add_flag("--keep", options.request.keep, "Keep the earlier settings that are not given");
         }
         for (const Test::Setting& setting : test.settings) {
             CLI::Option* option = subcommand->add_option_function<std::string>(
                 setting.option,
-                [this, &setting](const std::string& value) { options.request.values[&setting] = value; },
-                setting.help);
+                [this, &setting](const std::string& value) { options.request.values[&setting] = value; }, setting.help);
             if (setting.option[0] != '-') option->required();
             if (setting.most) option->check(CLI::Range(setting.least, setting.most));
         }

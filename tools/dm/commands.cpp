@@ -17,8 +17,7 @@ void walk(Session& session, const Node& node, const std::vector<int>& numbers);
 void visit(Session& session, const Node& node, const std::vector<int>& numbers) {
     switch (node.kind) {
         case Node::Kind::Parameter:
-            session.report.parameters.push_back({concrete_path(node.path, numbers),
-                                                 session.agent.get(node, numbers),
+            session.report.parameters.push_back({concrete_path(node.path, numbers), session.agent.get(node, numbers),
                                                  std::string(node.type.wire_name())});
             break;
         case Node::Kind::Table:
@@ -76,8 +75,7 @@ Instance deletable(Session& session, const std::string& path) {
 
 // Looks at NAME=VALUE of an instance that is still to be added; its faults name the path as it was typed.
 void require_assignable(const Model& model, const std::string& object, const std::string& text) {
-    if (object.empty())
-        throw Failure{'.' + text, kNoFault, Exit::Malformed, "no instance is added before it"};
+    if (object.empty()) throw Failure{'.' + text, kNoFault, Exit::Malformed, "no instance is added before it"};
     try {
         assignment(model, object + "1." + text);
     } catch (Failure& failure) {
@@ -103,8 +101,7 @@ void change(Session& session, Action action) {
 // The steps of a change, each of which is looked at before the first is taken.
 class Plan {
   public:
-    explicit Plan(Session& session)
-        : session_(session), settings_(session.agent, session.model, session.report) {}
+    explicit Plan(Session& session) : session_(session), settings_(session.agent, session.model, session.report) {}
 
     void take(const Step& step) {
         if (step.kind == Step::Kind::Set) take_set(step.text);

@@ -15,9 +15,7 @@ namespace {
 
 constexpr const char* kSubject = "diagnostics";
 
-[[noreturn]] void fail(Exit exit, const std::string& message) {
-    throw Failure{kSubject, kNoFault, exit, message};
-}
+[[noreturn]] void fail(Exit exit, const std::string& message) { throw Failure{kSubject, kNoFault, exit, message}; }
 
 // A line that is written anew where somebody watches.
 class Progress {

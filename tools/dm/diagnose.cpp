@@ -40,10 +40,8 @@ constexpr Setting kTraceRoute[] = {
 };
 constexpr Setting kDscp = {"--dscp", "DSCP", "Differentiated services code point", "0", 0, 63};
 constexpr Setting kPriority = {"--priority", "EthernetPriority", "Ethernet priority", "0", 0, 7};
-constexpr Setting kConnections = {"--connections", "NumberOfConnections", "Connections at once", "1", 1,
-                                  INT_MAX};
-constexpr Setting kDuration = {"--duration", "TimeBasedTestDuration", "Seconds of a test by time", "0", 0,
-                               999};
+constexpr Setting kConnections = {"--connections", "NumberOfConnections", "Connections at once", "1", 1, INT_MAX};
+constexpr Setting kDuration = {"--duration", "TimeBasedTestDuration", "Seconds of a test by time", "0", 0, 999};
 constexpr Setting kDownload[] = {
     {"URL", "DownloadURL", "What to fetch"}, kInterface, kDscp, kPriority, kConnections, kDuration};
 constexpr Setting kUpload[] = {{"URL", "UploadURL", "Where to send to"},
@@ -54,17 +52,11 @@ constexpr Setting kUpload[] = {{"URL", "UploadURL", "Where to send to"},
                                kDuration,
                                {"--length", "TestFileLength", "Bytes to send", "0", 0, INT_MAX}};
 constexpr const char* kHopColumns[] = {"Host", "RTTimes"};
-constexpr const char* kNetworkColumns[] = {"SSID",
-                                           "BSSID",
-                                           "Radio",
-                                           "Channel",
-                                           "SignalStrength",
-                                           "SupportedStandards",
-                                           "SecurityModeEnabled",
-                                           "EncryptionMode"};
+constexpr const char* kNetworkColumns[] = {
+    "SSID",          "BSSID", "Radio", "Channel", "SignalStrength", "SupportedStandards", "SecurityModeEnabled",
+    "EncryptionMode"};
 constexpr const char* kTraceOutput[] = {"/tmp/tr069/trace_result"};
-constexpr const char* kScanOutputs[] = {"/tmp/tr069/NeighboringWiFi_2_4G_log",
-                                        "/tmp/tr069/NeighboringWiFi_5G_log"};
+constexpr const char* kScanOutputs[] = {"/tmp/tr069/NeighboringWiFi_2_4G_log", "/tmp/tr069/NeighboringWiFi_5G_log"};
 constexpr Test kTests[] = {
     {"traceroute", "Trace the route to a host", "Device.IP.Diagnostics.TraceRoute.", kTraceRoute, "RouteHops",
      kHopColumns, kTraceOutput},
@@ -77,10 +69,9 @@ constexpr Test kTests[] = {
      kScanOutputs,
      "Cell "},
     {"ping", "Request a ping, which the agent runs", "Device.IP.Diagnostics.IPPing.", kPing},
-    {"download", "Request a download test, which the agent runs",
-     "Device.IP.Diagnostics.DownloadDiagnostics.", kDownload},
-    {"upload", "Request an upload test, which the agent runs", "Device.IP.Diagnostics.UploadDiagnostics.",
-     kUpload},
+    {"download", "Request a download test, which the agent runs", "Device.IP.Diagnostics.DownloadDiagnostics.",
+     kDownload},
+    {"upload", "Request an upload test, which the agent runs", "Device.IP.Diagnostics.UploadDiagnostics.", kUpload},
 };
 
 // Where it is seen that a test runs.
@@ -156,8 +147,7 @@ std::string found_so_far(const Test& test) {
         std::ifstream lines(output);
         for (std::string line; std::getline(lines, line);) {
             line.erase(0, line.find_first_not_of(' '));
-            const bool counts =
-                *test.mark ? line.starts_with(test.mark) : !line.empty() && std::isdigit(line[0]);
+            const bool counts = *test.mark ? line.starts_with(test.mark) : !line.empty() && std::isdigit(line[0]);
             results += counts ? 1 : 0;
         }
     }
@@ -221,8 +211,7 @@ void wait_diagnostics(Session& session, int seconds) {
         Completion(session.library).wait(seconds, [&, idle = -1](int /* waited */) mutable {
             const std::string name = running();
             idle = name.empty() ? idle + 1 : 0;
-            if (idle >= kSecondsToStart)
-                throw Failure{"diagnostics", kNoFault, Exit::Refused, "no test runs"};
+            if (idle >= kSecondsToStart) throw Failure{"diagnostics", kNoFault, Exit::Refused, "no test runs"};
             return name.empty() ? "no test runs yet" : name + " runs";
         });
         session.report.diagnostics_complete = true;

@@ -40,8 +40,7 @@ Json array(const Items& items, Convert convert) {
 }
 
 inline void print(const Json& json, int style, FILE* out) {
-    std::fprintf(out, "%s\n",
-                 json_object_to_json_string_ext(json.get(), style | JSON_C_TO_STRING_NOSLASHESCAPE));
+    std::fprintf(out, "%s\n", json_object_to_json_string_ext(json.get(), style | JSON_C_TO_STRING_NOSLASHESCAPE));
 }
 
 }  // namespace cwmp::json

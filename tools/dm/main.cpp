@@ -52,8 +52,7 @@ void print_lines(const Words& lines, FILE* out) {
 }
 
 bool takes_paths(const std::string& command) {
-    static const std::set<std::string_view> known = {"get", "watch", "set",   "add",
-                                                     "del", "list",  "names", "export"};
+    static const std::set<std::string_view> known = {"get", "watch", "set", "add", "del", "list", "names", "export"};
     return known.contains(command);
 }
 
@@ -88,8 +87,7 @@ void run(CommandLine& line, Report& report, FILE* out) {
         if (line.completes && !takes_paths(line.command)) return;
         if (!options.root.empty()) enter_root(options.root);
         const Model model(options.model);
-        if (line.command == "names" && !line.completes)
-            return list_names(model, options.words, options.levels, report);
+        if (line.command == "names" && !line.completes) return list_names(model, options.words, options.levels, report);
         if (line.command == "find") return find_names(model, options.words, report);
         const Library library(options.library);
         const auto state = agent_state(options.agent);

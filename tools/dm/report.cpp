@@ -62,8 +62,7 @@ void print_table(const Rows& rows, size_t columns, FILE* out) {
 }
 
 void print_revert(const Report& report, FILE* out) {
-    std::fprintf(out, "%s",
-                 *report.reverted ? "the transaction was reverted" : "not everything could be undone");
+    std::fprintf(out, "%s", *report.reverted ? "the transaction was reverted" : "not everything could be undone");
     for (const Failure& error : report.errors) {
         std::fprintf(out, ": %s: %s", printable(error.subject).c_str(), printable(error.message).c_str());
     }

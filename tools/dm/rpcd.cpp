@@ -31,9 +31,7 @@ struct Call {
     Json results = Json(json_object_new_array());
 };
 
-[[noreturn]] void refuse(int fault, const std::string& message) {
-    throw Failure{"", fault, Exit::Malformed, message};
-}
+[[noreturn]] void refuse(int fault, const std::string& message) { throw Failure{"", fault, Exit::Malformed, message}; }
 
 json_object* member(const Call& call, const char* name) {
     json_object* found = nullptr;
@@ -43,8 +41,7 @@ json_object* member(const Call& call, const char* name) {
 
 std::string text_of(json_object* value) {
     if (!json_object_is_type(value, json_type_string)) refuse(kInvalidArguments, "a value is no string");
-    const std::string text(json_object_get_string(value),
-                           static_cast<size_t>(json_object_get_string_len(value)));
+    const std::string text(json_object_get_string(value), static_cast<size_t>(json_object_get_string_len(value)));
     if (text.find('\0') != text.npos) refuse(kInvalidArguments, "a value holds a zero byte");
     return text;
 }
@@ -72,8 +69,7 @@ Words paths_of(const Call& call) {
 Words assignments_of(const Call& call, const char* name, const std::string& prefix) {
     Words assignments;
     if (json_object* values = member(call, name)) {
-        json_object_object_foreach(values, key, value)
-            assignments.push_back(prefix + key + '=' + text_of(value));
+        json_object_object_foreach(values, key, value) assignments.push_back(prefix + key + '=' + text_of(value));
     }
     return assignments;
 }
@@ -116,14 +112,12 @@ void get(Call& call) {
 }
 
 void schema(Call& call) {
-    list_names(call.session.model, paths_of(call), flag_member(call, "first_level") ? 1 : 0,
-               call.session.report);
+    list_names(call.session.model, paths_of(call), flag_member(call, "first_level") ? 1 : 0, call.session.report);
     for (const Entry& entry : *call.session.report.names) {
         Json result = json::object();
         const bool parameter = entry.kind == Entry::Kind::Parameter;
         json::put(result, "path", json::text(entry.path));
-        json::put(result, "type",
-                  json::text(parameter ? "xsd:" + std::string(entry.type.wire_name()) : "xsd:object"));
+        json::put(result, "type", json::text(parameter ? "xsd:" + std::string(entry.type.wire_name()) : "xsd:object"));
         json::put(result, "access", json::text(std::string(entry.access())));
         json::append(call.results, std::move(result));
     }
@@ -169,8 +163,7 @@ void add(Call& call) {
     const std::string path = text_member(call, "path");
     add_instance(call.session, path, assignments_of(call, "obj_path", ""));
     const auto& added = call.session.report.instances;
-    if (added)
-        append(call, path, added->front().substr(path.size(), added->front().size() - path.size() - 1));
+    if (added) append(call, path, added->front().substr(path.size(), added->front().size() - path.size() - 1));
 }
 
 void del(Call& call) {
@@ -182,18 +175,15 @@ void operate(Call& call) {
     const std::string command = text_member(call, "command");
     const std::string object = command.substr(0, command.find("()")) + '.';
     const auto known = tests();
-    const auto test = std::find_if(known.begin(), known.end(),
-                                   [&](const Test& one) { return one.results && object == one.object; });
-    if (test == known.end())
-        throw Failure{command, kInvalidName, Exit::Missing, "no test that the library runs"};
+    const auto test =
+        std::find_if(known.begin(), known.end(), [&](const Test& one) { return one.results && object == one.object; });
+    if (test == known.end()) throw Failure{command, kInvalidName, Exit::Missing, "no test that the library runs"};
     TestRequest request;
     for (const std::string& text : assignments_of(call, "input", "")) {
         const size_t equals = text.find('=');
-        const auto setting = std::find_if(test->settings.begin(), test->settings.end(), [&](const auto& one) {
-            return text.compare(0, equals, one.parameter) == 0;
-        });
-        if (setting == test->settings.end())
-            refuse(kInvalidArguments, "no such input: " + text.substr(0, equals));
+        const auto setting = std::find_if(test->settings.begin(), test->settings.end(),
+                                          [&](const auto& one) { return text.compare(0, equals, one.parameter) == 0; });
+        if (setting == test->settings.end()) refuse(kInvalidArguments, "no such input: " + text.substr(0, equals));
         request.values[&*setting] = text.substr(equals + 1);
     }
     diagnose(call.session, *test, request, kSecondsOfTest);
@@ -228,8 +218,7 @@ std::string read_input() {
     for (const auto end = Clock::now() + kTimeToRead;;) {
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
         pollfd waiting = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
-        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) <= 0)
-            refuse(kInvalidArguments, "no input comes");
+        if (left <= 0 || poll(&waiting, 1, static_cast<int>(left)) <= 0) refuse(kInvalidArguments, "no input comes");
         const ssize_t got = read(STDIN_FILENO, piece, sizeof piece);
         if (got <= 0) return input;
         input.append(piece, static_cast<size_t>(got));
@@ -238,12 +227,10 @@ std::string read_input() {
 }
 
 Json parsed(const std::string& text) {
-    const std::unique_ptr<json_tokener, decltype(&json_tokener_free)> tokener(json_tokener_new(),
-                                                                              json_tokener_free);
+    const std::unique_ptr<json_tokener, decltype(&json_tokener_free)> tokener(json_tokener_new(), json_tokener_free);
     json_tokener_set_flags(tokener.get(), JSON_TOKENER_STRICT);
     Json input(json_tokener_parse_ex(tokener.get(), text.c_str(), static_cast<int>(text.size()) + 1));
-    if (!json_object_is_type(input.get(), json_type_object))
-        refuse(kInvalidArguments, "the input is no JSON object");
+    if (!json_object_is_type(input.get(), json_type_object)) refuse(kInvalidArguments, "the input is no JSON object");
     return input;
 }
 
@@ -260,8 +247,8 @@ void require_types(json_object* input, const Method& method) {
 
 void call_method(std::string_view name, Json& results, Report& report) {
     const std::string text = read_input();
-    const auto method = std::find_if(std::begin(kMethods), std::end(kMethods),
-                                     [&](const Method& one) { return one.name == name; });
+    const auto method =
+        std::find_if(std::begin(kMethods), std::end(kMethods), [&](const Method& one) { return one.name == name; });
     if (method == std::end(kMethods)) refuse(kMethodNotSupported, "no such method");
     const Json input = parsed(text.empty() ? "{}" : text);
     require_types(input.get(), *method);

@@ -16,8 +16,7 @@ struct Pass {
 std::string typed_value(const Type& type, const std::string& path, const std::string& value) {
     if (type.holds(value)) return type.normalised(value);
     const bool wrong_type = type.fit(value) == Type::Fit::WrongType;
-    throw Failure{path, wrong_type ? kInvalidType : kInvalidValue, Exit::Refused,
-                  "the value is no " + type.text};
+    throw Failure{path, wrong_type ? kInvalidType : kInvalidValue, Exit::Refused, "the value is no " + type.text};
 }
 
 constexpr Pass kPasses[] = {{CWMP_OP_STAGE, "stage"}, {CWMP_OP_CHECK, "check"}, {CWMP_OP_APPLY, "apply"}};
@@ -60,8 +59,7 @@ void Transaction::run(Change& whole, bool dry_run) {
     for (const Setting& setting : settings_) {
         if (!setting.passes.empty()) {
             report_.parameters.push_back({setting.target.path, setting.value,
-                                          std::string(setting.target.node->type.wire_name()),
-                                          setting.passes});
+                                          std::string(setting.target.node->type.wire_name()), setting.passes});
         }
     }
 }
@@ -72,10 +70,9 @@ void Transaction::run_passes(bool dry_run) {
         for (Setting& setting : settings_) {
             if (setting.target.node->apply_only && pass.op != CWMP_OP_APPLY) continue;
             if (!accepts(setting, pass.op)) {
-                throw Failure{
-                    setting.target.path, kInvalidValue, Exit::Refused,
-                    std::string("the value was refused in the ") + pass.name + " pass" + agent_.reason(),
-                    pass.name};
+                throw Failure{setting.target.path, kInvalidValue, Exit::Refused,
+                              std::string("the value was refused in the ") + pass.name + " pass" + agent_.reason(),
+                              pass.name};
             }
             setting.passes.emplace_back(pass.name);
         }

@@ -62,8 +62,7 @@ class Walk {
     }
 
     void table(const Node& node, const std::vector<int>& numbers) {
-        if (node.writable && depth_ == Depth::Full)
-            findings.push_back(examine_object(router_, node, numbers));
+        if (node.writable && depth_ == Depth::Full) findings.push_back(examine_object(router_, node, numbers));
         known_.push_back(agent_.instances(node, numbers));
         const std::vector<int> instances = known_.back();
         for (int number : instances) {
@@ -100,8 +99,7 @@ void in_a_process(const std::function<void()>& act) {
     int status = 0;
     waitpid(child, &status, 0);
     if (status != 0)
-        throw Failure{"a look at the router", kNoFault, Exit::Unusable,
-                      "has failed: " + std::to_string(status)};
+        throw Failure{"a look at the router", kNoFault, Exit::Unusable, "has failed: " + std::to_string(status)};
 }
 
 void look(const std::string& name, Depth depth, const std::string& directory) {
@@ -141,8 +139,7 @@ void look_at_nothing(const std::string& instances, const std::string& directory)
 
 void prepare() {
     // The library prints traces there.
-    if (!std::freopen("/dev/null", "w", stdout))
-        throw Failure{"/dev/null", kNoFault, Exit::Unusable, "not there"};
+    if (!std::freopen("/dev/null", "w", stdout)) throw Failure{"/dev/null", kNoFault, Exit::Unusable, "not there"};
     keep_files_in_memory();
 }
 

@@ -32,8 +32,7 @@ class Page {
 };
 
 std::string cell(std::string text) {
-    for (std::size_t at = 0; (at = text.find_first_of("|<", at)) != std::string::npos; at += 2)
-        text.insert(at, "\\");
+    for (std::size_t at = 0; (at = text.find_first_of("|<", at)) != std::string::npos; at += 2) text.insert(at, "\\");
     return text;
 }
 
@@ -109,8 +108,8 @@ constexpr const char* kParametersHead =
     "contents\nof the store lead to is in [reference.txt](reference/reference.txt); other kinds of WAN in "
     "[parameters-elsewhere.md](parameters-elsewhere.md).\n";
 
-void write_parameters(const std::filesystem::path& file, const std::vector<const Node*>& entries,
-                      const World& world, const World& nothing) {
+void write_parameters(const std::filesystem::path& file, const std::vector<const Node*>& entries, const World& world,
+                      const World& nothing) {
     Page page(file);
     page << kParametersHead;
     const ByModel here = by_model(world), unset = by_model(nothing);
@@ -142,8 +141,7 @@ void write_parameters(const std::filesystem::path& file, const std::vector<const
             const std::string stored = several(column(findings, &Finding::stored));
             const std::string group = several(column(findings, &Finding::group));
             const std::string services = several(column(findings, &Finding::services));
-            page << (group.empty() ? "" : "group " + group + ": ") +
-                        (stored.empty() ? "nothing" : code(stored)) +
+            page << (group.empty() ? "" : "group " + group + ": ") + (stored.empty() ? "nothing" : code(stored)) +
                         (services.empty() ? "" : "; " + services);
             page << " | " + findings.front()->others + " |\n";
         } else {
@@ -169,17 +167,16 @@ void write_facts(const std::filesystem::path& file, const World& world, const Wo
 // The row of a parameter that differs from what it is in the first world; nothing where it is the same.
 std::string row_elsewhere(const Finding& finding, const Finding* before) {
     const bool same_value = before && before->value == finding.value;
-    const bool same_set = before && before->stored == finding.stored &&
-                          before->services == finding.services && before->group == finding.group;
+    const bool same_set = before && before->stored == finding.stored && before->services == finding.services &&
+                          before->group == finding.group;
     if (same_value && same_set) return {};
     std::string set = finding.stored.empty() ? "nothing" : code(finding.stored);
     if (!finding.services.empty()) set += "; " + finding.services;
-    return "| `" + finding.path + "` | " + (same_value ? "same" : code(finding.value)) + " | " +
-           (same_set ? "" : set) + " |\n";
+    return "| `" + finding.path + "` | " + (same_value ? "same" : code(finding.value)) + " | " + (same_set ? "" : set) +
+           " |\n";
 }
 
-void write_elsewhere(const std::filesystem::path& file, const World& first,
-                     const std::vector<World>& others) {
+void write_elsewhere(const std::filesystem::path& file, const World& first, const std::vector<World>& others) {
     Page page(file);
     page << "# Parameters in other routers\n\nDifferences from [parameters.md](parameters.md), which shows "
             "the demo "
@@ -224,15 +221,13 @@ void write_deviations(const std::filesystem::path& file, const std::vector<const
     Page page(file);
     page << kDeviationsHead << "\n| Path | Here | Published | Reason |\n|---|---|---|---|\n";
     for (const Node* entry : entries) {
-        const bool vendor =
-            entry->kind == Entry::Kind::Parameter && entry->path.find("X_QM_") != std::string::npos;
+        const bool vendor = entry->kind == Entry::Kind::Parameter && entry->path.find("X_QM_") != std::string::npos;
         std::vector<Difference> differs = entry->differs;
         if (vendor) differs.push_back({"vendor", "path"});
         for (const Difference& difference : differs) {
             const bool access = difference.what == "R" || difference.what == "W";
-            page << "| `" + entry->path + "` | " +
-                        (access ? std::string(entry->access()) : code(entry->type.text)) + " | " +
-                        published(difference) + " | " + difference.reason + " |\n";
+            page << "| `" + entry->path + "` | " + (access ? std::string(entry->access()) : code(entry->type.text)) +
+                        " | " + published(difference) + " | " + difference.reason + " |\n";
         }
     }
     page << "\n## Answers outside their type\n\n";
@@ -266,8 +261,7 @@ void compare_with_model(const std::vector<const Node*>& entries, const World& wo
         if (entry->kind != Entry::Kind::Parameter || findings == found.end()) continue;
         std::vector<std::string> seen;
         for (const Finding* finding : findings->second) {
-            if (!finding->group.empty() &&
-                std::find(seen.begin(), seen.end(), finding->group) == seen.end()) {
+            if (!finding->group.empty() && std::find(seen.begin(), seen.end(), finding->group) == seen.end()) {
                 seen.push_back(finding->group);
             }
         }
@@ -275,8 +269,8 @@ void compare_with_model(const std::vector<const Node*>& entries, const World& wo
         for (const std::string& one : seen) group += (group.empty() ? "" : ",") + one;
         if (group != entry->group) {
             same = false;
-            std::fprintf(stderr, "reference: %s stages the group '%s', the model says '%s'\n",
-                         entry->path.c_str(), group.c_str(), entry->group.c_str());
+            std::fprintf(stderr, "reference: %s stages the group '%s', the model says '%s'\n", entry->path.c_str(),
+                         group.c_str(), entry->group.c_str());
         }
     }
     if (!same) throw Failure{"the model", kNoFault, Exit::Unusable, "does not say what was seen"};

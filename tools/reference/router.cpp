@@ -119,8 +119,7 @@ Outcome Router::transact(const Node& node, const std::vector<int>& numbers, cons
         outcome.code = op;
         Locate none{};
         const bool staged = !outcome.group.empty();
-        if (staged)
-            call(library_.find("func_obj_revert"), CWMP_OP_APPLY, none.data(), "", &outcome.flags, state_);
+        if (staged) call(library_.find("func_obj_revert"), CWMP_OP_APPLY, none.data(), "", &outcome.flags, state_);
         break;
     }
     finish(outcome);
@@ -144,8 +143,8 @@ Outcome Router::remove(const Node& table, const std::vector<int>& outer, const s
     Outcome outcome;
     Locate locate = locate_of(table, outer);
     begin();
-    outcome.code = call(library_.find(table.handler), CWMP_OP_DELETE, locate.data(), number.c_str(),
-                        &outcome.flags, state_);
+    outcome.code =
+        call(library_.find(table.handler), CWMP_OP_DELETE, locate.data(), number.c_str(), &outcome.flags, state_);
     finish(outcome);
     return outcome;
 }
@@ -166,8 +165,8 @@ void Router::with_option(const std::string& place, const std::optional<std::stri
     const std::size_t dot = place.find('.', place.rfind('/') == std::string::npos ? 0 : place.rfind('/'));
     const std::size_t second = place.find('.', dot + 1);
     if (second == std::string::npos) return;
-    const auto text = cwmp::with_option(file->second, place.substr(dot + 1, second - dot - 1),
-                                        place.substr(second + 1), value);
+    const auto text =
+        cwmp::with_option(file->second, place.substr(dot + 1, second - dot - 1), place.substr(second + 1), value);
     if (!text) return;
     const std::string kept = file->second;
     file->second = *text;

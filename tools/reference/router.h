@@ -60,8 +60,7 @@ class Router {
     void begin();
     void finish(Outcome& outcome);
     void clear_records();
-    int pass(const Node& node, const std::vector<int>& numbers, int op, const std::string& value,
-             Outcome& outcome);
+    int pass(const Node& node, const std::vector<int>& numbers, int op, const std::string& value, Outcome& outcome);
 
     const Library& library_;
     const cwmp_agent_state* state_;

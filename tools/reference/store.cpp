@@ -30,8 +30,7 @@ Files& stamped() {
 std::string text_of(const fs::path& path) {
     struct stat status = {};
     const auto known = stamped().find(path);
-    if (known != stamped().end() && stat(path.c_str(), &status) == 0 && status.st_mtime == kStamp)
-        return known->second;
+    if (known != stamped().end() && stat(path.c_str(), &status) == 0 && status.st_mtime == kStamp) return known->second;
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -123,8 +122,7 @@ void add_package_changes(const std::string& path, const std::string& before, con
     }
     for (const auto& [option, value] : new_options) {
         const auto old = old_options.find(option);
-        if (old == old_options.end() || old->second != value)
-            found.push_back({place_name(path) + "." + option, value});
+        if (old == old_options.end() || old->second != value) found.push_back({place_name(path) + "." + option, value});
     }
 }
 
@@ -195,8 +193,8 @@ std::vector<Change> changes(const Files& before, const Files& after) {
     return found;
 }
 
-std::optional<std::string> with_option(const std::string& text, const std::string& section,
-                                       const std::string& option, const std::optional<std::string>& value) {
+std::optional<std::string> with_option(const std::string& text, const std::string& section, const std::string& option,
+                                       const std::optional<std::string>& value) {
     std::string result;
     bool inside = false, done = false;
     const std::string added = value ? "\toption " + option + " '" + *value + "'\n" : "";

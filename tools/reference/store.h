@@ -32,7 +32,7 @@ std::vector<Change> changes(const Files& before, const Files& after);
 
 // The text of a package with one option (package.section.option without the directory) changed or left out;
 // nothing when the section is not there.
-std::optional<std::string> with_option(const std::string& text, const std::string& section,
-                                       const std::string& option, const std::optional<std::string>& value);
+std::optional<std::string> with_option(const std::string& text, const std::string& section, const std::string& option,
+                                       const std::optional<std::string>& value);
 
 }  // namespace cwmp

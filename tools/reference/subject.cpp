@@ -48,8 +48,7 @@ std::string change_text(const Change& change, const std::string& value) {
 
 // The mirror of the agent's own package, and what the demo's check script keeps for itself.
 bool is_copy(const Change& change) {
-    return change.place.starts_with("/tmp/cwmp-config") ||
-           change.place.starts_with("/var/state/check_params");
+    return change.place.starts_with("/tmp/cwmp-config") || change.place.starts_with("/var/state/check_params");
 }
 
 std::string changes_text(const Outcome& outcome, const std::string& value) {
@@ -65,8 +64,7 @@ std::string seen_text(const watch::Seen& seen, const std::string& value) {
         text += run == last ? " again" : run;
         last = run;
     }
-    for (const std::string& message : seen.logged)
-        text += " logs `" + shown(without_value(message, value)) + "`";
+    for (const std::string& message : seen.logged) text += " logs `" + shown(without_value(message, value)) + "`";
     return text;
 }
 
@@ -154,10 +152,9 @@ class Subject {
             reads.push_back(place);
         }
         for (const std::string& place : reads) {
-            vary("given " + place, few && thoroughly,
-                 [&](const std::optional<std::string>& content, auto&& act) {
-                     router_.with_option(place, content, act);
-                 });
+            vary("given " + place, few && thoroughly, [&](const std::optional<std::string>& content, auto&& act) {
+                router_.with_option(place, content, act);
+            });
         }
         for (const std::string& command : commands_) {
             vary("given `" + shown(command) + "`", thoroughly,
@@ -209,8 +206,7 @@ class Subject {
         Groups groups;
         for (const int op : {+CWMP_OP_STAGE, +CWMP_OP_CHECK, +CWMP_OP_APPLY, 7}) {
             const Outcome alone = router_.set(node_, numbers_, op, sample_);
-            const bool same =
-                alone.code == whole.code && alone.changes == whole.changes && alone.flags == whole.flags;
+            const bool same = alone.code == whole.code && alone.changes == whole.changes && alone.flags == whole.flags;
             if (!same) groups.add(set_text(alone, sample_), std::to_string(op));
         }
         for (const std::string& line : groups.lines(false)) fact("op " + line);
@@ -225,8 +221,7 @@ class Subject {
             Groups groups;
             for (const char* content : {"", "0", "1", "9", "on", "off", "AP", "pppoe", kAnyText}) {
                 if (place.find("cwmp_settings") != std::string::npos) break;  // every write looks at it
-                const std::optional<std::string> given =
-                    *content ? std::optional<std::string>(content) : std::nullopt;
+                const std::optional<std::string> given = *content ? std::optional<std::string>(content) : std::nullopt;
                 router_.with_option(place, given, [&] {
                     std::string text = set_text(router_.transact(node_, numbers_, sample_), sample_);
                     if (given) text = without_value(text, *given);
@@ -252,8 +247,7 @@ class Subject {
         for (std::size_t position = 0; position < numbers_.size(); ++position) {
             Groups got, set;
             for (int number : {0, 1, 2, 3, 4, 5, 9, 99}) {
-                if (std::find(known[position].begin(), known[position].end(), number) !=
-                    known[position].end())
+                if (std::find(known[position].begin(), known[position].end(), number) != known[position].end())
                     continue;
                 std::vector<int> numbers = numbers_;
                 numbers[position] = number;

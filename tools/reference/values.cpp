@@ -65,9 +65,9 @@ void add_base(Values& values, const Type& type) {
         case Base::IPAddress:
             return add_address(values);
         case Base::MACAddress:
-            return values.add({"02:11:22:33:44:55", "aa:bb:cc:DD:EE:FF", "00:00:00:00:00:00",
-                               "FF:FF:FF:FF:FF:FF", "01:00:5e:00:00:01", "02-11-22-33-44-55",
-                               "02:11:22:33:44", "021122334455", "02:11:22:33:44:5g", ""});
+            return values.add({"02:11:22:33:44:55", "aa:bb:cc:DD:EE:FF", "00:00:00:00:00:00", "FF:FF:FF:FF:FF:FF",
+                               "01:00:5e:00:00:01", "02-11-22-33-44-55", "02:11:22:33:44", "021122334455",
+                               "02:11:22:33:44:5g", ""});
         case Base::DateTime:
             return values.add({"2024-05-01T12:00:00Z", "0001-01-01T00:00:00Z", "yesterday", ""});
         case Base::String:
@@ -83,8 +83,7 @@ std::vector<std::string> values_to_try(const Type& type) {
     for (const std::string& word : type.words) {
         values.add(word);
         std::string other = word;
-        for (char& letter : other)
-            letter = static_cast<char>(letter ^ (letter >= 'a' && letter <= 'z' ? 0x20 : 0));
+        for (char& letter : other) letter = static_cast<char>(letter ^ (letter >= 'a' && letter <= 'z' ? 0x20 : 0));
         values.add(other);
     }
     if (type.words.empty() || type.number()) {

@@ -138,8 +138,8 @@ extern "C" {
 
 int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int descriptor, int as) {
     if (as == STDOUT_FILENO) output_of_shell = descriptor;
-    return next<int(posix_spawn_file_actions_t*, int, int)>("posix_spawn_file_actions_adddup2")(
-        actions, descriptor, as);
+    return next<int(posix_spawn_file_actions_t*, int, int)>("posix_spawn_file_actions_adddup2")(actions, descriptor,
+                                                                                                as);
 }
 
 // The library starts nothing but shells: sh -c TEXT, some with an output that is read.
@@ -176,15 +176,14 @@ unsigned sleep(unsigned /*seconds*/) { return 0; }
 int fsync(int /*descriptor*/) { return 0; }
 
 int uci_load(uci_context* context, const char* name, uci_package** package) {
-    const int result =
-        next<int(uci_context*, const char*, uci_package**)>("uci_load")(context, name, package);
+    const int result = next<int(uci_context*, const char*, uci_package**)>("uci_load")(context, name, package);
     if (result != UCI_OK) note(noted.options, std::string(name ? name : "") + ".");
     return result;
 }
 
 int uci_lookup_next(uci_context* context, uci_element** element, uci_list* list, const char* name) {
-    const int result = next<int(uci_context*, uci_element**, uci_list*, const char*)>("uci_lookup_next")(
-        context, element, list, name);
+    const int result =
+        next<int(uci_context*, uci_element**, uci_list*, const char*)>("uci_lookup_next")(context, element, list, name);
     uci_element* one = nullptr;
     uci_foreach_element(&context->root, one) {
         uci_package* package = uci_to_package(one);

@@ -13,8 +13,7 @@ namespace cwmp::watch {
 struct Seen {
     std::vector<std::string> commands;  // in order, without those that write the console log
     std::vector<std::string> logged;    // messages of the console log, without process, function and line
-    std::vector<std::string>
-        options;  // places of the store that were looked up, each once: package.section.option
+    std::vector<std::string> options;   // places of the store that were looked up, each once: package.section.option
 };
 
 // Begins to note, or forgets what was noted so far.

@@ -15,9 +15,7 @@ namespace {
 
 // The locale plays no part in what these are, nor whether char is signed.
 bool is_control(char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
-bool is_alphanumeric(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
+bool is_alphanumeric(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool is_harmless(char c) { return c >= ' ' && c <= '~' && std::strchr("\"'$\\;&|<>`", c) == nullptr; }
 bool is_of_host(char c) { return is_alphanumeric(c) || c == '.' || c == '-'; }
 

@@ -11,9 +11,7 @@ bool Lan::has_host(const char* host) const {
            libutil_netChkSameSubnet(host, nullptr, address.c_str(), mask.c_str()) == 1;
 }
 
-std::string Lan::complete(const std::string& host) const {
-    return host_address(address.c_str(), mask.c_str(), host);
-}
+std::string Lan::complete(const std::string& host) const { return host_address(address.c_str(), mask.c_str(), host); }
 
 std::optional<Lan> read_lan(Caller caller) {
     constexpr Section kLan{"network", "lan"};

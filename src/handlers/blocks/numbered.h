@@ -16,7 +16,6 @@ int refuse_instance(int number, Caller caller);
 std::optional<int> require_number(int number, int last, Caller caller);
 
 // A read-only parameter: the text of the instance that locate[0] names.
-int numbered(int op, Arguments args, int last, std::string (*text)(int number),
-             Caller caller = Caller::here());
+int numbered(int op, Arguments args, int last, std::string (*text)(int number), Caller caller = Caller::here());
 
 }  // namespace cwmp

@@ -6,8 +6,7 @@
 
 namespace cwmp {
 
-NumberedSection::NumberedSection(const SectionKind& kind, int number)
-    : package_(kind.package), name_(decimal(number)) {
+NumberedSection::NumberedSection(const SectionKind& kind, int number) : package_(kind.package), name_(decimal(number)) {
     if (number < 1 || !context_ || !context_.load(package_)) return;
     uci_section* section = context_.section(name_.c_str());
     if (section != nullptr && std::strcmp(UciContext::type(section), kind.type) == 0) section_ = section;

@@ -5,9 +5,7 @@
 namespace cwmp {
 namespace {
 
-int fail(Caller caller, const char* event) {
-    return event != nullptr ? refuse(caller, kError, "%s", event) : kRefused;
-}
+int fail(Caller caller, const char* event) { return event != nullptr ? refuse(caller, kError, "%s", event) : kRefused; }
 
 bool write(const Option& parameter, const std::string& text) {
     if (parameter.at.package == nullptr) return true;
@@ -47,8 +45,7 @@ int read_only_option(int op, Arguments args, const Option& parameter) {
     return read_only_option(op, args, parameter, {});
 }
 
-int read_only_option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
-                     Caller caller) {
+int read_only_option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller) {
     return op == CWMP_OP_GET ? option(GetArguments(args), parameter, events, caller) : kRefused;
 }
 

@@ -35,8 +35,7 @@ struct OptionEvents {
 
 // GET answers the stored text; SET stores the new one.
 int option(int op, Arguments args, const Option& parameter);
-int option(int op, Arguments args, const Option& parameter, const OptionEvents& events,
-           Caller caller = Caller::here());
+int option(int op, Arguments args, const Option& parameter, const OptionEvents& events, Caller caller = Caller::here());
 // The same where the arguments are taken already.
 int option(const GetArguments& get, const Option& parameter, const OptionEvents& events = {},
            Caller caller = Caller::here());
@@ -51,7 +50,6 @@ int read_only_option(int op, Arguments args, const Option& parameter, const Opti
 bool write_leniently(const OptionPath& at, const std::string& text);
 
 // An option of the live store; nothing, logged under the caller's name, when it cannot be read.
-std::optional<std::string> read_reported(const OptionPath& at, const char* failure,
-                                         Caller caller = Caller::here());
+std::optional<std::string> read_reported(const OptionPath& at, const char* failure, Caller caller = Caller::here());
 
 }  // namespace cwmp

@@ -28,7 +28,7 @@ int staged(int op, Arguments args, StagedField field, Caller caller = Caller::he
 int staged(const PassArguments& pass, StagedField field, Caller caller);
 
 // The whole parameter: GET answers an option of the store, where what the group has applied stands.
-int staged_option(int op, Arguments args, StagedField field, const Option& stored,
-                  const OptionEvents& events = {}, Caller caller = Caller::here());
+int staged_option(int op, Arguments args, StagedField field, const Option& stored, const OptionEvents& events = {},
+                  Caller caller = Caller::here());
 
 }  // namespace cwmp

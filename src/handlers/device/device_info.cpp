@@ -39,8 +39,7 @@ PARAMETER(DeviceInfo_X_QM_DevName, command_line,
           {"fwinfo MODEL", kLongLine, "Failed to use fwinfo to get  DeviceName \n"})
 
 READ_ONLY(DeviceInfo_X_QM_ProductID) {
-    const auto line =
-        first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
+    const auto line = first_line({"fwinfo PRODUCT_ID", kLongLine, "Failed to use fwinfo to get  fwinfo PRODUCT_ID\n"});
     if (!line) return kRefused;
     const int identifier = static_cast<int>(std::strtoul(line->c_str(), nullptr, 16));
     return get.answer(decimal(identifier));
@@ -65,8 +64,7 @@ PARAMETER(DeviceInfo_ProvisioningCode, option,
 
 HANDLER(DeviceInfo_FirstUseDate) {
     if (op != CWMP_OP_GET) return REFUSE("Get FirstUseDate error\n");
-    return read_only_option(op, args,
-                            {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
+    return read_only_option(op, args, {.at = {"systime", "ntptime", "firsttime"}, .missing = "0001-01-01T00:00:00Z"});
 }
 
 HANDLER(DeviceInfo_DeviceLog) {
@@ -103,8 +101,8 @@ PARAMETER(DeviceInfo_ProcessStatus_ProcessNumberOfEntries, command_line,
 
 READ_ONLY(DeviceInfo_ProcessStatus_CPUUsage) {
     constexpr int kIdleWhenUnknown = 95;
-    const auto line = first_line({"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'",
-                                  kShortLine, "Failed to get  CPUUsage\n"});
+    const auto line = first_line(
+        {"top -n1 | grep idle | grep irq | awk '{print $8}' | sed 's/%//g'", kShortLine, "Failed to get  CPUUsage\n"});
     if (!line) return kRefused;
     const long idle = leading_decimal(line->c_str()).value_or(kIdleWhenUnknown);
     return get.answer(decimal(100 - idle));

@@ -44,8 +44,7 @@ void log_value(Caller caller, const char* event, const char* value) {
 }
 
 // A setting whose new value is logged, in clear, before anything is done with it.
-int server_setting(int op, Arguments args, const char* event, Option setting,
-                   Caller caller = Caller::here()) {
+int server_setting(int op, Arguments args, const char* event, Option setting, Caller caller = Caller::here()) {
     setting.apply = CWMP_APPLY_MANAGEMENT_SERVER;
     setting.write_failure_is_done = true;
     if (op == CWMP_OP_GET) return option(op, args, setting);
@@ -94,8 +93,7 @@ HANDLER(ManagementServer_URL) {
 }
 
 PARAMETER(ManagementServer_Username, server_setting, "cwmp, username val", {.at = kInfo / "username"})
-PARAMETER(ManagementServer_Password, server_setting, "cwmp password, val",
-          {.at = kInfo / "password", .secret = true})
+PARAMETER(ManagementServer_Password, server_setting, "cwmp password, val", {.at = kInfo / "password", .secret = true})
 
 HANDLER(ManagementServer_EnableCWMP) {
     const Option setting = {.at = kInfo / "enable", .accepts = zero_or_one};
@@ -108,8 +106,7 @@ PARAMETER(ManagementServer_PeriodicInformEnable, server_setting, "cwmp, peridicI
 PARAMETER(ManagementServer_PeriodicInformInterval, server_setting, "cwmp, peridicInformInterval val",
           {.at = kInfo / "inform_interval"})
 HANDLER(ManagementServer_PeriodicInformTime) {
-    const int result =
-        server_setting(op, args, "cwmp_local, inform_time val", {.at = kLocal / "inform_time"});
+    const int result = server_setting(op, args, "cwmp_local, inform_time val", {.at = kLocal / "inform_time"});
     if (op != CWMP_OP_GET && result == kDone) save_device_configuration();
     return result;
 }
@@ -173,8 +170,7 @@ HANDLER(ManagementServer_STUNMinimumKeepAlivePeriod) {
     return stun_setting(op, args, "MinKeepPeriod", "10");
 }
 
-PARAMETER(ManagementServer_ConnReqXMPPConnection, option,
-          {.missing = kXmppConnection, .accepts = the_connection})
+PARAMETER(ManagementServer_ConnReqXMPPConnection, option, {.missing = kXmppConnection, .accepts = the_connection})
 PARAMETER(ManagementServer_ConnReqAllowedJabberIDs, option,
           {.at = kXmpp / "allowed_id", .accepts = at_most<512>, .apply = CWMP_APPLY_XMPP})
 FORWARD(ManagementServer_ConnReqJabberID, XMPP_Connection_JabberID)

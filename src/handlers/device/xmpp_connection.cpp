@@ -12,11 +12,9 @@ namespace {
 constexpr Section kConnection = {"cwmp", "xmpp_conn"};
 constexpr Section kServer = {"cwmp", "xmpp_srv"};
 
-int setting(int op, Arguments args, const OptionPath& at, const char* missing, Check accepts,
-            bool secret = false) {
-    return option(
-        op, args,
-        {.at = at, .missing = missing, .accepts = accepts, .apply = CWMP_APPLY_XMPP, .secret = secret});
+int setting(int op, Arguments args, const OptionPath& at, const char* missing, Check accepts, bool secret = false) {
+    return option(op, args,
+                  {.at = at, .missing = missing, .accepts = accepts, .apply = CWMP_APPLY_XMPP, .secret = secret});
 }
 
 // What the agent's XMPP client wrote last.
@@ -50,17 +48,13 @@ PARAMETER(XMPP_Connection_Domain, setting, kConnection / "domain", "", at_most<6
 PARAMETER(XMPP_Connection_Resource, setting, kConnection / "resource", "", at_most<64>)
 PARAMETER(XMPP_Connection_UseTLS, setting, kConnection / "use_tls", "0", boolean)
 
-PARAMETER(XMPP_Connection_ServerConnectAlgorithm, setting, kConnection / "conn_algo", "DNS-SRV",
-          connect_algorithm)
-PARAMETER(XMPP_Connection_KeepAliveInterval, setting, kConnection / "keep_alive_int", "-1",
-          number<-1, INT_MAX>)
+PARAMETER(XMPP_Connection_ServerConnectAlgorithm, setting, kConnection / "conn_algo", "DNS-SRV", connect_algorithm)
+PARAMETER(XMPP_Connection_KeepAliveInterval, setting, kConnection / "keep_alive_int", "-1", number<-1, INT_MAX>)
 PARAMETER(XMPP_Connection_ServerConnectAttempts, setting, kConnection / "conn_attempt", "16", wrapping_number)
-PARAMETER(XMPP_Connection_ServerRetryInitialInterval, setting, kConnection / "retry_init_int", "60",
-          number<1, 65535>)
+PARAMETER(XMPP_Connection_ServerRetryInitialInterval, setting, kConnection / "retry_init_int", "60", number<1, 65535>)
 PARAMETER(XMPP_Connection_ServerRetryIntervalMultiplier, setting, kConnection / "retry_int_multi", "2000",
           number<1000, 65535>)
-PARAMETER(XMPP_Connection_ServerRetryMaxInterval, setting, kConnection / "retry_max_int", "30720",
-          number<1, UINT_MAX>)
+PARAMETER(XMPP_Connection_ServerRetryMaxInterval, setting, kConnection / "retry_max_int", "30720", number<1, UINT_MAX>)
 
 READ_ONLY(XMPP_Connection_JabberID) { return get.answer(jabber_id()); }
 

@@ -47,8 +47,8 @@ void forget_signals() {
 }
 
 void log_process(Caller caller, const char* when) {
-    log_event(caller, kProgress, "%s: child pid id : %d group id before:%d the session id is: %d\n\n", when,
-              getpid(), getpgrp(), getsid(0));
+    log_event(caller, kProgress, "%s: child pid id : %d group id before:%d the session id is: %d\n\n", when, getpid(),
+              getpgrp(), getsid(0));
 }
 
 void become_job(Caller caller) {

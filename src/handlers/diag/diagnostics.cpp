@@ -14,12 +14,10 @@ int test_option(int op, Arguments args, const Option& parameter, const OptionEve
 
 int test_result(int op, Arguments args, const char* package, const char* section, const char* option,
                 const char* missing) {
-    return read_only_option(op, args,
-                            {.at = {package, section, option}, .store = Store::kScratch, .missing = missing});
+    return read_only_option(op, args, {.at = {package, section, option}, .store = Store::kScratch, .missing = missing});
 }
 
-int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running,
-               const Option& request) {
+int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running, const Option& request) {
     if (op != CWMP_OP_GET) return test_option(op, args, request);
     const GetArguments get(args);
     return get.answer(read_test(running) == "1" ? kNoTest : read_test(state).value_or(""));

@@ -13,9 +13,7 @@ inline constexpr const char* kDiagnosticsPackage = "diagnostics_config";
 inline constexpr const char* kNoTest = "None";
 
 // Parameters and results live in scratch packages: they reach flash when a finished test is saved.
-CWMP_INLINE std::optional<std::string> read_test(const OptionPath& at) {
-    return read_option(at, kScratchStore);
-}
+CWMP_INLINE std::optional<std::string> read_test(const OptionPath& at) { return read_option(at, kScratchStore); }
 CWMP_INLINE bool write_test(const OptionPath& at, const std::string& value) {
     return write_option(at, value, kScratchStore);
 }
@@ -30,8 +28,7 @@ CWMP_INLINE int test_result(int op, Arguments args, const OptionPath& at, const 
 }
 
 // A DiagnosticsState: while running holds "1" a test is under way, which reads as none. request is what a SET does.
-int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running,
-               const Option& request);
+int test_state(int op, Arguments args, const OptionPath& state, const OptionPath& running, const Option& request);
 
 // The only value that a SET of a DiagnosticsState takes: it asks for the test.
 std::optional<std::string> requested(const char* value);

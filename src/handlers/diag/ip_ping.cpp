@@ -62,8 +62,7 @@ HANDLER(IPPingDiagnostics_ProtocolVersion) {
 PARAMETER(IPPingDiagnostics_NumberOfRepetitions, test_option,
           {.at = kPing / "NumberOfRepetitions", .missing = "3", .accepts = numeric_text<1, INT_MAX>})
 
-PARAMETER(IPPingDiagnostics_Timeout, test_option,
-          {.at = kPing / "Timeout", .missing = "100", .accepts = timeout_text})
+PARAMETER(IPPingDiagnostics_Timeout, test_option, {.at = kPing / "Timeout", .missing = "100", .accepts = timeout_text})
 
 PARAMETER(IPPingDiagnostics_DataBlockSize, test_option,
           {.at = kPing / "DataBlockSize", .missing = "38", .accepts = numeric_text<1, 65535>})

@@ -114,8 +114,7 @@ const char* standards_of(const std::string& frequency, const std::string& mode) 
 }
 
 std::string standards(int cell) {
-    return standards_of(read_cell(cell, "Frequency").value_or(""),
-                        read_cell(cell, "OperatingStandards").value_or(""));
+    return standards_of(read_cell(cell, "Frequency").value_or(""), read_cell(cell, "OperatingStandards").value_or(""));
 }
 
 std::string extension_channel(int cell) {
@@ -180,11 +179,9 @@ PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedStandards, row_text, st
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_X_QM_ExtensionChannel, row_text, extension_channel)
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SSID, cell_option, "SSID")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BSSID, cell_option, "BSSID")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, cell_option,
-          "SupportedDataTransferRates")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SupportedDataTransferRates, cell_option, "SupportedDataTransferRates")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingStandards, cell_option, "OperatingStandards")
-PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth, cell_option,
-          "OperatingChannelBandwidth")
+PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth, cell_option, "OperatingChannelBandwidth")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Channel, cell_option, "Channel")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength, cell_option, "SignalStrength")
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_Noise, cell_option, "Noise")
@@ -194,8 +191,7 @@ PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod, cell_option, "DTIMPe
 PARAMETER(WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod, cell_option, "BeaconPeriod")
 
 ALIAS(X_QM_NeighboringWiFiDiagnostic_DiagnosticsState, WiFi_NeighboringWiFiDiagnostic_DiagnosticsState)
-ALIAS(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries,
-      WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_ResultNumberOfEntries, WiFi_NeighboringWiFiDiagnostic_ResultNumberOfEntries)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand,
       WiFi_NeighboringWiFiDiagnostic_Result_OperatingFrequencyBand)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Radio, WiFi_NeighboringWiFiDiagnostic_Result_Radio)
@@ -213,12 +209,10 @@ ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingStandards,
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth,
       WiFi_NeighboringWiFiDiagnostic_Result_OperatingChannelBandwidth)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Channel, WiFi_NeighboringWiFiDiagnostic_Result_Channel)
-ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SignalStrength,
-      WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SignalStrength, WiFi_NeighboringWiFiDiagnostic_Result_SignalStrength)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_Noise, WiFi_NeighboringWiFiDiagnostic_Result_Noise)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled,
       WiFi_NeighboringWiFiDiagnostic_Result_SecurityModeEnabled)
-ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_EncryptionMode,
-      WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode)
+ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_EncryptionMode, WiFi_NeighboringWiFiDiagnostic_Result_EncryptionMode)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_DTIMPeriod, WiFi_NeighboringWiFiDiagnostic_Result_DTIMPeriod)
 ALIAS(X_QM_NeighboringWiFiDiagnostic_Result_BeaconPeriod, WiFi_NeighboringWiFiDiagnostic_Result_BeaconPeriod)

@@ -14,8 +14,7 @@ constexpr Section kDownload{kDiagnosticsPackage, "download"};
 constexpr Section kUpload{kDiagnosticsPackage, "upload"};
 
 int request(int op, Arguments args, const Section& test, unsigned int apply) {
-    return test_option(op, args,
-                       {.at = test / "state", .missing = kNoTest, .accepts = requested, .apply = apply});
+    return test_option(op, args, {.at = test / "state", .missing = kNoTest, .accepts = requested, .apply = apply});
 }
 
 // A setting: a new one makes the result of an earlier test void.
@@ -80,12 +79,10 @@ int interface(int op, Arguments args, const Section& test) {
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_DiagnosticsState, request, kDownload, CWMP_APPLY_DOWNLOAD_TEST)
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_Interface, interface, kDownload)
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadURL, url, kDownload)
-PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadTransports, test_result, kDownload / "transport",
-          "HTTP,FTP")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadTransports, test_result, kDownload / "transport", "HTTP,FTP")
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_DSCP, dscp, kDownload)
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_EthernetPriority, ethernet_priority, kDownload)
-PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadDiagnosticMaxConnections, test_result,
-          kDownload / "max_conn", "7")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_DownloadDiagnosticMaxConnections, test_result, kDownload / "max_conn", "7")
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_NumberOfConnections, connections, kDownload)
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_TimeBasedTestDuration, duration, kDownload)
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_ROMTime, test_result, kDownload / "rom")
@@ -93,10 +90,8 @@ PARAMETER(IP_Diagnostics_DownloadDiagnostics_BOMTime, test_result, kDownload / "
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_EOMTime, test_result, kDownload / "eom")
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_TCPOpenRequestTime, test_result, kDownload / "tcp_req_time")
 PARAMETER(IP_Diagnostics_DownloadDiagnostics_TCPOpenResponseTime, test_result, kDownload / "tcp_resp_time")
-PARAMETER(IP_Diagnostics_DownloadDiagnostics_TestBytesReceived, test_result, kDownload / "test_bytes_recv",
-          "0")
-PARAMETER(IP_Diagnostics_DownloadDiagnostics_TotalBytesReceived, test_result, kDownload / "total_bytes_recv",
-          "0")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TestBytesReceived, test_result, kDownload / "test_bytes_recv", "0")
+PARAMETER(IP_Diagnostics_DownloadDiagnostics_TotalBytesReceived, test_result, kDownload / "total_bytes_recv", "0")
 
 PARAMETER(IP_Diagnostics_UploadDiagnostics_DiagnosticsState, request, kUpload, CWMP_APPLY_UPLOAD_TEST)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_Interface, interface, kUpload)
@@ -104,8 +99,7 @@ PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadURL, url, kUpload)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadTransports, test_result, kUpload / "transport", "HTTP,FTP")
 PARAMETER(IP_Diagnostics_UploadDiagnostics_DSCP, dscp, kUpload)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_EthernetPriority, ethernet_priority, kUpload)
-PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadDiagnosticsMaxConnections, test_result, kUpload / "max_conn",
-          "7")
+PARAMETER(IP_Diagnostics_UploadDiagnostics_UploadDiagnosticsMaxConnections, test_result, kUpload / "max_conn", "7")
 PARAMETER(IP_Diagnostics_UploadDiagnostics_NumberOfConnections, connections, kUpload)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_TimeBasedTestDuration, duration, kUpload)
 PARAMETER(IP_Diagnostics_UploadDiagnostics_TestFileLength, setting, kUpload,

@@ -19,9 +19,7 @@ constexpr Section kTrace{kPackage, "traceroute"};
 constexpr const char* kUnresolved = "Error_CannotResolveHostName";
 
 // Unlike the ping's a fixed path, and not the WAN's: kept as it is.
-std::optional<std::string> device(const char* value) {
-    return device_of_interface(value, "Device.IP.Interface.1");
-}
+std::optional<std::string> device(const char* value) { return device_of_interface(value, "Device.IP.Interface.1"); }
 
 void set_state(const char* state) { write_test(kTrace / "DiagnosticsState", state); }
 void set_running(bool running) { write_test(kTrace / "last_trace_status", running ? "1" : "0"); }
@@ -80,8 +78,8 @@ PARAMETER(IP_Diagnostics_TraceRoute_Interface, test_option, {.at = kTrace / "Int
 
 PARAMETER(IP_Diagnostics_TraceRoute_ProtocolVersion, constant, "IPv4")
 
-PARAMETER(IP_Diagnostics_TraceRoute_Host, test_option,
-          {.at = kTrace / "Host", .accepts = at_most<kLongestName>}, {.refused = "Out of Range\n\n"})
+PARAMETER(IP_Diagnostics_TraceRoute_Host, test_option, {.at = kTrace / "Host", .accepts = at_most<kLongestName>},
+          {.refused = "Out of Range\n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_NumberOfTries, test_option,
           {.at = kTrace / "NumberOfTries", .accepts = numeric_text<INT_MIN, 10>})
@@ -90,16 +88,14 @@ PARAMETER(IP_Diagnostics_TraceRoute_Timeout, test_option,
           {.at = kTrace / "Timeout", .accepts = numeric_text<1, INT_MAX>}, {.refused = "Out of range \n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_DataBlockSize, test_option,
-          {.at = kTrace / "DataBlockSize", .accepts = numeric_text<1, 65535>},
-          {.refused = "Out of range \n\n"})
+          {.at = kTrace / "DataBlockSize", .accepts = numeric_text<1, 65535>}, {.refused = "Out of range \n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_MaxHopCount, test_option,
           {.at = kTrace / "MaxHopCount", .accepts = numeric_text<1, 64>}, {.refused = "Out of range \n\n"})
 
 PARAMETER(IP_Diagnostics_TraceRoute_DSCP, constant, "0")
 PARAMETER(IP_Diagnostics_TraceRoute_ResponseTime, test_result, kTrace / "time", "0")
-PARAMETER(IP_Diagnostics_TraceRoute_RouteHopsNumberOfEntries, test_result,
-          kTrace / "RouteHopsNumberOfEntries")
+PARAMETER(IP_Diagnostics_TraceRoute_RouteHopsNumberOfEntries, test_result, kTrace / "RouteHopsNumberOfEntries")
 
 PARAMETER(IP_Diagnostics_TraceRoute_RouteHops_Host, row_option, {kPackage, "Host"})
 ALIAS(IP_Diagnostics_TraceRoute_RouteHops_HostAddress, IP_Diagnostics_TraceRoute_RouteHops_Host)

@@ -67,9 +67,7 @@ int set_enable(const SetArguments& set, Caller caller) {
     return set_switch(set, "Enable", CWMP_APPLY_UDP_ECHO, caller);
 }
 
-int set_echo_plus(const SetArguments& set, Caller caller) {
-    return set_switch(set, "EchoPlusEnabled", 0, caller);
-}
+int set_echo_plus(const SetArguments& set, Caller caller) { return set_switch(set, "EchoPlusEnabled", 0, caller); }
 
 }  // namespace
 
@@ -97,7 +95,5 @@ PARAMETER(IP_Diagnostics_UDPEchoConfig_PacketsReceived, test_result, kEcho / "Pa
 PARAMETER(IP_Diagnostics_UDPEchoConfig_PacketsResponded, test_result, kEcho / "PacketsResponded", "0")
 PARAMETER(IP_Diagnostics_UDPEchoConfig_BytesReceived, test_result, kEcho / "BytesReceived", "0")
 PARAMETER(IP_Diagnostics_UDPEchoConfig_BytesResponded, test_result, kEcho / "BytesResponded", "0")
-PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeFirstPacketReceived, test_result,
-          kEcho / "TimeFirstPacketReceived", kNever)
-PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeLastPacketReceived, test_result, kEcho / "TimeLastPacketReceived",
-          kNever)
+PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeFirstPacketReceived, test_result, kEcho / "TimeFirstPacketReceived", kNever)
+PARAMETER(IP_Diagnostics_UDPEchoConfig_TimeLastPacketReceived, test_result, kEcho / "TimeLastPacketReceived", kNever)

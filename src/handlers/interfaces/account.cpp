@@ -18,8 +18,8 @@ bool is_in_force(const Account& account) {
 
 bool write_account(const Account& account, const std::string& text) {
     if (!write_option(Section{"protocol", account.type} / account.option, text)) return false;
-    return !is_in_force(account) || (write_option(kConnection / account.option, text) &&
-                                     write_option(kConnectionSync / account.option, text));
+    return !is_in_force(account) ||
+           (write_option(kConnection / account.option, text) && write_option(kConnectionSync / account.option, text));
 }
 
 int get_account(const GetArguments& get, const Account& account, Caller caller) {

@@ -34,9 +34,8 @@ constexpr Instance kInstances[] = {
 
 // Null when there is none.
 const Instance* instance_of(Object object, int number) {
-    const auto* found = std::find_if(std::begin(kInstances), std::end(kInstances), [&](const auto& row) {
-        return row.object == object && row.number == number;
-    });
+    const auto* found = std::find_if(std::begin(kInstances), std::end(kInstances),
+                                     [&](const auto& row) { return row.object == object && row.number == number; });
     return found != std::end(kInstances) ? found : nullptr;
 }
 

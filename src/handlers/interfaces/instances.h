@@ -16,16 +16,7 @@ struct Instance {
     char interface[sizeof "internet"];
 };
 
-enum IpInterface {
-    kLan = 1,
-    kWan = 2,
-    kPptpLeg = 3,
-    kL2tpLeg = 4,
-    kPppoe = 5,
-    kPptp = 6,
-    kL2tp = 7,
-    kMg = 8
-};
+enum IpInterface { kLan = 1, kWan = 2, kPptpLeg = 3, kL2tpLeg = 4, kPppoe = 5, kPptp = 6, kL2tp = 7, kMg = 8 };
 enum VlanTermination { kInternetVlan = 1, kIptvVlan = 3 };
 
 // The instance that a path names; null, logged under the caller's name, when there is none.

@@ -60,8 +60,7 @@ int known_to(Arguments args, const Source& source, Caller caller = Caller::here(
             case kMg:
                 return forward_get(args, source.wan, 1, 2);
             default:
-                if (instance->number == kPppoe && source.pppoe != nullptr)
-                    return forward_get(args, source.pppoe, 1, 1);
+                if (instance->number == kPppoe && source.pppoe != nullptr) return forward_get(args, source.pppoe, 1, 1);
                 return get.answer(source.tunnel(*instance));
         }
     };
@@ -117,8 +116,7 @@ HANDLER(IP_Interface_IPv4Address_SubnetMask) {
 
 HANDLER(IP_Interface_IPv4Address_AddressingType) {
     if (op == CWMP_OP_GET) return value(op, args, Object::IpAddress, addressing_type);
-    return staged_instance(op, args, Object::IpAddress,
-                           {{kWan, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, settable_type}}});
+    return staged_instance(op, args, Object::IpAddress, {{kWan, {CWMP_STAGED_WAN, CWMP_WAN_TYPE, settable_type}}});
 }
 
 PARAMETER(IP_Interface_Stats_BytesSent, counter, Object::IpInterface, "TotalBytesSent")

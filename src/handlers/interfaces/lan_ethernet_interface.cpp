@@ -37,9 +37,6 @@ HANDLER(LANDevice_LANEthernetInterfaceConfig_MaxBitRate) {
 }
 THROUGH(LANDevice_LANEthernetInterfaceConfig_DuplexMode, lan_port, Ethernet_Interface_DuplexMode)
 THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_BytesSent, lan_port, Ethernet_Interface_Stats_BytesSent)
-THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived, lan_port,
-        Ethernet_Interface_Stats_BytesReceived)
-THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent, lan_port,
-        Ethernet_Interface_Stats_PacketsSent)
-THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived, lan_port,
-        Ethernet_Interface_Stats_PacketsReceived)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_BytesReceived, lan_port, Ethernet_Interface_Stats_BytesReceived)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsSent, lan_port, Ethernet_Interface_Stats_PacketsSent)
+THROUGH(LANDevice_LANEthernetInterfaceConfig_Stats_PacketsReceived, lan_port, Ethernet_Interface_Stats_PacketsReceived)

@@ -42,13 +42,11 @@ PARAMETER(PPP_Interface_ConnectionStatus, connection_status, Object::Ppp)
 
 HANDLER(PPP_Interface_Username) {
     if (op == CWMP_OP_GET) return account(op, args, {Object::Ppp, "pppoe", "username"});
-    return staged_instance(op, args, Object::Ppp,
-                           {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_USERNAME, credential}}});
+    return staged_instance(op, args, Object::Ppp, {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_USERNAME, credential}}});
 }
 HANDLER(PPP_Interface_Password) {
     if (op == CWMP_OP_GET) return constant(op, args, "");
-    return staged_instance(op, args, Object::Ppp,
-                           {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_PASSWORD, credential}}});
+    return staged_instance(op, args, Object::Ppp, {{1, {CWMP_STAGED_PPPOE, CWMP_PPPOE_PASSWORD, credential}}});
 }
 PARAMETER(PPP_Interface_CurrentMRUSize, known_to_connection, Object::Ppp,
           WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize)
@@ -59,8 +57,7 @@ PARAMETER(PPP_Interface_PPPoE_ServiceName, account, {Object::Ppp, "pppoe", "serv
 
 THROUGH(PPP_Interface_IPCP_LocalIPAddress, ipcp_address,
         WANDevice_WANConnectionDevice_WANPPPConnection_ExternalIPAddress)
-THROUGH(PPP_Interface_IPCP_RemoteIPAddress, ipcp_address,
-        WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway)
+THROUGH(PPP_Interface_IPCP_RemoteIPAddress, ipcp_address, WANDevice_WANConnectionDevice_WANPPPConnection_DefaultGateway)
 HANDLER(PPP_Interface_IPCP_DNSServers) {
     const int code = ppp_field(op, args, WANDevice_WANConnectionDevice_WANPPPConnection_DNSServers,
                                {CWMP_STAGED_PPPOE, CWMP_PPPOE_DNS_SERVERS, address_or_none});

@@ -55,16 +55,13 @@ std::string mac_of(const std::string& device) {
     return line_of(formatted("ifconfig %s | grep HWaddr | awk '{print $5}'", shell_word(device).c_str()));
 }
 
-std::string mac_address(const Instance& instance) {
-    return is_present(instance) ? mac_of(instance.device) : "";
-}
+std::string mac_address(const Instance& instance) { return is_present(instance) ? mac_of(instance.device) : ""; }
 
 std::string mtu(const Instance& instance) {
     constexpr const char* kUsual = "1500";
     if (!is_present(instance)) return kUsual;
-    return line_of(
-        formatted("ifconfig %s | grep MTU | awk -F 'MTU:' '{print $2}' | awk '{print $1}'", instance.device),
-        kUsual);
+    return line_of(formatted("ifconfig %s | grep MTU | awk -F 'MTU:' '{print $2}' | awk '{print $1}'", instance.device),
+                   kUsual);
 }
 
 std::string mask(const Instance& instance) {
@@ -97,8 +94,7 @@ int counter(int op, Arguments args, Object object, const char* word, Caller call
     return device_counter(args, is_present(*instance) ? instance->device : "", word);
 }
 
-int known_to_connection(int op, Arguments args, Object object, Handler connection, const char* absent,
-                        Caller caller) {
+int known_to_connection(int op, Arguments args, Object object, Handler connection, const char* absent, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const Instance* instance = require_instance(object, get.locate(), caller);
@@ -108,13 +104,11 @@ int known_to_connection(int op, Arguments args, Object object, Handler connectio
 }
 
 int connection_status(int op, Arguments args, Object object, Caller caller) {
-    return known_to_connection(op, args, object,
-                               WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus,
+    return known_to_connection(op, args, object, WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus,
                                "Unconfigured", caller);
 }
 
-int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields,
-                    Caller caller) {
+int staged_instance(int op, Arguments args, Object object, std::initializer_list<InstanceField> fields, Caller caller) {
     if (!is_pass(op)) return kDone;
     const PassArguments pass(op, args);
     const Instance* instance = require_instance(object, pass.locate(), caller);

@@ -38,8 +38,8 @@ int device_counter(Arguments args, const char* device, const char* word);
 
 // A read-only parameter of a dialled connection: as the PPP connection of the WAN answers. absent, where it is
 // given, is the answer of an instance that is not present.
-int known_to_connection(int op, Arguments args, Object object, Handler connection,
-                        const char* absent = nullptr, Caller caller = Caller::here());
+int known_to_connection(int op, Arguments args, Object object, Handler connection, const char* absent = nullptr,
+                        Caller caller = Caller::here());
 int connection_status(int op, Arguments args, Object object, Caller caller = Caller::here());
 
 // SET of the instances that are a field of a group; the others refuse it, and so does an address of an

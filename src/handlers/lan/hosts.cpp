@@ -71,8 +71,8 @@ ALIAS(Hosts_Host_PhysAddress, LANDevice_Hosts_Host_MACAddress)
 namespace {
 
 // The interface handlers take the first number of the path as the host's, whatever follows it.
-int interface_of_host(int op, Arguments args, const char* field,
-                      const char* (*name)(const std::string& stored), Caller caller = Caller::here()) {
+int interface_of_host(int op, Arguments args, const char* field, const char* (*name)(const std::string& stored),
+                      Caller caller = Caller::here()) {
     const GetArguments get(args);
     int* locate = get.locate();
     locate[1] = locate[0];

@@ -29,27 +29,23 @@ PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceAddressingTyp
 PARAMETER(LANDevice_LANHostConfigManagement_IPInterface_DefaultGateway, read_only_option, {.at = kLan / "gw"},
           {.unreadable = "get default geteway error\n"})
 
-ALIAS(LANDevice_LANHostConfigManagement_Subnetmask,
-      LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask)
+ALIAS(LANDevice_LANHostConfigManagement_Subnetmask, LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceSubnetMask)
 
 // What the DHCP server hands out as router is the LAN address itself.
 ALIAS(LANDevice_LANHostConfigManagement_DefaultGateway,
       LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress)
-ALIAS(LANDevice_LANHostConfigManagement_IPRouters,
-      LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress)
+ALIAS(LANDevice_LANHostConfigManagement_IPRouters, LANDevice_LANHostConfigManagement_IPInterface_IPInterfaceIPAddress)
 
 PARAMETER(LANDevice_LANHostConfigManagement_DHCPServerEnable, constant, "1")
 
-PARAMETER(LANDevice_LANHostConfigManagement_MinAddress, staged_option,
-          {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS}, {.at = kDhcpServer / "startIpAddress"},
-          {.unreadable = " get dhcp startIpAddress error\n\n"})
+PARAMETER(LANDevice_LANHostConfigManagement_MinAddress, staged_option, {CWMP_STAGED_DHCP, CWMP_DHCP_START_ADDRESS},
+          {.at = kDhcpServer / "startIpAddress"}, {.unreadable = " get dhcp startIpAddress error\n\n"})
 
-PARAMETER(LANDevice_LANHostConfigManagement_MaxAddress, staged_option,
-          {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS}, {.at = kDhcpServer / "endIpAddress"},
-          {.unreadable = " get dhcp endIpAddress error\n\n"})
+PARAMETER(LANDevice_LANHostConfigManagement_MaxAddress, staged_option, {CWMP_STAGED_DHCP, CWMP_DHCP_END_ADDRESS},
+          {.at = kDhcpServer / "endIpAddress"}, {.unreadable = " get dhcp endIpAddress error\n\n"})
 
-PARAMETER(LANDevice_LANHostConfigManagement_DHCPLeaseTime, read_only_option,
-          {.at = kDhcpServer / "dhcpLeaseTime"}, {.unreadable = " get dhcp_server dhcpLeaseTime error\n\n"})
+PARAMETER(LANDevice_LANHostConfigManagement_DHCPLeaseTime, read_only_option, {.at = kDhcpServer / "dhcpLeaseTime"},
+          {.unreadable = " get dhcp_server dhcpLeaseTime error\n\n"})
 
 namespace {
 
@@ -57,8 +53,7 @@ namespace {
 std::optional<std::string> servers_in_use() {
     constexpr int kServers = 3;
     Command configuration("cat /tmp/udhcpd_lan.conf");
-    if (!configuration)
-        return no_value(refuse({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n"));
+    if (!configuration) return no_value(refuse({"_get_dns_server", __LINE__}, kError, "Failed to get dns_server\n"));
     std::string servers;
     int found = 0;
     const auto append = [&](const char* server) {

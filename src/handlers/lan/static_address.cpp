@@ -50,8 +50,7 @@ class Reservation {
     }
 
     int set(const SetArguments& set, const Address& address) const {
-        if (is_taken(address))
-            return refuse(caller_, kError, "failed, %s is already existed\n", address.option);
+        if (is_taken(address)) return refuse(caller_, kError, "failed, %s is already existed\n", address.option);
         if (address.current == address.full) {
             log_event(caller_, kError, "option %s already set\n", address.option);
             return kDone;
@@ -80,8 +79,7 @@ class Reservation {
             if (other == name_) return false;
             const Text text = context.value(section, address.option);
             if (!text) {
-                log_event(caller_, kError, "failed to find option %s in section %s\n", address.option,
-                          other.c_str());
+                log_event(caller_, kError, "failed to find option %s in section %s\n", address.option, other.c_str());
                 return true;
             }
             const bool same = address.full_form(*text, address.lan) == address.full;
@@ -113,42 +111,39 @@ int set_mac(const SetArguments& set, Caller caller) {
     const Reservation entry(set.locate(), caller);
     const auto current = entry.read("mac");
     if (!current) return kRefused;
-    return entry.set(set,
-                     {.option = "mac",
-                      .full = mac,
-                      .text = mac,
-                      .current = *current,
-                      .lan = {},
-                      .full_form = [](const std::string& text, const Lan&) { return canonical_mac(text); },
-                      .other = "ip",
-                      .other_unset = kNoHost});
+    return entry.set(set, {.option = "mac",
+                           .full = mac,
+                           .text = mac,
+                           .current = *current,
+                           .lan = {},
+                           .full_form = [](const std::string& text, const Lan&) { return canonical_mac(text); },
+                           .other = "ip",
+                           .other_unset = kNoHost});
 }
 
 // Other spellings than the canonical one would hide an address that is taken.
 bool is_host_address(const char* text) {
-    return libutil_netChkDotIpAddr(text) == 1 && libutil_netChkLegalIpAddr(text) == 1 &&
-           checkValidIP(text) == 1;
+    return libutil_netChkDotIpAddr(text) == 1 && libutil_netChkLegalIpAddr(text) == 1 && checkValidIP(text) == 1;
 }
 
 int set_ip(const SetArguments& set, Caller caller) {
-    if (!is_host_address(set.value()))
-        return refuse(caller, kError, "failed to set invalid ip %s\n", set.value());
+    if (!is_host_address(set.value())) return refuse(caller, kError, "failed to set invalid ip %s\n", set.value());
     const Reservation entry(set.locate(), caller);
     const auto current = entry.read("ip");
     const auto lan = current ? read_lan(caller) : std::nullopt;
     if (!lan) return kRefused;
     if (!lan->has_host(set.value()))
-        return refuse(caller, kError, "faild, %s is not in lan %s mask %s subnet\n", set.value(),
-                      lan->address.c_str(), lan->mask.c_str());
-    return entry.set(
-        set, {.option = "ip",
-              .full = set.value(),
-              .text = host_part(set.value(), lan->mask.c_str()),
-              .current = lan->complete(*current),
-              .lan = *lan,
-              .full_form = [](const std::string& text, const Lan& network) { return network.complete(text); },
-              .other = "mac",
-              .other_unset = kNoMac});
+        return refuse(caller, kError, "faild, %s is not in lan %s mask %s subnet\n", set.value(), lan->address.c_str(),
+                      lan->mask.c_str());
+    return entry.set(set,
+                     {.option = "ip",
+                      .full = set.value(),
+                      .text = host_part(set.value(), lan->mask.c_str()),
+                      .current = lan->complete(*current),
+                      .lan = *lan,
+                      .full_form = [](const std::string& text, const Lan& network) { return network.complete(text); },
+                      .other = "mac",
+                      .other_unset = kNoMac});
 }
 
 }  // namespace

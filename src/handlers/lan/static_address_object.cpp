@@ -30,8 +30,7 @@ int add(const AddArguments& arguments, Caller caller) {
     if (!numbers) return fail(caller, kError, "failed to get instance mask\n");
     int number = 1;
     while (numbers->has(number)) ++number;
-    if (number > numbers->most())
-        return fail(caller, kError, "failed to add obj, reach max instance number\n");
+    if (number > numbers->most()) return fail(caller, kError, "failed to add obj, reach max instance number\n");
     const std::string name = decimal(number);
     return create(batch, name, caller) ? arguments.answer(name) : fail(caller, kError, "failed to add obj\n");
 }

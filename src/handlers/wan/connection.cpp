@@ -44,8 +44,7 @@ std::optional<int> require_connection(const int* locate, Caller caller) {
     return no_value(refuse_instance(locate != nullptr ? locate[0] : 0, caller));
 }
 
-int connection_status(int op, Arguments args, const char* interface, const char* cannot_start,
-                      Caller caller) {
+int connection_status(int op, Arguments args, const char* interface, const char* cannot_start, Caller caller) {
     if (op != CWMP_OP_GET) return kRefused;
     const auto command = formatted(kStateOf, interface);
     const auto line = first_line({command.c_str(), kStateLimit, cannot_start}, caller);

@@ -18,8 +18,7 @@ bool is_shown(const cwmp_interface_stack_row& row) { return row.shown != 0; }
 
 // The layer of the number-th shown row, empty beyond the last. The flags are as the count's last GET left
 // them.
-int layer(int op, Arguments args, const char* cwmp_interface_stack_row::*path,
-          Caller caller = Caller::here()) {
+int layer(int op, Arguments args, const char* cwmp_interface_stack_row::*path, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const int number = get.locate()[0];

@@ -9,8 +9,7 @@ constexpr Section kInfo{"iptv_v2", "info"};
 HANDLER(WANDevice_WANConnectionDevice_WANEthernetLinkConfig_X_QM_IPTVEnabled) {
     if (op != CWMP_OP_GET) return staged(op, args, {CWMP_STAGED_IPTV, CWMP_IPTV_ENABLE});
     const auto enable = read_option(kInfo / "enable");
-    const bool enabled =
-        enable && (*enable == "1" || *enable == "on" || read_option(kInfo / "iptv_type") == "bridge");
+    const bool enabled = enable && (*enable == "1" || *enable == "on" || read_option(kInfo / "iptv_type") == "bridge");
     return answer(args, enabled ? "1" : "0");
 }
 

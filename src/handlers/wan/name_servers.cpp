@@ -25,9 +25,7 @@ std::optional<std::string> server_of(const std::string& line) {
     return address;
 }
 
-std::string pair_of(const std::string& primary, const std::string& secondary) {
-    return primary + ',' + secondary;
-}
+std::string pair_of(const std::string& primary, const std::string& secondary) { return primary + ',' + secondary; }
 
 std::optional<std::string> learned_servers(Caller caller) {
     Command pipe("cat /tmp/resolv.conf");

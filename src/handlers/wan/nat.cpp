@@ -43,8 +43,7 @@ int set_dmz_address(const SetArguments& set, Caller caller) {
     if (!is_host_address(set.value())) return kRefused;
     const auto lan = read_lan(caller);
     if (!lan || !lan->has_host(set.value())) return kRefused;
-    if (!write_option(kDmz / "ipaddr", set.value()))
-        return refuse(caller, kError, "failed to set dmz ipaddr\n");
+    if (!write_option(kDmz / "ipaddr", set.value())) return refuse(caller, kError, "failed to set dmz ipaddr\n");
     const auto enable = read_reported(kDmz / "enable", "failed to get dmz config\n", caller);
     if (!enable) return kRefused;
     if (*enable == "on") set.raise(CWMP_APPLY_NAT);
@@ -53,8 +52,7 @@ int set_dmz_address(const SetArguments& set, Caller caller) {
 
 int set_dmz_enable(const SetArguments& set, Caller caller) {
     const bool on = std::string_view(set.value()) == "1";
-    if (!write_option(kDmz / "enable", on ? "on" : "off"))
-        return refuse(caller, kError, "failed to set dmz enable\n");
+    if (!write_option(kDmz / "enable", on ? "on" : "off")) return refuse(caller, kError, "failed to set dmz enable\n");
     if (dmz_address()) set.raise(CWMP_APPLY_NAT);
     return kDone;
 }

@@ -69,9 +69,7 @@ int read_only_field(int op, Arguments args, const Field& field, Caller caller = 
 
 bool is(const char* value, const char* word) { return std::strcmp(value, word) == 0; }
 
-std::string switch_digit(const Text& stored, const NumberedSection& /*mapping*/) {
-    return stored == "on" ? "1" : "0";
-}
+std::string switch_digit(const Text& stored, const NumberedSection& /*mapping*/) { return stored == "on" ? "1" : "0"; }
 
 Text switch_word(const Change& change) {
     if (is(change.value, "1")) return "on";
@@ -124,8 +122,7 @@ std::string last_port(const Text& stored, const NumberedSection& /*mapping*/) {
 // A start that reaches the stored end leaves a single port.
 Text from_port(const Change& change) {
     const PortRange stored(change.mapping.value("external_port").value_or(""));
-    if (stored.end && decimal_prefix(change.value) < number_of(*stored.end))
-        return change.value + ("-" + *stored.end);
+    if (stored.end && decimal_prefix(change.value) < number_of(*stored.end)) return change.value + ("-" + *stored.end);
     return change.value;
 }
 

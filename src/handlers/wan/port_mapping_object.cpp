@@ -61,8 +61,7 @@ int add(const AddArguments& arguments, Caller caller) {
     const int number = free_number();
     if (number > kMost) return fail(caller, kError, kTooMany);
     const std::string name = decimal(number);
-    if (batch.add_section(name.c_str(), kMappings.type) != 0)
-        return fail(caller, kDebug, "Add section error\n\n");
+    if (batch.add_section(name.c_str(), kMappings.type) != 0) return fail(caller, kDebug, "Add section error\n\n");
     change_count(batch, 1);
     set_defaults(batch, name);
     if (!batch.commit(caller)) return fail(caller, kError, kUnwritten);

@@ -11,8 +11,7 @@ constexpr Section kSettings{"qos_v2", "settings"};
 constexpr const char* kMostBandwidth = "102400";
 
 bool write_and_mark(const OptionPath& at, const char* text) {
-    return write_together(at.package,
-                          {{at.section, at.option, text}, {at.section, "has_set_bandwidth", "true"}});
+    return write_together(at.package, {{at.section, at.option, text}, {at.section, "has_set_bandwidth", "true"}});
 }
 
 // Read in units of 1024 but written as it comes: kept as it is.

@@ -34,8 +34,7 @@ std::string mask_of(int prefix) {
     const unsigned int shift = (32U - static_cast<unsigned int>(prefix)) % 32U;
     const unsigned int mask = ~0U << shift;
     char text[16];
-    std::snprintf(text, sizeof text, "%u.%u.%u.%u", mask >> 24, mask >> 16 & 255U, mask >> 8 & 255U,
-                  mask & 255U);
+    std::snprintf(text, sizeof text, "%u.%u.%u.%u", mask >> 24, mask >> 16 & 255U, mask >> 8 & 255U, mask & 255U);
     return text;
 }
 

@@ -86,8 +86,8 @@ int get_StasticOfWAN_by_name(int op, va_list args, const char* const commands[2]
 PARAMETER(LANDevice_WANDevice_WANConnectionDevice_WANIPConnection_Uptime, command_line,
           {kUptimeOfDevice, kLongLine, "Failed to get  uptime\n"})
 
-PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, live_field, address_of, "wan",
-          "mg", CWMP_WAN_ADDRESS)
+PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_ExternalIPAddress, live_field, address_of, "wan", "mg",
+          CWMP_WAN_ADDRESS)
 PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_DefaultGateway, live_field, gateway_of, "wan", "mg",
           CWMP_WAN_GATEWAY)
 PARAMETER(WANDevice_WANConnectionDevice_WANIPConnection_SubnetMask, live_field, mask_of, "br-wan", "br-mg",

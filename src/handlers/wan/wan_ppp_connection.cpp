@@ -23,8 +23,7 @@ constexpr Section kAccount{"network", "internet"};
 int account(int op, Arguments args, const Option& parameter) {
     if (op == CWMP_OP_GET) return read_only_option(op, args, parameter);
     return change(op, args, [&](const SetArguments& set) {
-        for (const Section& place :
-             {kAccount, Section{"network_sync", "internet"}, Section{"protocol", "pppoe"}}) {
+        for (const Section& place : {kAccount, Section{"network_sync", "internet"}, Section{"protocol", "pppoe"}}) {
             if (!write_option(place / parameter.at.option, set.value())) return kRefused;
         }
         set.raise(CWMP_APPLY_WAN);
@@ -56,14 +55,12 @@ PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_ConnectionStatus, conne
 
 READ_ONLY(WANDevice_WANConnectionDevice_WANPPPConnection_Uptime) {
     const auto command = formatted(kUptimeOf, "internet");
-    const std::string line =
-        first_line({command.c_str(), kLongLine, "Failed to get pppoe uptime\n\n"}).value_or("");
+    const std::string line = first_line({command.c_str(), kLongLine, "Failed to get pppoe uptime\n\n"}).value_or("");
     std::size_t position = 0;
     return get.answer(leading_digits(std::string(next_word(line, position))));
 }
 
-PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_only_option,
-          {.at = kAccount / "mru"})
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_CurrentMRUSize, read_only_option, {.at = kAccount / "mru"})
 
 namespace {
 
@@ -72,8 +69,7 @@ struct Transport {
     char word[6];
 };
 
-constexpr Transport kTransports[] = {
-    {"pppoe", "PPPoE"}, {"l2tp", "L2TP"}, {"pptp", "PPTP"}, {"pppoa", "PPPoA"}};
+constexpr Transport kTransports[] = {{"pppoe", "PPPoE"}, {"l2tp", "L2TP"}, {"pptp", "PPTP"}, {"pppoa", "PPPoA"}};
 
 const char* transport_word(const OptionPath& at) {
     const auto* transport = row_with(kTransports, &Transport::type, read_option(at).value_or(""));
@@ -107,15 +103,11 @@ int ppp_counter(int op, Arguments args, const char* counter) {
 
 }  // namespace
 
-PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesSent, ppp_counter,
-          "TotalBytesSent")
-PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesReceived, ppp_counter,
-          "TotalBytesReceived")
-PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsSent, ppp_counter,
-          "TotalPacketsSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesSent, ppp_counter, "TotalBytesSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetBytesReceived, ppp_counter, "TotalBytesReceived")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsSent, ppp_counter, "TotalPacketsSent")
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetPacketsReceived, ppp_counter,
           "TotalPacketsReceived")
-PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent, ppp_counter,
-          "TotalErrorsSent")
+PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsSent, ppp_counter, "TotalErrorsSent")
 PARAMETER(WANDevice_WANConnectionDevice_WANPPPConnection_Stats_EthernetErrorsReceived, ppp_counter,
           "TotalErrorsReceived")

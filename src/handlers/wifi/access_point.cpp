@@ -26,9 +26,7 @@ PARAMETER(WiFi_AccessPoint_Status, network_status)
 
 namespace {
 
-std::optional<std::string> hidden_when_zero(const char* value) {
-    return std::strcmp(value, "0") == 0 ? "1" : "0";
-}
+std::optional<std::string> hidden_when_zero(const char* value) { return std::strcmp(value, "0") == 0 ? "1" : "0"; }
 
 }  // namespace
 

@@ -11,14 +11,12 @@ namespace {
 enum class EmptyTable { answers_empty, is_traced };
 
 // An address of a client of any of the four networks.
-int client_address(int op, Arguments args, const char* option, EmptyTable empty,
-                   Caller caller = Caller::here()) {
+int client_address(int op, Arguments args, const char* option, EmptyTable empty, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     int* locate = get.locate();
     deepen(locate);
-    log_event(caller, kEmergency, "locate[0] = %d,locate[1] = %d,locate[2] = %d\n\n", locate[0], locate[1],
-              locate[2]);
+    log_event(caller, kEmergency, "locate[0] = %d,locate[1] = %d,locate[2] = %d\n\n", locate[0], locate[1], locate[2]);
     if (locate[1] == 0 || locate[2] == 0) return refuse(caller, kError, "locate error\n");
     const auto* network = network_by_number(locate[1]);
     if (network == nullptr) return kRefused;
@@ -72,8 +70,7 @@ FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_X_QM_IPAddress,
         LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress)
 ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_OperatingStandard,
       WiFi_AccessPoint_AssociatedDevice_OperatingStandard)
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState, guest_client,
-          "authentication_state")
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_AuthenticationState, guest_client, "authentication_state")
 PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Retransmissions, guest_client, "retransmission")
 PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsReceived, guest_client, "rx_pkt")
 PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_AssociatedDevice_Stats_PacketsSent, guest_client, "tx_pkt")

@@ -32,16 +32,11 @@ int Get_AssociatedDevice_Info(int op, va_list args, const char* option) {
 }
 
 PARAMETER(LANDevice_WLANConfiguration_AssociatedDeviceNumberOfEntries, client_count, kMainPair)
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceMACAddress, Get_AssociatedDevice_Info,
-          "mac")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceName, Get_AssociatedDevice_Info,
-          "hostname")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceIPAddress, client_option, kMainPair,
-          "ip")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate, main_client,
-          "LastDataUplinkRate")
-PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate, main_client,
-          "LastDataDownlinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceMACAddress, Get_AssociatedDevice_Info, "mac")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceName, Get_AssociatedDevice_Info, "hostname")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_AssociatedDeviceIPAddress, client_option, kMainPair, "ip")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataUplinkRate, main_client, "LastDataUplinkRate")
+PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LastDataDownlinkRate, main_client, "LastDataDownlinkRate")
 PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkRxRate, main_client, "rxrate")
 PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_LinkTxRate, main_client, "txrate")
 PARAMETER(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI, main_client, "rssi")
@@ -53,10 +48,10 @@ ALIAS(LANDevice_WLANConfiguration_AssociatedDevice_X_QM_SignalStrength,
       LANDevice_WLANConfiguration_AssociatedDevice_X_QM_RSSI)
 
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDeviceNumberOfEntries, client_count, kGuestPair)
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress, client_option,
-          kGuestPair, "mac")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress, client_option,
-          kGuestPair, "ip")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceMACAddress, client_option, kGuestPair,
+          "mac")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceIPAddress, client_option, kGuestPair,
+          "ip")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataUplinkRate, guest_client,
           "LastDataUplinkRate")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LastDataDownlinkRate, guest_client,
@@ -66,7 +61,7 @@ PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_LinkTxRate
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI, guest_client, "rssi")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Min, guest_client, "rssi_min")
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI_Max, guest_client, "rssi_max")
-PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceAuthenticationState,
-          guest_client, "authentication_state")
+PARAMETER(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_AssociatedDeviceAuthenticationState, guest_client,
+          "authentication_state")
 ALIAS(LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_SignalStrength,
       LANDevice_WLANConfiguration_MultiSSID_AssociatedDevice_X_QM_RSSI)

@@ -78,9 +78,7 @@ int onboard(const SetArguments& set, Caller /*caller*/) {
 
 }  // namespace
 
-READ_ONLY(X_QM_MeshFeature_Sysmode_status) {
-    return get.answer(read_option(kMode, kScratchStore).value_or("AP"));
-}
+READ_ONLY(X_QM_MeshFeature_Sysmode_status) { return get.answer(read_option(kMode, kScratchStore).value_or("AP")); }
 
 WRITABLE(X_QM_MeshFeature_Sysmode_Router_Enable, set_router_mode) {
     const auto mode = read_option(kMode).value_or("AP");

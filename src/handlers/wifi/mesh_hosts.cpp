@@ -52,8 +52,7 @@ HANDLER(X_QM_MeshFeature_Host_WPS_Enable) {
     enter_pass(op);
     const auto device = require_row(GetArguments(args).locate());
     if (!device) return kRefused;
-    if (op != CWMP_OP_GET)
-        return change(op, args, [&](const SetArguments& set) { return set_wps(set, *device); });
+    if (op != CWMP_OP_GET) return change(op, args, [&](const SetArguments& set) { return set_wps(set, *device); });
     // Makes the script bring the table up to date.
     refresh(formatted("%s wps_status", kCheckScript));
     const bool busy = read_row(kMeshDevices, *device, "wps_status").value_or("idle") != "idle";

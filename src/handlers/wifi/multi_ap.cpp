@@ -57,8 +57,7 @@ std::vector<int> clients_of(const MeshRadio& radio) {
 }
 
 // A read-only text of a radio.
-int radio_text(int op, Arguments args, std::string (*text)(const MeshRadio& radio),
-               Caller caller = Caller::here()) {
+int radio_text(int op, Arguments args, std::string (*text)(const MeshRadio& radio), Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const auto radio = mesh_radio(get.locate(), caller);
@@ -73,9 +72,7 @@ std::string bssid(const MeshRadio& radio) {
 std::string access_points(const MeshRadio& radio) { return radio_count(radio.device); }
 std::string frequency_band(const MeshRadio& radio) { return radio.radio->frequency_band; }
 std::string client_count(const MeshRadio& radio) { return decimal(clients_of(radio).size()); }
-std::string network_name(const MeshRadio& /*radio*/) {
-    return read_option(kMainNetwork / "ssid").value_or("");
-}
+std::string network_name(const MeshRadio& /*radio*/) { return read_option(kMainNetwork / "ssid").value_or(""); }
 
 int client_option(int op, Arguments args, const char* option, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
@@ -111,8 +108,7 @@ READ_ONLY(WiFi_MultiAP_APDevice_Radio_Channel) {
     const auto command =
         interface_info->cpeType == CWMP_PLATFORM_BCM
             ? formatted(" wl -i %s status | grep 'Primary channel' | awk '{ print $3}'", interface.c_str())
-            : formatted("iwlist %s channel | grep Current | awk ' {print $5}' | sed 's/)//g'",
-                        interface.c_str());
+            : formatted("iwlist %s channel | grep Current | awk ' {print $5}' | sed 's/)//g'", interface.c_str());
     return get.answer(first_line({command.c_str(), kLongLine, "Failed to get  Channel\n"}));
 }
 

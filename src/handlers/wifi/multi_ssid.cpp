@@ -42,9 +42,8 @@ WRITABLE(LANDevice_WLANConfiguration_MultiSSID_SSID, set_name) {
 
 HANDLER(LANDevice_WLANConfiguration_MultiSSID_BeaconType) {
     if (op != CWMP_OP_GET) {
-        return option(
-            op, args,
-            {.at = kGuestNetwork / "encryption", .accepts = beacon_type, .apply = CWMP_APPLY_WIRELESS});
+        return option(op, args,
+                      {.at = kGuestNetwork / "encryption", .accepts = beacon_type, .apply = CWMP_APPLY_WIRELESS});
     }
     const auto type = stored_beacon_type(kGuestNetwork);
     return type ? answer(args, *type) : kDone;
@@ -58,8 +57,7 @@ PARAMETER(LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey, option,
            .write_failure_is_done = true},
           {.refused = kPassPhraseRefused})
 
-ALIAS(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password,
-      LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
+ALIAS(LANDevice_WLANConfiguration_MultiSSID_X_QM_Password, LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
 
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_WPAEncryptionModes, accepted_constant, nullptr)
 PARAMETER(LANDevice_WLANConfiguration_MultiSSID_WPAAuthenticationMode, accepted_constant, nullptr)

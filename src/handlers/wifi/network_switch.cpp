@@ -30,9 +30,7 @@ int store(MirroredBatch& batch, const NetworkSwitch& target, const Bands& bands)
 int set_switch(const SetArguments& set, const NetworkSwitch& target, Caller caller) {
     MirroredBatch batch(target.network.package);
     const auto stored = [&](const char* option) { return batch.read(target.network.section, option); };
-    const auto is_on_band = [&](const Radio& radio) {
-        return stored(radio.band_option).value_or("1") == "1";
-    };
+    const auto is_on_band = [&](const Radio& radio) { return stored(radio.band_option).value_or("1") == "1"; };
     const auto enable = stored("enable");
     if (!enable) return refuse(caller, kError, "%s", target.unreadable);
     Bands bands;

@@ -11,8 +11,8 @@ namespace cwmp {
 struct NetworkSwitch {
     Section network;
     const Radio& radio;
-    bool can_be_all_off = false;   // its last band can be switched off
-    bool replaces_default = true;  // switching it on ends the factory's default network
+    bool can_be_all_off = false;                               // its last band can be switched off
+    bool replaces_default = true;                              // switching it on ends the factory's default network
     const char* unreadable = "can not foud wifi.ap.enable\n";  // logged by a SET without the section
 };
 

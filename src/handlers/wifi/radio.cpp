@@ -85,9 +85,8 @@ READ_ONLY(WiFi_Radio_RegulatoryDomain) {
 namespace {
 
 int max_bit_rate(const GetArguments& get, const Radio& radio, Caller caller) {
-    const auto command =
-        formatted("iwconfig %10s | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'",
-                  interface_word(radio.main).c_str());
+    const auto command = formatted("iwconfig %10s | grep 'Bit Rate' | awk '{print $2}' | awk -F '=' '{print $2}'",
+                                   interface_word(radio.main).c_str());
     return get.answer(first_line({command.c_str(), kLongLine, "Failed to get eth  MaxBitRate\n"}, caller));
 }
 
@@ -117,17 +116,13 @@ constexpr OptionPath tuning(const char* name) { return {"wireless", "", name}; }
 
 constexpr const char* kTuningUnreadable = "get airtime_fairness error\n\n";
 
-std::optional<std::string> on_when_one(const char* value) {
-    return std::strcmp(value, "1") == 0 ? "on" : "off";
-}
+std::optional<std::string> on_when_one(const char* value) { return std::strcmp(value, "1") == 0 ? "on" : "off"; }
 
-int tuning_value(int op, Arguments args, const char* name, const char* not_stored,
-                 Caller caller = Caller::here()) {
+int tuning_value(int op, Arguments args, const char* name, const char* not_stored, Caller caller = Caller::here()) {
     if (op == CWMP_OP_GET) {
         return answer(args, read_reported(tuning(name), kTuningUnreadable, caller).value_or("0"));
     }
-    return option(op, args, {.at = tuning(name), .apply = CWMP_APPLY_WIRELESS}, {.unwritten = not_stored},
-                  caller);
+    return option(op, args, {.at = tuning(name), .apply = CWMP_APPLY_WIRELESS}, {.unwritten = not_stored}, caller);
 }
 
 }  // namespace
@@ -143,9 +138,7 @@ HANDLER(WiFi_Radio_X_QM_ATFEnable) {
         const bool on = read_reported(kFairness, kTuningUnreadable).value_or("off") != "off";
         return answer(args, on ? "1" : "0");
     }
-    return option(op, args,
-                  {.at = kFairness,
-                   .accepts = on_when_one,
-                   .apply = CWMP_APPLY_WIRELESS,
-                   .write_failure_is_done = true});
+    return option(
+        op, args,
+        {.at = kFairness, .accepts = on_when_one, .apply = CWMP_APPLY_WIRELESS, .write_failure_is_done = true});
 }

@@ -14,8 +14,7 @@ constexpr const char* kRateColumn = "4";
 constexpr const char* kRssiColumn = "6";
 
 // A figure of the satellite's link to a radio of this router, which lists its stations.
-int link_figure(int op, Arguments args, const Radio& radio, const char* column,
-                Caller caller = Caller::here()) {
+int link_figure(int op, Arguments args, const Radio& radio, const char* column, Caller caller = Caller::here()) {
     if (op != CWMP_OP_GET) return kRefused;
     const GetArguments get(args);
     const auto satellite = require_row(get.locate(), caller);
@@ -25,8 +24,7 @@ int link_figure(int op, Arguments args, const Radio& radio, const char* column,
     if (!bssid || libutil_netChkStrMacAddr(bssid->c_str()) == 0) return get.answer("");
     const auto command = formatted("wlanconfig %s list | grep -i %s | awk  -F ' ' '{print $%s}' ",
                                    interface_word(radio.backhaul).c_str(), bssid->c_str(), column);
-    const auto line =
-        first_line({command.c_str(), kLongLine, "Failed to get rssi and txrate info. \n"}, caller);
+    const auto line = first_line({command.c_str(), kLongLine, "Failed to get rssi and txrate info. \n"}, caller);
     return line ? get.answer(leading_digits(*line)) : kRefused;
 }
 

@@ -49,8 +49,7 @@ PARAMETER(WiFi_AccessPoint_Security_RadiusServerIPAddr, refused_constant, "",
           " error: No support Security RadiusServer\n\n")
 PARAMETER(WiFi_AccessPoint_Security_RadiusServerPort, refused_constant, "1812",
           " error: No support Security RadiusServerPort\n\n")
-PARAMETER(WiFi_AccessPoint_Security_RadiusSecret, refused_constant, "",
-          " error: No support Security RadiusSecret\n\n")
+PARAMETER(WiFi_AccessPoint_Security_RadiusSecret, refused_constant, "", " error: No support Security RadiusSecret\n\n")
 PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKeyIndex, refused_constant, "0", kNoWep)
 PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey1, refused_constant, "", kNoWep)
 PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPKey2, refused_constant, "", kNoWep)
@@ -61,10 +60,7 @@ PARAMETER(WiFi_AccessPoint_Security_X_QM_WEPAuthenticationMode, refused_constant
 
 PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModeEnabled, security_mode_operate)
 ALIAS(WiFi_AccessPoint_X_QM_MultiSSID_Security_ModesSupported, WiFi_AccessPoint_Security_ModesSupported)
-PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_KeyPassphrase, KeyPassphrase_operate,
-          kGuestNetwork.section)
+PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_KeyPassphrase, KeyPassphrase_operate, kGuestNetwork.section)
 PARAMETER(WiFi_AccessPoint_X_QM_MultiSSID_Security_WEPKey, WEPKey_operate, kGuestNetwork.section)
-FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_X_QM_Password,
-        LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
-FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_PreSharedKey,
-        LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_X_QM_Password, LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)
+FORWARD(WiFi_AccessPoint_X_QM_MultiSSID_Security_PreSharedKey, LANDevice_WLANConfiguration_MultiSSID_X_QM_PreSharedKey)

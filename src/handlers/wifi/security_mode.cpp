@@ -64,8 +64,7 @@ bool store_mode(const char* network, std::string_view name) {
 }
 
 int set_mode(const SetArguments& set, Caller /*caller*/) {
-    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]).section, set.value()))
-        return kRefused;
+    if (!is_allowed(set.value()) || !store_mode(network_section(set.locate()[0]).section, set.value())) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }
@@ -89,8 +88,7 @@ int security_mode_operate(int op, va_list args) { return writable(op, args, answ
 
 int KeyPassphrase_operate(int op, va_list args, const char* section) {
     if (section == nullptr) return WEPKey_operate(op, args, section);
-    return option(op, args,
-                  {.at = {"wifi", section, "password"}, .apply = CWMP_APPLY_WIRELESS, .secret = true});
+    return option(op, args, {.at = {"wifi", section, "password"}, .apply = CWMP_APPLY_WIRELESS, .secret = true});
 }
 
 int WEPKey_operate(int op, va_list args, const char* section) {

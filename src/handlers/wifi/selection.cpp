@@ -61,9 +61,7 @@ int of_radio(int op, Arguments args, RadioParameter parameter, Caller caller) {
     });
 }
 
-const Network* network_by_number(int number) {
-    return number >= 1 && number <= 4 ? &kNetworks[number - 1] : nullptr;
-}
+const Network* network_by_number(int number) { return number >= 1 && number <= 4 ? &kNetworks[number - 1] : nullptr; }
 
 bool is_main_network(int number) { return number == 1 || number == 3 || number == 5; }
 

@@ -12,8 +12,7 @@ namespace cwmp {
 int accepted_constant(int op, Arguments args, const char* text);
 
 // A fixed value of a feature that the device lacks; a SET is refused and logged.
-int refused_constant(int op, Arguments args, const char* text, const char* refusal,
-                     Caller caller = Caller::here());
+int refused_constant(int op, Arguments args, const char* text, const char* refusal, Caller caller = Caller::here());
 
 // A kernel counter of a radio's main network.
 int radio_counter(int op, Arguments args, const char* counter);

@@ -32,8 +32,7 @@ HANDLER(WiFi_SSID_SSID) {
     const auto* network = network_by_number(locate_of(args)[0]);
     if (network == nullptr) return option(op, args, {.at = {}, .apply = CWMP_APPLY_WIRELESS});
     if (op != CWMP_OP_GET && network->is_guest()) {
-        return change(op, args,
-                      [caller = Caller::here()](const auto& set) { return set_guest_name(set, caller); });
+        return change(op, args, [caller = Caller::here()](const auto& set) { return set_guest_name(set, caller); });
     }
     return option(op, args, {.at = network->at("ssid"), .apply = CWMP_APPLY_WIRELESS},
                   {.unreadable = "get ssid error\n\n", .unwritten = kNameUnwritten});

@@ -10,8 +10,8 @@ HANDLER(UPnP_Device_Enable) {
         return option(op, args, {.at = {"upnpd", "config", "enable_upnp"}},
                       {.unreadable = "get enable_upnp error\n\n"});
     }
-    const int result = option(op, args, {.at = {"upnpd_sync", "config", "enable_upnp"}},
-                              {.unwritten = "Set enable_upnp error\n\n"});
+    const int result =
+        option(op, args, {.at = {"upnpd_sync", "config", "enable_upnp"}}, {.unwritten = "Set enable_upnp error\n\n"});
     if (result == kDone) run("/etc/init.d/miniupnpd reload");
     return result;
 }

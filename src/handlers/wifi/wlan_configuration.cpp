@@ -14,8 +14,7 @@ namespace {
 constexpr OptionPath kDefaultNetwork = {"wifi", "default", "enable"};
 
 int set_default_network(const SetArguments& set, Caller /*caller*/) {
-    if (read_option(kDefaultNetwork) != set.value() && !write_leniently(kDefaultNetwork, set.value()))
-        return kRefused;
+    if (read_option(kDefaultNetwork) != set.value() && !write_leniently(kDefaultNetwork, set.value())) return kRefused;
     set.raise(CWMP_APPLY_WIRELESS);
     return kDone;
 }
@@ -26,8 +25,7 @@ int set_default_network(const SetArguments& set, Caller /*caller*/) {
 PARAMETER(LANDevice_LANWLANConfigurationNumberOfEntries, constant, "2")
 
 // Every WLANConfiguration shows the name of the main network.
-PARAMETER(LANDevice_WLANConfiguration_SSID, option,
-          {.at = kMainNetwork / "ssid", .apply = CWMP_APPLY_WIRELESS},
+PARAMETER(LANDevice_WLANConfiguration_SSID, option, {.at = kMainNetwork / "ssid", .apply = CWMP_APPLY_WIRELESS},
           {.unreadable = "get ssid error\n\n", .unwritten = "set ssid error\n\n"})
 
 HANDLER(LANDevice_WLANConfiguration_X_QM_Password) {
@@ -82,5 +80,4 @@ WRITABLE(LANDevice_WLANConfiguration_X_QM_default_wifi_Enable, set_default_netwo
 PARAMETER(LANDevice_WLANConfiguration_WPAEncryptionModes, accepted_constant, "TKIPandAESEncryption")
 ALIAS(LANDevice_WLANConfiguration_IEEE11iEncryptionModes, LANDevice_WLANConfiguration_WPAEncryptionModes)
 PARAMETER(LANDevice_WLANConfiguration_WPAAuthenticationMode, accepted_constant, "PSKAuthentication")
-ALIAS(LANDevice_WLANConfiguration_IEEE11iAuthenticationMode,
-      LANDevice_WLANConfiguration_WPAAuthenticationMode)
+ALIAS(LANDevice_WLANConfiguration_IEEE11iAuthenticationMode, LANDevice_WLANConfiguration_WPAAuthenticationMode)

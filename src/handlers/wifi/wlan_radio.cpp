@@ -48,9 +48,7 @@ int auto_channel(const GetArguments& get, const Radio& radio, Caller /*caller*/)
 }
 
 // Discards what is staged beside the channel that was just written.
-void revert_staged_channel(const Radio& radio) {
-    uciRevert(formatted("wifi.%s.channel", radio.section).c_str());
-}
+void revert_staged_channel(const Radio& radio) { uciRevert(formatted("wifi.%s.channel", radio.section).c_str()); }
 
 int set_auto_channel(const SetArguments& set, const Radio& radio, Caller /*caller*/) {
     // Only a channel that is set ends the automatic choice.
@@ -62,8 +60,8 @@ int set_auto_channel(const SetArguments& set, const Radio& radio, Caller /*calle
 }
 
 int channel(const GetArguments& get, const Radio& radio, Caller caller) {
-    const auto command = formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'",
-                                   interface_word(radio.main).c_str());
+    const auto command =
+        formatted("iwlist %s channel | grep Current | awk -F '=' '{print $2}'", interface_word(radio.main).c_str());
     const auto in_use = first_line({command.c_str(), kLongLine, "Failed to get  ChannelInUse\n"}, caller);
     if (in_use != "") return get.answer(in_use);
     return get.answer(read_reported(radio.at("channel"), "Failed to get  ChannelInConfig\n", caller));
@@ -134,8 +132,7 @@ PARAMETER(LANDevice_WLANConfiguration_Standard, of_radio, {standard})
 READ_ONLY(LANDevice_WLANConfiguration_ChannelsInUse) {
     make_pair(get.locate());
     initialize_interface_info(interface_info);
-    if (interface_info->cpeType != CWMP_PLATFORM_QCAS && interface_info->cpeType != CWMP_PLATFORM_MTK)
-        return kDone;
+    if (interface_info->cpeType != CWMP_PLATFORM_QCAS && interface_info->cpeType != CWMP_PLATFORM_MTK) return kDone;
     char list[1024] = "";
     const int result = radio_channels(CWMP_OP_GET, list, get.locate(), 0);
     return result == kDone ? get.answer(list) : result;
@@ -151,12 +148,10 @@ READ_ONLY(LANDevice_WLANConfiguration_X_QM_FrequencyInuse) {
     if (interface_info->cpeType != CWMP_PLATFORM_QCAS) return get.answer(is_2g ? "2.4Ghz" : "5Ghz");
     const std::string command =
         is_2g
-            ? formatted(
-                  "iwlist %s channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'",
-                  interface.c_str())
-            : formatted(
-                  R"(iwlist %s channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')",
-                  interface.c_str());
+            ? formatted("iwlist %s channel | grep 'Current Frequency' | awk '{print $2}' | awk -F ':' '{print $2}'",
+                        interface.c_str())
+            : formatted(R"(iwlist %s channel | grep "Current Frequency" | awk '{print $2}' | awk -F ":" '{print $2}')",
+                        interface.c_str());
     const auto line = first_line({command.c_str(), kLongLine, "Failed to get  FrequencyInUse\n"});
     if (!line || line->empty()) return get.answer(line);
     return get.answer(formatted("%lldMHz", decimal_prefix(line->c_str()) * kFactor));
@@ -167,8 +162,7 @@ READ_ONLY(LANDevice_WLANConfiguration_Status) {
     if (radio == nullptr) return kRefused;
     const auto command =
         formatted("ifconfig %s | sed '1d' | grep UP | awk '{print $1}'", interface_word(radio->main).c_str());
-    const auto line =
-        first_line({command.c_str(), kLongLine, "Failed to get  status of WLANConfiguration \n"});
+    const auto line = first_line({command.c_str(), kLongLine, "Failed to get  status of WLANConfiguration \n"});
     return line ? get.answer(*line == "UP" ? "Up" : "Disabled") : kRefused;
 }
 

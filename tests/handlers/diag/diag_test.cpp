@@ -32,8 +32,7 @@ extern "C" pid_t fork() noexcept {
 }
 
 extern "C" int posix_spawn(pid_t* process, const char* program, const posix_spawn_file_actions_t* actions,
-                           const posix_spawnattr_t* attributes, char* const words[],
-                           char* const environment[]) {
+                           const posix_spawnattr_t* attributes, char* const words[], char* const environment[]) {
     if (words[2] == failing_command) return EAGAIN;
     const auto spawn = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));
     return spawn(process, program, actions, attributes, words, environment);
@@ -54,8 +53,7 @@ class Diagnostics : public RouterTest {
         listen();
         world("mute $");
         world("tr069/trace_route.traceroute.Host=h");
-        world(
-            "file /var/lib/router/answers/ps: #!/bin/dash\\nwhile [ -e /tmp/hold ]; do sleep 0.02; done\\n");
+        world("file /var/lib/router/answers/ps: #!/bin/dash\\nwhile [ -e /tmp/hold ]; do sleep 0.02; done\\n");
         world("remove /usr/bin/tr069/get_trace_result");
         world("answer iwlist ath02 scan: Cell 01 - Address: A1\\n");
     }
@@ -82,9 +80,8 @@ TEST_F(Diagnostics, WhatCannotStartIsReported) {
     EXPECT_THAT(told(scan), AllOf(HasSubstr(".ResultNumberOfEntries=1"),
                                   EndsWith(".last_scan_status=1 | ! Failed to exec cat ps | grep ping")));
     failing_command = "cat /tmp/tr069/NeighboringWiFi_2_4G_log";
-    EXPECT_THAT(told(scan),
-                AllOf(HasSubstr(".ResultNumberOfEntries_2_4G=0"),
-                      EndsWith("! NeighboringWiFi_Diagnostic: Failed to exec " + failing_command)));
+    EXPECT_THAT(told(scan), AllOf(HasSubstr(".ResultNumberOfEntries_2_4G=0"),
+                                  EndsWith("! NeighboringWiFi_Diagnostic: Failed to exec " + failing_command)));
     failing_command.clear();
 }
 
@@ -169,10 +166,8 @@ TEST_F(Diagnostics, ALogGivesAtMost15Results) {
         const auto result = [](const std::string& name) {
             return option("tr069/diagnostics_config." + name).value_or("none");
         };
-        EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"),
-                  count == 0 ? "none" : std::to_string(last));
-        EXPECT_EQ(result(std::to_string(last) + ".SSID"),
-                  count == 0 ? "none" : "net " + std::to_string(last - 4));
+        EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"), count == 0 ? "none" : std::to_string(last));
+        EXPECT_EQ(result(std::to_string(last) + ".SSID"), count == 0 ? "none" : "net " + std::to_string(last - 4));
         EXPECT_EQ(result(std::to_string(last + 1) + ".BSSID") + result("4.BSSID"), "nonenone");
     }
     EXPECT_EQ(FROM_LIBRARY(NeighboringWiFi_Diagnostic)("cat /tmp/log", INT_MAX), INT_MAX);

@@ -15,8 +15,7 @@ TEST_F(Wan, NoMoreThan64PortMappings) {
     std::string mappings;
     for (int number = 1; number <= 63; ++number) {
         const std::string name = std::to_string(number);
-        if (number != 40)
-            mappings += "config rule_vs '" + name + "'\n\toption port_forwarding_id '" + name + "'\n";
+        if (number != 40) mappings += "config rule_vs '" + name + "'\n\toption port_forwarding_id '" + name + "'\n";
     }
     package("nat", mappings);
     EXPECT_EQ(handle(CWMP_OP_ADD, "NAT_PortMapping").value, "40");
@@ -52,8 +51,7 @@ TEST_F(Wan, TheRouteTableHas32RowsAndStartsAtOne) {
         std::string dotted;
         for (int shift = 24; shift >= 0; shift -= 8)
             dotted += (dotted.empty() ? "" : ".") + std::to_string((mask >> shift) & 255);
-        EXPECT_EQ(get("Routing_Router_IPv4Forwarding_DestSubnetMask", {1, static_cast<int>(i)}).value,
-                  dotted);
+        EXPECT_EQ(get("Routing_Router_IPv4Forwarding_DestSubnetMask", {1, static_cast<int>(i)}).value, dotted);
     }
     EXPECT_STREQ(FROM_LIBRARY(routelist)[0].destination, "");
     FROM_LIBRARY(routelist)[1].destination[0] = '\0';
