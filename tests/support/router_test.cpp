@@ -12,7 +12,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <stdexcept>
 
 #include "cwmp/agent_state.h"
@@ -36,9 +35,12 @@ bool writes_console(const std::string& command) {
 }
 
 // "[  123] [name 45] text" without the numbers.
-std::string event_of(const std::string& line) {
-    static const std::regex kHead(R"(\[ *\d+\] \[([^ ]*) [^\]]*\] )");
-    return std::regex_replace(line, kHead, "$1: ", std::regex_constants::match_continuous);
+std::string event_of(std::string line) {
+    if (!line.starts_with('[')) return line;
+    rows::take_until(line, "] [");
+    const std::string function = rows::take_until(line, " ");
+    rows::take_until(line, "] ");
+    return function + ": " + line;
 }
 
 int open_descriptors() {
