@@ -37,7 +37,7 @@ READ_ONLY(WiFi_AccessPoint_AssociatedDeviceNumberOfEntries) {
     if (network == nullptr) return kRefused;
     // Without a count the answer is left as it is.
     const auto count = row_count(kHosts);
-    return count ? get.answer(decimal(clients_of(network->field, *count).size())) : kDone;
+    return count ? get.answer(decimal(std::ssize(clients_of(network->field, *count)))) : kDone;
 }
 
 PARAMETER(WiFi_AccessPoint_AssociatedDevice_MACAddress, client_address, "mac", EmptyTable::is_traced)

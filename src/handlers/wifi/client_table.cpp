@@ -60,7 +60,7 @@ int client_count(int op, Arguments args, const NetworkPair& networks) {
     const int* locate = get.locate();
     const auto* interface = choose(networks, locate[1] == 0 ? locate[0] : locate[1]);
     if (interface == nullptr) return kRefused;
-    return get.answer(decimal(clients_of(*interface, host_count()).size()));
+    return get.answer(decimal(std::ssize(clients_of(*interface, host_count()))));
 }
 
 }  // namespace cwmp

@@ -71,7 +71,7 @@ std::string bssid(const MeshRadio& radio) {
 // As many access points on each radio as the device has radios.
 std::string access_points(const MeshRadio& radio) { return radio_count(radio.device); }
 std::string frequency_band(const MeshRadio& radio) { return radio.radio->frequency_band; }
-std::string client_count(const MeshRadio& radio) { return decimal(clients_of(radio).size()); }
+std::string client_count(const MeshRadio& radio) { return decimal(std::ssize(clients_of(radio))); }
 std::string network_name(const MeshRadio& /*radio*/) { return read_option(kMainNetwork / "ssid").value_or(""); }
 
 int client_option(int op, Arguments args, const char* option, Caller caller = Caller::here()) {

@@ -9,7 +9,7 @@
 namespace cwmp {
 
 struct NetworkSwitch {
-    Section network;
+    Section network = {};
     const Radio& radio;
     bool can_be_all_off = false;                               // its last band can be switched off
     bool replaces_default = true;                              // switching it on ends the factory's default network
