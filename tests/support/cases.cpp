@@ -10,7 +10,7 @@
 namespace {
 
 constexpr const char* kDirectory = "/usr/share/router/cases";
-constexpr std::size_t kWidth = 118;
+constexpr std::size_t kWidth = 120;
 
 // A title, "== So it is", then its lines, a row with those it goes on in; the first case of a file has no title and
 // is the world of the others.

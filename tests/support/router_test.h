@@ -125,6 +125,7 @@ class RouterTest : public ::testing::Test {
     int descriptors_ = 0;
     std::string mute_;      // of "$!": commands and events that told() leaves out
     Texts heard_;           // words of which an event must have one, if there are any
+    std::string place_;     // the section that the row told last
     bool starved_ = false;  // the next call finds no free descriptor
     bool awaited_ = false;  // the processes that it leaves running are waited for
     int agent_ = -1;        // the agent's end of the message channel, if it is bound

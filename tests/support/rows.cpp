@@ -83,10 +83,10 @@ Words expand(const std::string& text) {
     const auto open = text.find('{');
     const auto close = text.find('}', open);
     if (open == std::string::npos || close == std::string::npos) return {text};
-    Words expanded;
-    for (const auto& middle : split(text.substr(open + 1, close - open - 1) + ",", ",")) {
+    Words expanded, middles = split(text.substr(open + 1, close - open - 1) + ",", ",");
+    if (middles.size() == 1) middles = {text.substr(open, close + 1 - open)};
+    for (const auto& middle : middles)
         for (const auto& end : expand(text.substr(close + 1))) expanded.push_back(text.substr(0, open) + middle + end);
-    }
     return expanded;
 }
 
@@ -99,16 +99,6 @@ Words words(const std::string& text) {
         i = end + (quoted ? 1 : 0);
     }
     return found;
-}
-
-std::string shortened(const std::string& told) {
-    std::string last;
-    return replaced(told, R"((^| [|/] )(/|[\w/-]{1,40}\.[^.=: ]{1,40}(?=\.[\w-]{1,40}=|:)))",
-                    [&last](const std::smatch& found) {
-                        const bool is_same = last == found[2] && last != "/";
-                        last = found[2];
-                        return found[1].str() + (is_same ? "" : last);
-                    });
 }
 
 }  // namespace rows

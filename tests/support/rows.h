@@ -19,12 +19,9 @@ std::string unescape(const std::string& text);
 // The way back: a text of one line in which every byte can be seen.
 std::string escape(const std::string& text);
 
-// "a.{b,c}" as "a.b" and "a.c", like a shell.
+// "a.{b,c}" as "a.b" and "a.c", like a shell; braces without a comma stay.
 Words expand(const std::string& text);
 // Words between blanks; a quoted one keeps its quote's first mark, so that 'null' is not null.
 Words words(const std::string& text);
-
-// What calls told, with an option alone, ".enable=1", where its section is that of the change before.
-std::string shortened(const std::string& told);
 
 }  // namespace rows

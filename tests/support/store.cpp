@@ -2,6 +2,8 @@
 
 #include <uci.h>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -104,11 +106,37 @@ void read_package(const fs::path& file, const std::string& text, Snapshot& found
     }
 }
 
-// "package.", "package.section" and "package.section.option" by their number of dots; a file has a path.
+// Sign, "package", ".section", "option" and text; a file has its path for a package, and no section.
+using Change = std::array<std::string, 5>;
+constexpr std::size_t kPackage = 1, kOption = 3;
+
+Change change_of(const std::string& sign, const std::string& key, const std::string& text) {
+    if (key[0] == '/') return {sign, key, "", "", text};
+    const auto dot = key.find('.', key.rfind('/') + 1), last = std::min(key.find('.', dot + 1), key.size());
+    return {sign, key.substr(0, dot), key.substr(dot, last - dot), key.substr(std::min(last + 1, key.size())), text};
+}
+
 std::string parent_of(const std::string& key) {
-    const auto dot = key.find('.', key.rfind('/') + 1);
-    const auto last = key.rfind('.');
-    return key[0] == '/' || dot + 1 == key.size() ? key : key.substr(0, dot == last ? dot + 1 : last);
+    const auto& [sign, package, section, option, text] = change_of("", key, "");
+    return key[0] == '/' ? key : package + (option.empty() ? "." : section);
+}
+
+// Changes that differ in this word alone as one with "{a,b}".
+std::vector<Change> grouped(const std::vector<Change>& changes, std::size_t word) {
+    std::vector<Change> rests;
+    std::vector<rows::Words> words;
+    for (Change each : changes) {
+        const std::string own = std::exchange(each[word], "");
+        const auto at = static_cast<std::size_t>(std::ranges::find(rests, each) - rests.begin());
+        if (at == rests.size()) {
+            rests.push_back(each);
+            words.emplace_back();
+        }
+        words[at].push_back(own);
+    }
+    for (std::size_t i = 0; i < rests.size(); ++i)
+        rests[i][word] = words[i].size() == 1 ? words[i][0] : "{" + rows::joined(words[i], ",") + "}";
+    return rests;
 }
 
 }  // namespace
@@ -163,25 +191,30 @@ Snapshot snapshot() {
     return found;
 }
 
-std::vector<std::string> changes(const Snapshot& before, const Snapshot& after) {
-    std::vector<std::string> told;
+std::vector<std::string> changes(const Snapshot& before, const Snapshot& after, std::string& place) {
+    std::vector<Change> all;
     for (const auto& [key, text] : before) {
         const std::string parent = parent_of(key);
-        if (!after.contains(key) && (parent == key || after.contains(parent))) told.push_back("-" + key);
+        if (!after.contains(key) && (parent == key || after.contains(parent))) all.push_back(change_of("-", key, ""));
     }
     for (const auto& [key, text] : after) {
         const auto old = before.find(key);
         if (old != before.end() && old->second == text) continue;
         const bool is_file = key[0] == '/';
-        if (!is_file && key.back() == '.') {
-            told.push_back("+" + key);
-        } else if (!is_file && parent_of(key).back() == '.') {
-            told.push_back(key + ":" + text);
-        } else if (is_file && old != before.end() && !old->second.empty() && text.starts_with(old->second)) {
-            told.push_back(key + "+=" + rows::escape(text.substr(old->second.size())));
-        } else {
-            told.push_back(key + "=" + rows::escape(text));
-        }
+        if (!is_file && key.back() == '.')
+            all.push_back(change_of("+", key, ""));
+        else if (!is_file && parent_of(key).back() == '.')
+            all.push_back(change_of("", key, ":" + text));
+        else if (is_file && old != before.end() && !old->second.empty() && text.starts_with(old->second))
+            all.push_back(change_of("", key, "+=" + rows::escape(text.substr(old->second.size()))));
+        else
+            all.push_back(change_of("", key, "=" + rows::escape(text)));
+    }
+    std::vector<std::string> told;
+    for (const auto& [sign, package, section, option, text] : grouped(grouped(all, kPackage), kOption)) {
+        const bool is_same = sign.empty() && !option.empty() && place == package + section;
+        place = package + section;
+        told.push_back(sign + (is_same ? "" : place) + (option.empty() ? "" : ".") + option + text);
     }
     return told;
 }

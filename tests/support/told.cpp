@@ -9,6 +9,7 @@
 #include <ctime>
 #include <functional>
 #include <set>
+#include <utility>
 
 #include "library.h"
 #include "router_test.h"
@@ -50,6 +51,10 @@ std::string starved(const std::function<std::string()>& call) {
 constexpr unsigned kEarlierFlag = 0x80000000;
 constexpr std::size_t kMostArguments = 8;
 
+const std::string kGiven = " -> ";  // between a row's own world and its call
+constexpr const char* kScript = "check_params ";
+constexpr const char* kInForce = "check_params initialize_revert_data ";
+
 // Their order is that of their bits.
 constexpr const char* kFlags =
     "WIRELESS MANAGEMENT_SERVER DHCP_SERVER bit_3 WAN LAN IPTV NAT XMPP DOWNLOAD_TEST UPLOAD_TEST STUN "
@@ -77,10 +82,18 @@ std::string joined_calls(const Words& told) {
         for (length = 1; i + length < told.size() && told[i + length] == told[i];) ++length;
         runs.push_back(told[i] + (length == 1 ? "" : " x" + std::to_string(length)));
     }
-    return rows::shortened(runs.size() == 1 ? told[0] : joined(runs, " / "));
+    return runs.size() == 1 ? told[0] : joined(runs, " / ");
 }
 
 std::string as_value(const std::string& text) { return text.empty() ? "''" : rows::escape(text); }
+
+// The check script's by verb and request, "% lan_check {...}", and "% lan_revert" for that initialize_revert_data.
+std::string as_command(const std::string& command) {
+    const std::string text = rows::escape(command.starts_with("kill -9 ") ? "kill -9" : command);
+    for (const std::string script : {kInForce, kScript})
+        if (text.starts_with(script)) return "% " + text.substr(script.size());
+    return "$ " + text;
+}
 
 std::string dotted(const Locate& locate) {
     std::size_t used = locate.size();
@@ -119,7 +132,9 @@ void RouterTest::world(const std::string& line) {
     const std::string word = take_until(rest, " "), subject = take_until(rest, ": ");
     const std::string text = rows::unescape(rest);
     const auto answer_all = [&](const auto& command) { answer(command, text); };
+    const std::string script = subject.ends_with("_revert") ? kInForce : kScript;
     const std::map<std::string, std::function<void()>> words = {
+        {"%", [&] { std::ranges::for_each(rows::expand(script + subject), answer_all); }},
         {"agent", [&] { agent_known_ = subject != "none"; }},
         {"answer", [&] { std::ranges::for_each(rows::expand(subject), answer_all); }},
         {"file", [&] { file(subject, text); }},
@@ -169,14 +184,16 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
     for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
-    for (const auto& change : stores::changes(before, stores::snapshot())) parts.push_back(change);
+    for (const auto& change : stores::changes(before, stores::snapshot(), place_)) parts.push_back(change);
     parts.push_back(output.empty() ? "" : "> " + rows::escape(output));
     for (const auto& command : mute_.find('$') == std::string::npos ? commands() : Words{})
-        parts.push_back("$ " + rows::escape(command.starts_with("kill -9 ") ? "kill -9" : command));
+        parts.push_back(as_command(command));
+    std::string speaker = name;
     for (const auto& event : console()) {
         if (!is_heard(event)) continue;
         std::string text = rows::escape(event.substr(0, event.find_last_not_of('\n') + 1));
-        if (text.starts_with(name + ": ")) text.erase(0, name.size() + 2);
+        const std::string function = text.substr(0, text.find(": "));
+        if (function == std::exchange(speaker, function)) take_until(text, ": ");
         parts.push_back("! " + text);
     }
     const std::string text = joined(parts, " | ");
@@ -309,12 +326,15 @@ std::string RouterTest::told_command(const std::string& command) {
 }
 
 bool RouterTest::is_call(const std::string& row) {
-    const std::string verb = row.substr(0, row.find(' '));
+    const auto start = row.find(kGiven) == std::string::npos ? 0 : row.find(kGiven) + kGiven.size();
+    const std::string verb = row.substr(start, row.find(' ', start) - start);
     return kOperations.contains(verb) || kOtherCalls.contains(verb);
 }
 
 std::string RouterTest::told(const std::string& row) {
     std::string rest = row;
+    if (row.find(kGiven) != std::string::npos) world(take_until(rest, kGiven));
+    place_.clear();
     starved_ = rest.starts_with("starved ");
     awaited_ = rest.starts_with("awaited ");
     if (starved_ || awaited_) take_until(rest, " ");
@@ -326,8 +346,8 @@ std::string RouterTest::told(const std::string& row) {
     const std::string name = take_until(rest, " ");
     Words told;
     do {
-        const Words arguments = rows::words(take_until(rest, " ; "));
-        told.push_back(effects([&] { return told_function(verb, name, arguments); }, name));
+        for (const auto& arguments : rows::expand(take_until(rest, " ; ")))
+            told.push_back(effects([&] { return told_function(verb, name, rows::words(arguments)); }, name));
     } while (!rest.empty());
     return joined_calls(told);
 }
