@@ -31,8 +31,8 @@ void record(const char* name, int op, int* locate, const char* text) {
     if (told) told(6, "[f 6] a\tb\n\n");
     std::string numbers;
     for (int i = 0; i < CWMP_LOCATE_SIZE; locate[i++] = 99)
-        if (locate[i]) numbers += (i ? "," : "") + std::to_string(locate[i]);
-    note(std::string(name) + ' ' + std::to_string(op) + " [" + numbers + ']' + (*text ? " " : "") + text);
+        if (locate[i]) numbers += (i ? "," : " [") + std::to_string(locate[i]);
+    note(std::string(name) + ' ' + std::to_string(op) + numbers + (numbers.empty() ? "" : "]") + (*text ? " " : "") + text);
 }
 
 int answer(const char* name, const char* otherwise, const char* call) {
@@ -49,14 +49,11 @@ int parameter(const char* name, int op, va_list args, const char* answer, unsign
     std::string text = flags ? value : "";
     if (agent) text = text + agent->acs_url + ' ' + agent->host + ' ' + std::to_string(agent->port) + agent->path;
     record(name, op, locate, text.c_str());
-    if (flags) {
-        if (value == "refuse" + std::to_string(op)) return -1;
+    if (flags ? value == "refuse" + std::to_string(op) : !answer) return -1;
+    if (flags)
         *flags |= flag;
-    } else if (!answer) {
-        return -1;
-    } else {
+    else
         std::strcpy(value, answer);
-    }
     return 0;
 }
 
@@ -81,7 +78,7 @@ int object(const char* name, int op, va_list args) {
         return 0;
     }
     if (const int refused = std::atoi(setting("AGENT_OBJECT_ANSWER", "0"))) return refused;
-    if (op == CWMP_OP_ADD) std::strcpy(static_cast<char*>(second), setting("AGENT_ADDED", "4"));
+    if (op == CWMP_OP_ADD) std::strcpy(static_cast<char*>(second), setting("AGENT_ADDED", "70"));
     *static_cast<unsigned*>(third) |= 0x80;
     return 0;
 }
@@ -106,8 +103,6 @@ PARAMETER(Box_Rule_Name, "rule", 0)
 char counted[] = "0";
 PARAMETER(Box_Count, (++counted[0], counted), 0)
 OBJECT(Box_Rule)
-OBJECT(Box_Port_Map)
-PARAMETER(Box_Port_Map_Name, "map", 0)
 
 extern "C" {
 cwmp_lan_record lan_obj_data, lan_obj_data_revert;
