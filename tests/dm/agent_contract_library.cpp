@@ -32,7 +32,8 @@ void record(const char* name, int op, int* locate, const char* text) {
     std::string numbers;
     for (int i = 0; i < CWMP_LOCATE_SIZE; locate[i++] = 99)
         if (locate[i]) numbers += (i ? "," : " [") + std::to_string(locate[i]);
-    note(std::string(name) + ' ' + std::to_string(op) + numbers + (numbers.empty() ? "" : "]") + (*text ? " " : "") + text);
+    note(std::string(name) + ' ' + std::to_string(op) + numbers + (numbers.empty() ? "" : "]") + (*text ? " " : "") +
+         text);
 }
 
 int answer(const char* name, const char* otherwise, const char* call) {

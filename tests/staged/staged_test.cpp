@@ -1,6 +1,7 @@
 // What rows cannot say of the groups: records that an agent fills itself, strangers' files.
 #include "cwmp/staged_objects.h"
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -71,6 +72,12 @@ TEST_F(Staged, StrangersFilesAreRefused) {
         EXPECT_THAT(commands(), IsEmpty());
         std::filesystem::remove_all(place);
     }
+    told("group wan 4=DHCP check");
+    ASSERT_EQ(mount("tmpfs", "/tmp", "tmpfs", 0, "size=4k"), 0);
+    file("/tmp/full", std::string(4096, 'x'));
+    EXPECT_EQ(exec(CWMP_STAGED_WAN, CWMP_STAGED_APPLY), 0);
+    EXPECT_FALSE(exists("/tmp/tr069_json_input_file")) << "half a request, its passwords among it";
+    umount("/tmp");
     file("/tmp/answer", R"({"error_code":0})");
     ASSERT_EQ(mkfifo("/tmp/pipe", 0600), 0);
     EXPECT_EQ(FROM_LIBRARY(func_obj_result_ok)("/tmp/answer"), 1);

@@ -172,7 +172,7 @@ void RouterTest::listen() {
 std::vector<uint32_t> RouterTest::messages() const {
     std::vector<uint32_t> types;
     cwmp_message message = {};
-    while (recv(agent_, &message, sizeof message, MSG_DONTWAIT) > 0) types.push_back(message.type);
+    while (recv(agent_, &message, sizeof message, MSG_DONTWAIT) == sizeof message) types.push_back(message.type);
     return types;
 }
 
