@@ -1,6 +1,6 @@
 // Preloaded into a process: among its calls of one kind one fails, or each from there on, or the process is killed
-// there. Counts what the process and the jobs that it forks call once it is armed; programs that it starts are left
-// alone. FAULT is "KIND NUMBER LASTS ARMED FILE"; FILE takes the counts of all kinds, for who started it.
+// there. Counts what the process and the jobs that it forks call once it has loaded the library; programs that it starts
+// are left alone. FAULT is "KIND NUMBER LASTS"; the counts of all kinds are for who started it.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -20,22 +20,20 @@ namespace {
 
 using namespace host;
 
-int failing = -1, at = 0, lasts = 0, armed = 0;
+int failing = -1, at = 0, lasts = 0;
 std::atomic<int>* counts = nullptr;
 
-__attribute__((constructor)) void read_fault() {
-    char file[64];
-    const char* fault = std::getenv("FAULT");
-    if (fault == nullptr || std::sscanf(fault, "%d %d %d %d %63s", &failing, &at, &lasts, &armed, file) != 5) return;
-    const int shared = open(file, O_RDWR | O_CLOEXEC);
+void read_fault() {
+    std::sscanf(std::getenv("FAULT"), "%d %d %d", &failing, &at, &lasts);
+    const int shared = open(kCounts, O_RDWR | O_CLOEXEC);
     void* page = mmap(nullptr, kKinds * sizeof *counts, PROT_READ | PROT_WRITE, MAP_SHARED, shared, 0);
     close(shared);
-    if (page != MAP_FAILED) counts = static_cast<std::atomic<int>*>(page);
+    counts = static_cast<std::atomic<int>*>(page);
     unsetenv("LD_PRELOAD");
 }
 
 bool fails(Kind kind, int error) {
-    if (armed == 0 || counts == nullptr) return false;
+    if (counts == nullptr) return false;
     const int number = ++counts[kind];
     if (kind != failing || at == 0 || (lasts != 0 ? number < at : number != at)) return false;
     errno = error;
@@ -55,7 +53,11 @@ Function* next(const char* name) {
 
 extern "C" {
 
-void arm_faults() { armed = 1; }
+void* dlopen(const char* path, int flags) {
+    void* library = next<void*(const char*, int)>("dlopen")(path, flags);
+    read_fault();
+    return library;
+}
 
 // clang-format off
 

@@ -1,6 +1,5 @@
 #include "host.h"
 
-#include <dlfcn.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -13,12 +12,12 @@
 #include <fstream>
 #include <functional>
 #include <thread>
-#include <vector>
 
 #include "cwmp/handler.h"
 #include "cwmp/transaction.h"
 #include "cwmp/uci_access.h"
 #include "library.h"
+#include "rows.h"
 
 namespace host {
 namespace {
@@ -27,22 +26,19 @@ const cwmp::Library* library = nullptr;
 #define LIBRARY(name) library->function<decltype(::name)>(#name)
 unsigned flags = 0;
 
-int call(const std::string& handler, int op, const char* text, int instance = 0) {
-    int locate[CWMP_LOCATE_SIZE] = {instance};
+// A parameter of the first instance, where there are any, or a table that is in none.
+int call(const std::string& handler, int op, const char* text) {
+    int locate[CWMP_LOCATE_SIZE] = {op == CWMP_OP_ADD || op == CWMP_OP_DELETE ? 0 : 1};
     return cwmp::call(library->find(handler), op, locate, text, &flags);
 }
 
-struct Setting {
-    std::string handler;
-    const char* value;
-    int instance = 0;
-};
-
-// With a pass, one more is refused there.
-bool set_all(const std::vector<Setting>& settings, int refused_pass = 0) {
+// "HANDLER=VALUE HANDLER=VALUE" in all three passes; with a pass, one more is refused there.
+bool set_all(const std::string& settings, int refused_pass = 0) {
     for (const int op : {CWMP_OP_STAGE, CWMP_OP_CHECK, CWMP_OP_APPLY}) {
-        for (const auto& [handler, value, instance] : settings)
-            if (call(handler, op, value, instance) != 0) return false;
+        for (std::string value : rows::words(settings)) {
+            const std::string handler = rows::take_until(value, "=");
+            if (call(handler, op, value.c_str()) != 0) return false;
+        }
         if (op == refused_pass && call("ManagementServer_EnableCWMP", op, "maybe") != 0) return false;
     }
     return true;
@@ -58,11 +54,10 @@ bool erase(const char* object, const std::string& number) { return call(object, 
 
 // Three packages, one of them with a side copy, an added and a deleted instance, two groups.
 int transaction(int refused_pass) {
-    const std::string lan = "LANDevice_LANHostConfigManagement_";
-    const std::vector<Setting> settings = {
-        {"DeviceInfo_ProvisioningCode", "changed"}, {"ManagementServer_PeriodicInformInterval", "4711"},
-        {"WiFi_SSID_SSID", "changed", 2},           {lan + "IPInterface_IPInterfaceSubnetMask", "255.255.0.0"},
-        {lan + "MinAddress", "192.168.0.110"},      {lan + "IPInterface_IPInterfaceIPAddress", "192.168.3.1"}};
+    const std::string lan = "LANDevice_LANHostConfigManagement_", address = lan + "IPInterface_IPInterface";
+    const std::string settings =
+        "DeviceInfo_ProvisioningCode=changed ManagementServer_PeriodicInformInterval=4711 WiFi_SSID_SSID=changed " +
+        address + "SubnetMask=255.255.0.0 " + lan + "MinAddress=192.168.0.110 " + address + "IPAddress=192.168.3.1";
     if (LIBRARY(cwmp_transaction_begin)(10'000) != 0) return kBusy;
     const bool done =
         !add_mapping().empty() && erase("DHCPv4_Server_Pool_StaticAddress", "1") && set_all(settings, refused_pass);
@@ -85,7 +80,7 @@ bool write_and_read(const char* package, const std::string& section, const std::
 
 std::string get(const char* handler) {
     static char value[CWMP_VALUE_SIZE];
-    return call(handler, CWMP_OP_GET, value, 1) == 0 ? value : "refused";
+    return call(handler, CWMP_OP_GET, value) == 0 ? value : "refused";
 }
 
 // Another child of the agent dies, a timer ticks: no read is cut short, whatever the handler's flags.
@@ -107,7 +102,7 @@ long resident_pages() {
 bool call_often(int rounds) {
     const auto some_calls = [](int i) {
         get("DeviceInfo_ModelName"), get("WiFi_SSID_SSID"), get("Hosts_HostNumberOfEntries");
-        if (i % 8 == 0) set_all({{"DeviceInfo_ProvisioningCode", i % 16 == 0 ? "a" : "b"}});
+        if (i % 8 == 0) set_all(i % 16 == 0 ? "DeviceInfo_ProvisioningCode=a" : "DeviceInfo_ProvisioningCode=b");
         return i % 64 != 0 || (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
     };
     constexpr int kWarm = 130;
@@ -123,9 +118,9 @@ bool call_often(int rounds) {
 
 // A round of what is repeated; values and mappings of its own are named by the caller, and read back each time.
 bool one_round(const std::string& operation, const std::string& name, int number) {
-    if (operation == "option") return set_all({{"DeviceInfo_ProvisioningCode", "changed"}});
+    if (operation == "option") return set_all("DeviceInfo_ProvisioningCode=changed");
     if (operation == "add") return !add_mapping().empty();
-    if (operation == "scan") return set_all({{"WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", "Requested"}});
+    if (operation == "scan") return set_all("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState=Requested");
     if (operation == "refused") return transaction(CWMP_OP_APPLY) == kUndone;
     if (operation == "write") return write_and_read("custom", "DeviceInfo", name, std::to_string(number));
     if (operation == "read") return get("DeviceInfo_ModelName") == name;
@@ -138,7 +133,6 @@ bool one_round(const std::string& operation, const std::string& name, int number
 int run(const std::string& operation, const std::string& detail, std::string name) {
     library = new cwmp::Library("/usr/lib/libcwmp-datamodel.so");
     *static_cast<int32_t*>(library->data("l_dbglvl")) = -1;
-    if (const auto arm = reinterpret_cast<void (*)()>(dlsym(RTLD_DEFAULT, "arm_faults"))) arm();
     const int number = std::atoi(detail.c_str());
     if (operation == "transaction") return transaction(number);
     if (operation == "recover") {

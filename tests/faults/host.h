@@ -10,6 +10,8 @@ enum Kind { kOpen, kRead, kWrite, kClose, kRename, kSync, kSpawn, kMalloc, kKill
 inline constexpr const char* kNames[kKinds] = {"open",  "read",   "write", "close", "rename", "sync",
                                                "spawn", "malloc", "kill",  "other", "room"};
 
+inline constexpr const char* kCounts = "/var/run/fault_count";  // of the calls of each kind
+
 enum Code { kDone, kUndone, kNotUndone, kBusy };
 
 // kDone is also: nothing to recover; kUndone: recovered.

@@ -93,15 +93,13 @@ bool is_quoted(const std::string& command) {
     char quote = 0;
     for (size_t i = 0; i < command.size(); ++i) {
         const char letter = command[i];
-        if (letter == '\\' && quote != '\'') {
+        const bool is_shown = is_console && quote == '"';
+        if (letter == '\\' && quote != '\'')
             ++i;
-        } else if (quote == 0 ? letter == '\'' || letter == '"' : letter == quote) {
+        else if (quote == 0 ? letter == '\'' || letter == '"' : letter == quote)
             quote = quote == 0 ? letter : 0;
-        } else if (is_console && quote == '"' && (letter == '$' || letter == '`')) {
+        else if (is_shown ? letter == '$' || letter == '`' : quote != '\'' && command.compare(i, 5, "owned") == 0)
             return false;
-        } else if (quote != '\'' && !(is_console && quote == '"') && command.compare(i, 5, "owned") == 0) {
-            return false;
-        }
     }
     return quote == 0;
 }
