@@ -113,6 +113,7 @@ class RouterTest : public ::testing::Test {
   private:
     // What the call answers, then what it did; events of `name` do not name it.
     std::string effects(const std::function<std::string()>& call, const std::string& name = "");
+    bool mutes(char part) const { return mute_.find(part) != std::string::npos; }
     bool is_heard(const std::string& event) const;
     std::string told_handler(int op, const std::string& name, const Locate& given, const std::string& word);
     Texts told_handlers(const std::string& verb, std::string rest);
@@ -123,7 +124,7 @@ class RouterTest : public ::testing::Test {
 
     void* library_ = nullptr;
     int descriptors_ = 0;
-    std::string mute_;      // of "$!": commands and events that told() leaves out
+    std::string mute_;      // of "=$!": changes, commands and events that told() leaves out
     Texts heard_;           // words of which an event must have one, if there are any
     std::string place_;     // the section that the row told last
     bool starved_ = false;  // the next call finds no free descriptor

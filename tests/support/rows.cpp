@@ -21,6 +21,16 @@ std::string replaced(const std::string& text, const char* pattern,
     return done.append(rest, text.cend());
 }
 
+// "1..3" as its three numbers.
+Words range(const std::string& word) {
+    const auto dots = word.find("..");
+    if (dots == std::string::npos) return {word};
+    Words numbers;
+    for (int each = std::stoi(word); each <= std::stoi(word.substr(dots + 2)); ++each)
+        numbers.push_back(std::to_string(each));
+    return numbers;
+}
+
 }  // namespace
 
 Words split(const std::string& text, const std::string& end) {
@@ -83,7 +93,9 @@ Words expand(const std::string& text) {
     const auto open = text.find('{');
     const auto close = text.find('}', open);
     if (open == std::string::npos || close == std::string::npos) return {text};
-    Words expanded, middles = split(text.substr(open + 1, close - open - 1) + ",", ",");
+    Words expanded, middles;
+    for (const auto& word : split(text.substr(open + 1, close - open - 1) + ",", ","))
+        for (const auto& each : range(word)) middles.push_back(each);
     if (middles.size() == 1) middles = {text.substr(open, close + 1 - open)};
     for (const auto& middle : middles)
         for (const auto& end : expand(text.substr(close + 1))) expanded.push_back(text.substr(0, open) + middle + end);

@@ -19,7 +19,7 @@ std::string unescape(const std::string& text);
 // The way back: a text of one line in which every byte can be seen.
 std::string escape(const std::string& text);
 
-// "a.{b,c}" as "a.b" and "a.c", like a shell; braces without a comma stay.
+// "a.{b,c}" as "a.b" and "a.c", "{1..3}" as its numbers, like a shell; braces around one word stay.
 Words expand(const std::string& text);
 // Words between blanks; a quoted one keeps its quote's first mark, so that 'null' is not null.
 Words words(const std::string& text);

@@ -137,7 +137,7 @@ void RouterTest::world(const std::string& line) {
         {"%", [&] { std::ranges::for_each(rows::expand(script + subject), answer_all); }},
         {"agent", [&] { agent_known_ = subject != "none"; }},
         {"answer", [&] { std::ranges::for_each(rows::expand(subject), answer_all); }},
-        {"file", [&] { file(subject, text); }},
+        {"file", [&] { for (const auto& path : rows::expand(subject)) file(path, text); }},
         {"hear", [&] { heard_ = rows::words(subject); }},
         {"later", [&] { seconds_ahead = std::stoi(subject); }},
         {"level", [&] { level(std::stoi(subject)); }},
@@ -172,7 +172,7 @@ bool RouterTest::is_heard(const std::string& event) const {
     static const Words kOfTheStore = {"uciRaw", "is_support_isp_reset:", "IsOptionAllowToChange:"};
     const auto begins = [&](const auto& text) { return event.starts_with(text); };
     const auto is_in = [&](const auto& word) { return word == "all" || event.find(word) != std::string::npos; };
-    if (mute_.find('!') != std::string::npos) return false;
+    if (mutes('!')) return false;
     return heard_.empty() ? std::ranges::none_of(kOfTheStore, begins) : std::ranges::any_of(heard_, is_in);
 }
 
@@ -184,9 +184,10 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
     for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
-    for (const auto& change : stores::changes(before, stores::snapshot(), place_)) parts.push_back(change);
+    for (const auto& change : mutes('=') ? Words{} : stores::changes(before, stores::snapshot(), place_))
+        parts.push_back(change);
     parts.push_back(output.empty() ? "" : "> " + rows::escape(output));
-    for (const auto& command : mute_.find('$') == std::string::npos ? commands() : Words{})
+    for (const auto& command : mutes('$') ? Words{} : commands())
         parts.push_back(as_command(command));
     std::string speaker = name;
     for (const auto& event : console()) {
