@@ -166,7 +166,17 @@ class Subject {
                      act();
                      watch::make_up_answers(nullptr);
                  });
+            if (thoroughly) start_without(command);
         }
+    }
+
+    void start_without(const std::string& command) {
+        watch::silence_unknown(true);
+        watch::keep_from_starting(command);
+        const Outcome got = router_.get(node_, numbers_);
+        watch::keep_from_starting("");
+        watch::silence_unknown(false);
+        fact("given `" + shown(command) + "` not started: " + answer_text(got) + seen_text(got.seen, ""));
     }
 
     // most: how many values are tried before one that does something ends it.

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -33,6 +34,7 @@ std::map<std::string, std::string> remembered;
 int output_of_shell = -1;
 pid_t last_process = kNoRealProcess;
 MadeUp made_up;
+std::string not_started;
 bool in_child = false;
 
 template <typename Function>
@@ -129,6 +131,7 @@ void remember_answers(bool on) { remembering = on; }
 void forget_answers() { remembered.clear(); }
 void silence_unknown(bool on) { quiet = on; }
 void make_up_answers(MadeUp answers) { made_up = std::move(answers); }
+void keep_from_starting(const std::string& command) { not_started = command; }
 
 }  // namespace cwmp::watch
 
@@ -146,6 +149,7 @@ int posix_spawn_file_actions_adddup2(posix_spawn_file_actions_t* actions, int de
 int posix_spawn(pid_t* process, const char* /*path*/, const posix_spawn_file_actions_t* /*actions*/,
                 const posix_spawnattr_t* /*attributes*/, char* const words[], char* const /*environment*/[]) {
     const int output = std::exchange(output_of_shell, -1);
+    if (not_started == words[2]) return EAGAIN;
     *process = ++last_process;
     if (output < 0) {
         run_shell(words[2]);

@@ -36,4 +36,7 @@ void silence_unknown(bool on);
 using MadeUp = std::function<std::optional<std::string>(const std::string& command)>;
 void make_up_answers(MadeUp answers);
 
+// The command that cannot be started, none if empty.
+void keep_from_starting(const std::string& command);
+
 }  // namespace cwmp::watch
