@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
 #include <csignal>
 #include <filesystem>
 
@@ -155,24 +154,6 @@ TEST_F(Diagnostics, AScanThatIsKilledStartsAnew) {
     EXPECT_EQ(set("WiFi_NeighboringWiFiDiagnostic_DiagnosticsState", {}, "Requested").code, 0);
     EXPECT_EQ(wait_for_jobs(), 1);
     EXPECT_EQ(told("get WiFi_NeighboringWiFiDiagnostic_DiagnosticsState"), "Completed | message 4207");
-}
-
-TEST_F(Diagnostics, ALogGivesAtMost15Results) {
-    for (const auto& [count, last] : {std::pair{0, 4}, {1, 5}, {14, 18}, {15, 19}, {40, 19}}) {
-        std::filesystem::remove(std::string(kScratch) + "/diagnostics_config");
-        std::string log = "ath02     Scan completed :\n";
-        for (int number = 1; number <= count; ++number)
-            log += "Cell 0 - Address: A\nESSID:\"net " + std::to_string(number) + "\"\n";
-        file("/tmp/log", log);
-        EXPECT_EQ(FROM_LIBRARY(NeighboringWiFi_Diagnostic)("cat /tmp/log", 4), last);
-        const auto result = [](const std::string& name) {
-            return option("tr069/diagnostics_config." + name).value_or("none");
-        };
-        EXPECT_EQ(result("NeighboringWiFi.ResultNumberOfEntries"), count == 0 ? "none" : std::to_string(last));
-        EXPECT_EQ(result(std::to_string(last) + ".SSID"), count == 0 ? "none" : "net " + std::to_string(last - 4));
-        EXPECT_EQ(result(std::to_string(last + 1) + ".BSSID") + result("4.BSSID"), "nonenone");
-    }
-    EXPECT_EQ(FROM_LIBRARY(NeighboringWiFi_Diagnostic)("cat /tmp/log", INT_MAX), INT_MAX);
 }
 
 }  // namespace
