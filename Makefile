@@ -41,9 +41,14 @@ release sanitize:
 test: release
 	@ctest --preset release --no-tests=error -j $(JOBS) $(if $(T),-R '$(T)',-L quick)
 
-check: release sanitize
-	@ctest --preset release --no-tests=error -j $(JOBS)
-	@ctest --preset sanitize --no-tests=error -j $(JOBS)
+# Tests wait as much as they work: one more at a time than there are processors.
+check:
+	@scripts/install-dependencies build test
+	@scripts/configure sanitize tests & other=$$!; scripts/configure release tests && wait $$other
+	@cmake --build --preset release -j $(JOBS)
+	@cmake --build --preset sanitize -j $(JOBS)
+	@ctest --preset release --no-tests=error -j $$(($(JOBS) + 1))
+	@ctest --preset sanitize --no-tests=error -j $$(($(JOBS) + 1))
 
 fuzz:
 	@scripts/install-dependencies build fuzz

@@ -16,10 +16,7 @@ set_target_properties(cwmp-datamodel PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 
-# For the time that it takes; the release build shows what a file forgets to include.
-if(CWMP_SANITIZE)
-    target_precompile_headers(cwmp-datamodel PRIVATE <optional> <string> <string_view> <vector>)
-endif()
+cwmp_precompile(cwmp-datamodel)
 
 # Without exceptions nothing of the C++ runtime is needed but the few string functions that are linked statically;
 # src/core/runtime.cpp keeps them from drawing in the rest.

@@ -2,24 +2,10 @@
 
 #include <cctype>
 #include <cstdio>
-#include <functional>
-#include <regex>
+#include <string_view>
 
 namespace rows {
 namespace {
-
-// The text with what `by` makes of each match.
-std::string replaced(const std::string& text, const char* pattern,
-                     const std::function<std::string(const std::smatch&)>& by) {
-    const std::regex what(pattern, std::regex::optimize);
-    std::string done;
-    auto rest = text.cbegin();
-    for (std::sregex_iterator match(text.begin(), text.end(), what), end; match != end; ++match) {
-        done.append(rest, (*match)[0].first) += by(*match);
-        rest = (*match)[0].second;
-    }
-    return done.append(rest, text.cend());
-}
 
 // "1..3" as its three numbers.
 Words range(const std::string& word) {
@@ -58,12 +44,29 @@ std::string joined(const Words& parts, const std::string& separator) {
 }
 
 std::string unescape(const std::string& text) {
-    return replaced(text, R"(\{([^])\*(\d+)\}|\\x(..)|\\([^]))", [](const std::smatch& found) {
-        if (found[1].matched) return std::string(std::stoul(found[2]), *found[1].first);
-        if (found[3].matched) return std::string(1, static_cast<char>(std::stoi(found[3], nullptr, 16)));
-        const char letter = *found[4].first;
-        return std::string(1, letter == 'n' ? '\n' : letter == 't' ? '\t' : letter == 'r' ? '\r' : letter);
-    });
+    constexpr std::string_view kLetters = "ntr", kMeant = "\n\t\r";
+    std::string seen;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char repeated = 0, letter = text[i];
+        std::size_t times = 0;
+        int length = 0;
+        if (letter == '{' && std::sscanf(&text[i], "{%c*%zu}%n", &repeated, &times, &length) == 2 && length > 0) {
+            seen.append(times, repeated);
+            i += length - 1;
+            continue;
+        }
+        if (text[i] == '\\' && i + 1 < text.size()) {
+            letter = text[++i];
+            const auto known = kLetters.find(letter);
+            if (known != std::string_view::npos) letter = kMeant[known];
+            if (text[i] == 'x') {
+                letter = static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+                i += 2;
+            }
+        }
+        seen += letter;
+    }
+    return seen;
 }
 
 std::string escape(const std::string& text) {
