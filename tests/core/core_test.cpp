@@ -1,9 +1,5 @@
-// What rows cannot say: what the system log receives, a listener, assertions, and checks against an oracle.
+// What rows cannot say: a listener, assertions, and checks against an oracle.
 #include <arpa/inet.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <syslog.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -14,73 +10,7 @@
 
 namespace {
 
-class Core : public RouterTest {
-  protected:
-    Core() : system_log_(socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
-        sockaddr_un address = {AF_UNIX, "/dev/log"};
-        unlink(address.sun_path);
-        EXPECT_EQ(bind(system_log_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    }
-    ~Core() override {
-        close(system_log_);
-        unlink("/dev/log");
-    }
-
-    // What a daemon would have received, without the time: "<11>cwmp: cwmp syslog:text".
-    Texts logged() const {
-        Texts texts;
-        char entry[4096];
-        for (ssize_t size = 0; (size = recv(system_log_, entry, sizeof entry, 0)) >= 0;) {
-            std::string text(entry, static_cast<std::size_t>(size));
-            texts.push_back(text.erase(text.find('>') + 1, sizeof "Nov 21 12:00:00 " - 1));
-        }
-        return texts;
-    }
-
-  private:
-    int system_log_;
-};
-
-TEST_F(Core, TheSystemLogIsOnWithOneOnly) {
-    EXPECT_EQ(FROM_LIBRARY(use_syslog), 0);
-    for (const auto& [on, severity, entry] :
-         {std::tuple{0, 3, ""}, {1, 7, "<15>cwmp: cwmp syslog:event 1\n"}, {2, 3, ""}, {1, 8, ""}}) {
-        level(7, on);
-        FROM_LIBRARY(log_syslog)(severity, "event %d\n", 1);
-        EXPECT_EQ(logged(), *entry != 0 ? Texts{entry} : Texts{}) << on;
-    }
-}
-
-TEST_F(Core, AMessageIsCutButNotTheCommandAroundIt) {
-    FROM_LIBRARY(use_syslog) = 1;
-    char start[32];
-    std::snprintf(start, sizeof start, "echo \"[%5d] ", getpid());
-    for (const std::size_t length : {2046U, 2047U, 2048U, 5000U}) {
-        forget();
-        const std::string message(length, 'x'), kept(std::min<std::size_t>(length, 2047), 'x');
-        FROM_LIBRARY(log_printf)(LOG_ERR, "%s", message.c_str());
-        EXPECT_EQ(text_of("/var/log/router/commands"), start + kept + "\" > /dev/console \r\n" + '\0');
-        FROM_LIBRARY(log_syslog)(LOG_ERR, "%s", message.c_str());
-        EXPECT_THAT(logged(), ElementsAre("<11>cwmp: cwmp syslog:" + kept)) << length;
-    }
-}
-
-// Whatever a value holds, it is shown and not run; the message is cut before anything is escaped.
-TEST_F(Core, BothLogsAreToldAnEventAsItIs) {
-    level(3, 1);
-    for (const std::string& value :
-         {std::string("$(touch /tmp/a)`touch /tmp/a`\";touch /tmp/a;\"\\$HOME"), std::string(3000, '`')}) {
-        forget();
-        const std::string message = "failed to set invalid mac " + value + "\n";
-        EXPECT_EQ(set("DHCPv4_Server_Pool_StaticAddress_Chaddr", {1, 1}, value).code, -1);
-        const std::string line = raw_console().substr(sizeof "[12345]");
-        const std::string name = line.substr(0, line.find("] ") + 2);
-        EXPECT_THAT(name, ::testing::StartsWith("[DHCPv4_Server_Pool_StaticAddress_Chaddr "));
-        EXPECT_EQ(line, (name + message).substr(0, 2047) + " \r\n");
-        EXPECT_THAT(logged(), ElementsAre("<11>cwmp: cwmp syslog:" + message.substr(0, 2047)));
-        EXPECT_FALSE(exists("/tmp/a"));
-    }
-}
+using Core = RouterTest;
 
 TEST_F(Core, AListenerIsToldEveryEvent) {
     static std::string heard;

@@ -36,7 +36,7 @@ bool writes_console(const std::string& command) {
 
 // "[  123] [name 45] text" without the numbers.
 std::string event_of(std::string line) {
-    if (!line.starts_with('[')) return line;
+    if (!line.starts_with('[') || line.find(']') < sizeof "[  12") return line;
     rows::take_until(line, "] [");
     const std::string function = rows::take_until(line, " ");
     rows::take_until(line, "] ");
@@ -167,13 +167,21 @@ void RouterTest::listen() {
     ASSERT_EQ(FROM_LIBRARY(msg_init)(&handle), 0);
     ASSERT_EQ(FROM_LIBRARY(msg_srvInit)(CWMP_AGENT_IDENTIFIER, &handle), 0);
     agent_ = handle.descriptor;
+    fs::remove("/dev/log");
+    fs::create_symlink(handle.local.sun_path, "/dev/log");
 }
 
-std::vector<uint32_t> RouterTest::messages() const {
-    std::vector<uint32_t> types;
-    cwmp_message message = {};
-    while (recv(agent_, &message, sizeof message, MSG_DONTWAIT) == sizeof message) types.push_back(message.type);
-    return types;
+Texts RouterTest::messages() const {
+    Texts texts;
+    char bytes[4096];
+    for (ssize_t size = 0; (size = recv(agent_, bytes, sizeof bytes, MSG_DONTWAIT)) > 0;) {
+        std::string entry(bytes, static_cast<std::size_t>(size));
+        if (entry[0] == '<')
+            texts.push_back("log " + entry.erase(entry.find('>') + 1, sizeof "Nov 21 12:00:00 " - 1));
+        else if (size == sizeof(cwmp_message))
+            texts.push_back("message " + std::to_string(reinterpret_cast<cwmp_message*>(bytes)->type));
+    }
+    return texts;
 }
 
 void RouterTest::forget() {

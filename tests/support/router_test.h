@@ -99,9 +99,10 @@ class RouterTest : public ::testing::Test {
 
     // Waits for the processes that calls left running; how many ended by their own kill.
     static int wait_for_jobs();
-    // Binds the agent's end of the message channel; the types of the messages that have come to it.
+    // Binds the agent's end of the message channel, and the system log's; what has come to them, a message by its type,
+    // "message 4207", an entry without its time, "log <11>cwmp: cwmp syslog:text".
     void listen();
-    std::vector<uint32_t> messages() const;
+    Texts messages() const;
 
     template <typename T>
     T& symbol(const char* name) {

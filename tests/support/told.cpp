@@ -183,7 +183,7 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     Words parts = {starved_ ? starved(call) : call()};
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
-    for (const uint32_t type : messages()) parts.push_back("message " + std::to_string(type));
+    for (const auto& message : messages()) parts.push_back(rows::escape(message));
     for (const auto& change : mutes('=') ? Words{} : stores::changes(before, stores::snapshot(), place_))
         parts.push_back(change);
     parts.push_back(output.empty() ? "" : "> " + rows::escape(output));

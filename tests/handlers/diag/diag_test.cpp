@@ -134,10 +134,10 @@ TEST_F(Diagnostics, AFullQueueHoldsTheJobAndNotTheAgent) {
     }
     EXPECT_EQ(ended, 0) << "the job waits for room";
     // Once there is room the job may send at any moment.
-    auto received = messages();
+    Texts received = messages();
     EXPECT_EQ(wait_for_jobs(), 1);
-    for (const uint32_t type : messages()) received.push_back(type);
-    EXPECT_EQ(received.back(), 4207U);
+    for (const auto& late : messages()) received.push_back(late);
+    EXPECT_EQ(received.back(), "message 4207");
 }
 
 TEST_F(Diagnostics, AScanThatIsKilledStartsAnew) {
