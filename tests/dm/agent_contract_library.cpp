@@ -1,5 +1,6 @@
-// A data-model library for the tests of dm. Each call leaves one line in the file that AGENT_CALLS names,
-// spoils its instance array as real handlers may, and prints a line on standard output.
+// A data-model library for the tests of dm. Each call leaves one line in the file that AGENT_CALLS names, "NAME.2,1 3 x"
+// with its instance numbers, operation and text, spoils its instance array as real handlers may, and prints a line on
+// standard output.
 #include <cwmp/agent_state.h>
 #include <cwmp/handler.h>
 #include <cwmp/staged_objects.h>
@@ -29,11 +30,10 @@ void record(const char* name, int op, int* locate, const char* text) {
     std::printf("noise of %s\n", name);
     if (told) told(7, "[f 7] debug\n");
     if (told) told(6, "[f 6] a\tb\n\n");
-    std::string numbers;
+    std::string line = name;
     for (int i = 0; i < CWMP_LOCATE_SIZE; locate[i++] = 99)
-        if (locate[i]) numbers += (i ? "," : " [") + std::to_string(locate[i]);
-    note(std::string(name) + ' ' + std::to_string(op) + numbers + (numbers.empty() ? "" : "]") + (*text ? " " : "") +
-         text);
+        if (locate[i]) line += (i ? ',' : '.') + std::to_string(locate[i]);
+    note(line + ' ' + std::to_string(op) + (*text ? " " : "") + text);
 }
 
 int answer(const char* name, const char* otherwise, const char* call) {
@@ -89,7 +89,6 @@ int object(const char* name, int op, va_list args) {
 #define HANDLER(NAME, CALL) \
     EXPORT int NAME(int op, va_list args) { return CALL; }
 #define PARAMETER(NAME, ANSWER, FLAG) HANDLER(NAME, parameter(#NAME, op, args, ANSWER, FLAG))
-#define OBJECT(NAME) HANDLER(NAME, object(#NAME, op, args))
 #define GROUPED(NAME, RECORD, FIELD) \
     HANDLER(NAME, grouped(parameter(#NAME, op, args, "", 0), op, RECORD, RECORD##_revert, RECORD.FIELD))
 
@@ -103,13 +102,10 @@ PARAMETER(Queue_Weight, "5", 0x10008)
 PARAMETER(Box_Rule_Name, "rule", 0)
 char counted[] = "0";
 PARAMETER(Box_Count, (++counted[0], counted), 0)
-OBJECT(Box_Rule)
+HANDLER(Box_Rule, object("Box_Rule", op, args))
 
-extern "C" {
 cwmp_lan_record lan_obj_data, lan_obj_data_revert;
 cwmp_dhcp_record dhcp_obj_data, dhcp_obj_data_revert;
-}
-
 GROUPED(Lan_Address, lan_obj_data, address)
 GROUPED(Lan_Mask, lan_obj_data, mask)
 GROUPED(Pool_Start, dhcp_obj_data, start_address)

@@ -49,15 +49,15 @@ const auto& any_of(const auto& container) { return std::data(container)[below(st
 // Texts that mean something to a shell, to the store or to a format hold the word that the oracles look for.
 std::string hostile() {
     static const std::vector<std::string> kTexts = [] {
-        std::vector<std::string> texts = {"", "1\n@\n", "1'\n\toption owned '1'\nconfig owned 'owned'\n", ""};
-        for (int byte = 1; byte < 256; ++byte) texts.back() += static_cast<char>(byte);
-        std::istringstream words(
+        std::vector<std::string> texts = rows::split(
             "1 0 true -1 4294967297 -99999999999999999999 192.168.0.9 00:11:22:33:44:55 ath0 %s%n%99999d "
-            "$(@) `@` ;@; |@ ';@;' \";@;\" ../../tmp/owned \xff\xfe\xc0\x80");
-        for (std::string word; words >> word;) texts.push_back(word);
+            "$(@) `@` ;@; |@ ';@;' \";@;\" ../../tmp/owned \xff\xfe\xc0\x80 1\n@\n "
+            "1'\n\toption\towned\t'1'\nconfig\towned\n ",
+            " ");
         for (std::string& text : texts)
-            if (const auto at = text.find('@'); at != std::string::npos && text.size() < 255)
-                text.replace(at, 1, "touch /tmp/owned");
+            if (const auto at = text.find('@'); at != std::string::npos) text.replace(at, 1, "touch /tmp/owned");
+        texts.insert(texts.end(), 2, "");
+        for (int byte = 1; byte < 256; ++byte) texts.back() += static_cast<char>(byte);
         return texts;
     }();
     std::string text = any_of(kTexts);
@@ -81,10 +81,9 @@ void lie(const std::vector<fs::path>& answers, const std::vector<std::string>& o
 
 // What the library and the router's scripts write, and what was there.
 bool is_ours(const std::string& path) {
-    for (const char* known :
-         {"/etc/", "/tmp/tr069", "/tmp/cwmp-config", "/tmp/ready_to_revert_item", "/tmp/.uci", "/tmp/is_binded"})
-        if (path.starts_with(known)) return true;
-    return pristine.contains(path);
+    constexpr const char* kOurs[] = {"/etc/",     "/tmp/tr069",    "/tmp/cwmp-config", "/tmp/ready_to_revert_item",
+                                     "/tmp/.uci", "/tmp/is_binded"};
+    return pristine.contains(path) || std::ranges::any_of(kOurs, [&](auto known) { return path.starts_with(known); });
 }
 
 // The word stands within single quotes, or, on a console line, where nothing is expanded.
@@ -195,6 +194,11 @@ void run(int seconds) {
     std::erase_if(nodes, [](const Node* node) { return !node->has_handler(); });
     const Library loaded("/usr/lib/libcwmp-datamodel.so");
     library = &loaded;
+    std::vector<fs::path> answers;
+    for (const auto& entry : fs::directory_iterator("/var/lib/router/answers")) {
+        answers.push_back(entry.path());
+        fs::permissions(entry.path(), fs::perms(0644));  // a text, and no program that makes one
+    }
     stores::reset();
     pristine = stores::snapshot();
     std::vector<std::string> options;
@@ -204,11 +208,6 @@ void run(int seconds) {
     size_t calls = 0;
     while (std::time(nullptr) < end) {
         stores::reset();
-        std::vector<fs::path> answers;
-        for (const auto& entry : fs::directory_iterator("/var/lib/router/answers")) {
-            answers.push_back(entry.path());
-            fs::permissions(entry.path(), fs::perms(0644));  // a text, and no program that makes one
-        }
         switch_any();
         for (int i = 0; i < kStepsOfAWorld; ++i, ++calls) {
             if (one_in(3)) lie(answers, options);
