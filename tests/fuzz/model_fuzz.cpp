@@ -75,7 +75,7 @@ void lie(const std::vector<fs::path>& answers, const std::vector<std::string>& o
         const size_t at = below(text.size() + 1);
         stores::write_file(any_of(answers), text.substr(0, at) + value + text.substr(at / 2));
     } else if (!value.empty() && uci_validate_text(value.c_str())) {
-        for (int i = 0; i < kLies; ++i) stores::set(any_of(options), value);
+        for (int i = 0; i < kLies; ++i) stores::change(any_of(options) + "=" + value);
     }
 }
 

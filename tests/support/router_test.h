@@ -50,6 +50,8 @@ class RouterTest : public ::testing::Test {
         Locate locate{};                // as the handler left it
         std::vector<uint32_t> numbers;  // of a LIST
     };
+    static constexpr const char* kOutput = "/var/log/router/output";  // of a command that the test runs
+    static constexpr const char* kToOutput = ">/var/log/router/output 2>&1";
 
   protected:
     void SetUp() override;
@@ -112,6 +114,7 @@ class RouterTest : public ::testing::Test {
     cwmp_handler handler(const char* name) { return &symbol<int(int, va_list)>(name); }
 
   private:
+    bool setting(const std::string& item);
     // What the call answers, then what it did; events of `name` do not name it.
     std::string effects(const std::function<std::string()>& call, const std::string& name = "");
     bool mutes(char part) const { return mute_.find(part) != std::string::npos; }

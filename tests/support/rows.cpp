@@ -10,7 +10,7 @@ namespace {
 // "1..3" as its three numbers.
 Words range(const std::string& word) {
     const auto dots = word.find("..");
-    if (dots == std::string::npos) return {word};
+    if (dots == std::string::npos || std::isdigit(static_cast<unsigned char>(word[0])) == 0) return {word};
     Words numbers;
     for (int each = std::stoi(word); each <= std::stoi(word.substr(dots + 2)); ++each)
         numbers.push_back(std::to_string(each));

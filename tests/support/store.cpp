@@ -121,36 +121,30 @@ std::string parent_of(const std::string& key) {
     return key[0] == '/' ? key : package + (option.empty() ? "." : section);
 }
 
-// Changes that differ in this word alone as one with "{a,b}".
-std::vector<Change> grouped(const std::vector<Change>& changes, std::size_t word) {
-    std::vector<Change> rests;
-    std::vector<rows::Words> words;
-    for (Change each : changes) {
-        const std::string own = std::exchange(each[word], "");
-        const auto at = static_cast<std::size_t>(std::ranges::find(rests, each) - rests.begin());
-        if (at == rests.size()) {
-            rests.push_back(each);
-            words.emplace_back();
-        }
-        words[at].push_back(own);
+// Changes that differ in this word alone become one with "{a,b}".
+void group(std::vector<Change>& changes, std::size_t word) {
+    for (auto each = changes.begin(); each != changes.end(); ++each) {
+        rows::Words words = {(*each)[word]};
+        const auto is_equal = [&](Change other) {
+            words.push_back(std::exchange(other[word], (*each)[word]));
+            if (other != *each) words.pop_back();
+            return other == *each;
+        };
+        changes.erase(std::remove_if(each + 1, changes.end(), is_equal), changes.end());
+        if (words.size() > 1) (*each)[word] = "{" + rows::joined(words, ",") + "}";
     }
-    for (std::size_t i = 0; i < rests.size(); ++i)
-        rests[i][word] = words[i].size() == 1 ? words[i][0] : "{" + rows::joined(words[i], ",") + "}";
-    return rests;
 }
 
 }  // namespace
 
-void set(const std::string& option, const std::string& value) { rewrite(option, value); }
-
 void change(const std::string& what) {
-    const auto colon = what.find(':');
+    const auto mark = what.find_first_of(":=");
     if (what[0] == '+')
         write_file(file_of(what.substr(1)), "");
     else if (what[0] == '-')
         rewrite(what.substr(1), std::nullopt);
     else
-        rewrite(what.substr(0, colon), what.substr(colon + 1));
+        rewrite(what.substr(0, mark), what.substr(mark + 1));
 }
 
 void reset() {
@@ -210,8 +204,10 @@ std::vector<std::string> changes(const Snapshot& before, const Snapshot& after, 
         else
             all.push_back(change_of("", key, "=" + rows::escape(text)));
     }
+    group(all, kPackage);
+    group(all, kOption);
     std::vector<std::string> told;
-    for (const auto& [sign, package, section, option, text] : grouped(grouped(all, kPackage), kOption)) {
+    for (const auto& [sign, package, section, option, text] : all) {
         const bool is_same = sign.empty() && !option.empty() && place == package + section;
         place = package + section;
         told.push_back(sign + (is_same ? "" : place) + (option.empty() ? "" : ".") + option + text);

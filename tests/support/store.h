@@ -11,8 +11,7 @@ namespace stores {
 // All that a router may write, as it was when a program in this root called this first. Throws outside a root.
 void reset();
 
-// A package or a section is made if need be, the section with its own name as type.
-void set(const std::string& option, const std::string& value);
+// "wifi.ap.ssid=x", whose package and section are made if need be, the section with its own name as type;
 // "nat.rule_1:rule", "-wifi.ap.ssid", "-nat.rule_1", "+wifi." an empty package.
 void change(const std::string& what);
 void write_file(const std::string& path, const std::string& text);

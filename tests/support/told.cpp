@@ -128,11 +128,30 @@ std::vector<char> memory_of(const std::string& word) {
 }  // namespace
 
 void RouterTest::world(const std::string& line) {
-    std::string rest = line;
-    const std::string word = take_until(rest, " "), subject = take_until(rest, ": ");
-    const std::string text = rows::unescape(rest);
-    const auto answer_all = [&](const auto& command) { answer(command, text); };
+    static const std::set<std::string> kWithText = {"%", "answer", "file", "run"};
+    std::string place;  // of the item before: ".option=x" is of the same section
+    const bool has_text = kWithText.contains(line.substr(0, line.find(' ')));
+    for (std::string item : has_text ? Words{line} : rows::split(line, " | ")) {
+        if (setting(item)) continue;
+        if (item[0] == '.') item.insert(0, place);
+        const auto end = std::min(item.find_first_of(":="), item.size() - 1);
+        place = item.substr(0, item[end] == ':' ? end : item.rfind('.', end));
+        const std::string mark = item.find('=') == std::string::npos ? "" : "=";
+        for (const auto& name : rows::expand(take_until(item, "="))) {
+            const Words parts = rows::split(name, ".");
+            // "mac3" for "hosts.3.mac"
+            const std::string value = item == "@" ? parts.end()[-1] + parts.end()[-2] : rows::unescape(item);
+            stores::change(name + mark + value);
+        }
+    }
+}
+
+// Whether it is none of the store's options and sections.
+bool RouterTest::setting(const std::string& item) {
+    std::string rest = item;
+    const std::string word = take_until(rest, " "), subject = take_until(rest, ": "), text = rows::unescape(rest);
     const std::string script = subject.ends_with("_revert") ? kInForce : kScript;
+    const auto answer_all = [&](const auto& command) { answer(command, text); };
     const std::map<std::string, std::function<void()>> words = {
         {"%", [&] { std::ranges::for_each(rows::expand(script + subject), answer_all); }},
         {"agent", [&] { agent_known_ = subject != "none"; }},
@@ -144,28 +163,15 @@ void RouterTest::world(const std::string& line) {
         {"listen", [&] { listen(); }},
         {"mute", [&] { mute_ = subject; }},
         {"remove", [&] { file(subject, std::nullopt); }},
+        {"run", [&] { told_command(item.substr(word.size() + 1)); }},
         {"show", [&] { output_shown_ = subject == "output"; }},
         {"use", [&] {
              const auto lines = stores::text_of("/usr/share/router/cases/" + subject + ".world");
              for (const auto& each : rows::split(lines, "\n")) world(each);
          }}};
-    if (const auto found = words.find(word); found != words.end()) return found->second();
-    std::string place;  // of the item before: ".option=x" is of the same section
-    for (std::string item : rows::split(line, " | ")) {
-        if (item[0] == '.') item.insert(0, place);
-        const auto end = std::min(item.find_first_of(":="), item.size() - 1);
-        place = item.substr(0, item[end] == ':' ? end : item.rfind('.', end));
-        const bool has_value = item.find('=') != std::string::npos;
-        for (const auto& name : rows::expand(take_until(item, "="))) {
-            const Words parts = rows::split(name, ".");
-            if (!has_value)
-                stores::change(name);
-            else if (item == "@")  // "mac3" for "hosts.3.mac"
-                stores::set(name, parts.end()[-1] + parts.end()[-2]);
-            else
-                stores::set(name, rows::unescape(item));
-        }
-    }
+    const auto found = words.find(word);
+    if (found != words.end()) found->second();
+    return found != words.end();
 }
 
 bool RouterTest::is_heard(const std::string& event) const {
@@ -319,11 +325,10 @@ std::string RouterTest::told_group(const std::string& rest) {
 
 // Its exit code unless that is 0, and what it printed.
 std::string RouterTest::told_command(const std::string& command) {
-    const std::string output = "/var/log/router/output";
-    unlink(output.c_str());  // a process of an earlier command may still write there
-    const int status = std::system(("{ " + command + "; } >" + output + " 2>&1").c_str());
+    unlink(kOutput);  // a process of an earlier command may still write there
+    const int status = std::system(("{ " + command + "; } " + kToOutput).c_str());
     const std::string code = status == 0 ? "" : std::to_string(WEXITSTATUS(status)) + " ";
-    return code + rows::escape(text_of(output).value_or(""));
+    return code + rows::escape(text_of(kOutput).value_or(""));
 }
 
 bool RouterTest::is_call(const std::string& row) {
