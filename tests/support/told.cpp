@@ -156,7 +156,10 @@ bool RouterTest::setting(const std::string& item) {
         {"%", [&] { std::ranges::for_each(rows::expand(script + subject), answer_all); }},
         {"agent", [&] { agent_known_ = subject != "none"; }},
         {"answer", [&] { std::ranges::for_each(rows::expand(subject), answer_all); }},
-        {"file", [&] { for (const auto& path : rows::expand(subject)) file(path, text); }},
+        {"file",
+         [&] {
+             for (const auto& path : rows::expand(subject)) file(path, text);
+         }},
         {"hear", [&] { heard_ = rows::words(subject); }},
         {"later", [&] { seconds_ahead = std::stoi(subject); }},
         {"level", [&] { level(std::stoi(subject)); }},
@@ -193,8 +196,7 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     for (const auto& change : mutes('=') ? Words{} : stores::changes(before, stores::snapshot(), place_))
         parts.push_back(change);
     parts.push_back(output.empty() ? "" : "> " + rows::escape(output));
-    for (const auto& command : mutes('$') ? Words{} : commands())
-        parts.push_back(as_command(command));
+    for (const auto& command : mutes('$') ? Words{} : commands()) parts.push_back(as_command(command));
     std::string speaker = name;
     for (const auto& event : console()) {
         if (!is_heard(event)) continue;
