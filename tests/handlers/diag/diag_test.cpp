@@ -32,7 +32,12 @@ extern "C" pid_t fork() noexcept {
 
 extern "C" int posix_spawn(pid_t* process, const char* program, const posix_spawn_file_actions_t* actions,
                            const posix_spawnattr_t* attributes, char* const words[], char* const environment[]) {
-    if (words[2] == failing_command) return EAGAIN;
+    if (words[2] == failing_command) {
+        // By then the scan that is not looked for is through with the first radio.
+        while (failing_command == "ps | grep iwlist" && access("/tmp/tr069/NeighboringWiFi_5G_log", F_OK) != 0)
+            usleep(1000);
+        return EAGAIN;
+    }
     const auto spawn = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));
     return spawn(process, program, actions, attributes, words, environment);
 }
