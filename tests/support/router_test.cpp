@@ -115,7 +115,7 @@ RouterTest::Result RouterTest::handle(int op, const std::string& name, Locate lo
     const bool answers = op == CWMP_OP_GET || op == CWMP_OP_ADD, lists = op == CWMP_OP_LIST;
     auto capacity = static_cast<uint32_t>(lists && !value->empty() ? std::stoul(*value) : 32);
     std::string text = answers ? kUntouched : value.value_or("");
-    if (answers) text.resize(CWMP_VALUE_SIZE);
+    if (answers) text.resize(CWMP_VALUE_SIZE - 1);  // and a last zero
     Result result;
     result.flags = flags;
     result.locate = locate;
