@@ -152,20 +152,20 @@ bool RouterTest::setting(const std::string& item) {
     const std::string word = take_until(rest, " "), subject = take_until(rest, ": "), text = rows::unescape(rest);
     const std::string script = subject.ends_with("_revert") ? kInForce : kScript;
     const auto answer_all = [&](const auto& command) { answer(command, text); };
+    const auto file_all = [&](const std::optional<std::string>& content) {
+        for (const auto& path : rows::expand(subject)) file(path, content);
+    };
     const std::map<std::string, std::function<void()>> words = {
         {"%", [&] { std::ranges::for_each(rows::expand(script + subject), answer_all); }},
         {"agent", [&] { agent_known_ = subject != "none"; }},
         {"answer", [&] { std::ranges::for_each(rows::expand(subject), answer_all); }},
-        {"file",
-         [&] {
-             for (const auto& path : rows::expand(subject)) file(path, text);
-         }},
+        {"file", [&] { file_all(text); }},
         {"hear", [&] { heard_ = rows::words(subject); }},
         {"later", [&] { seconds_ahead = std::stoi(subject); }},
         {"level", [&] { level(std::stoi(subject)); }},
         {"listen", [&] { listen(); }},
         {"mute", [&] { mute_ = subject; }},
-        {"remove", [&] { file(subject, std::nullopt); }},
+        {"remove", [&] { file_all(std::nullopt); }},
         {"run", [&] { told_command(item.substr(word.size() + 1)); }},
         {"show", [&] { output_shown_ = subject == "output"; }},
         {"use", [&] {
