@@ -1,17 +1,12 @@
-// What rows cannot say of the store: lists of numbers, any text, a store that is read-only or in somebody's hands.
+// What rows cannot say of the store: any text, a store in somebody's hands.
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/mount.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <filesystem>
 #include <thread>
 
-#include "cwmp/instances.h"
 #include "cwmp/logging.h"
-#include "cwmp/revert_journal.h"
 #include "cwmp/transaction.h"
 #include "cwmp/uci_access.h"
 #include "router_test.h"
@@ -20,25 +15,7 @@ using ::testing::StartsWith;
 
 namespace {
 
-namespace fs = std::filesystem;
-
-class Config : public RouterTest {
-  protected:
-    std::vector<int32_t> list(std::vector<int32_t> numbers) {
-        FROM_LIBRARY(__getInstanceList)("nat", "rule", "id", numbers.data());
-        return numbers;
-    }
-};
-
-TEST_F(Config, InstanceNumbersAreListedInOrder) {
-    EXPECT_THAT(list({99}), ElementsAre(99)) << "a missing package";
-    world("nat.{a,b,c,d,e,f}:rule | nat.z:other | nat.z.id=5 | nat.{c,f}.id=2");
-    world("nat.a.id=7 | nat.b.id=many | nat.d.id=12x | nat.e.id=-1");
-    EXPECT_THAT(list({9, 9, 9, 9, 9, 9, 99}), ElementsAre(-1, 0, 2, 2, 7, 12, 99));
-    EXPECT_EQ(told("call __getInstanceMax 'nat' 'rule'"), "6");
-    world("-nat.a | -nat.d | -nat.e | -nat.b.id");
-    EXPECT_THAT(list({8, 1, 1}), ElementsAre(2, 2, 8)) << "a section without number leaves its entry";
-}
+class Config : public RouterTest {};
 
 TEST_F(Config, AnyTextComesBackWhole) {
     std::string bytes;
@@ -56,19 +33,6 @@ TEST_F(Config, AnyTextComesBackWhole) {
             EXPECT_EQ(out.data(), value);
         }
     }
-}
-
-// The commit's result is not looked at.
-TEST_F(Config, AReadOnlyStoreLosesNothing) {
-    if (mount("none", kLive, "tmpfs", 0, nullptr) != 0) GTEST_SKIP() << "this host allows no mount";
-    world("custom.box.name=old | nat.nat:nat");
-    world("hear cannot");
-    ASSERT_EQ(mount("none", kLive, "tmpfs", MS_REMOUNT | MS_RDONLY, nullptr), 0);
-    EXPECT_EQ(told("call uciRawSetValueByPath 'custom' 'box' 'name' 'new' null"),
-              "0 | ! package custom cannot be stored, it stays as it was");
-    EXPECT_EQ(told("call uciRawAddSectionBypath 'other' 'box' 'typed' null"), "-1");
-    EXPECT_THAT(told("add NAT_PortMapping"), StartsWith("1 | ! WANDevice")) << "changes that belong together";
-    ASSERT_EQ(umount(kLive), 0);
 }
 
 TEST_F(Config, ATransactionOfSomebodyElseIsWaitedForAsLongAsAsked) {

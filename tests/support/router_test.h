@@ -32,7 +32,6 @@ using Texts = std::vector<std::string>;
 using Locate = std::array<int, CWMP_LOCATE_SIZE>;
 
 inline constexpr const char* kLive = "/etc/config";
-inline constexpr const char* kScratch = "/tmp/tr069";
 
 // What an output buffer holds before a call, so that "left untouched" differs from "made empty".
 inline constexpr const char* kUntouched = "(untouched)";
@@ -63,10 +62,7 @@ class RouterTest : public ::testing::Test {
     std::string told(const std::string& row);
     static bool is_call(const std::string& row);
 
-    // The world, where a row is no good: a package file word for word, any other file.
-    void package(const std::string& name, const std::string& text, const std::string& directory = kLive) {
-        file(directory + "/" + name, text);
-    }
+    // The world, where a row is no good.
     void file(const std::string& path, const std::optional<std::string>& text);  // taken back after the test
     // What a device tool prints for a command line such as "fwinfo MODEL".
     static void answer(const std::string& command, const std::string& text);

@@ -110,19 +110,28 @@ Locate locate_of(const std::string& text) {
     return locate;
 }
 
+template <typename Numbers>
+std::vector<char> bytes_of(const Numbers& numbers) {
+    const auto* bytes = reinterpret_cast<const char*>(numbers.data());
+    return std::vector<char>(bytes, bytes + numbers.size() * sizeof(int));
+}
+
 // What an argument of a function points to; nothing where it is a number.
 std::vector<char> memory_of(const std::string& word) {
     if (word[0] == '\'') return std::vector<char>(word.c_str() + 1, word.c_str() + word.size() + 1);
-    if (word == "?") return std::vector<char>(sizeof(int));
+    if (word == "?") return memory_of("[0]");
+    if (word[0] == '[') {
+        std::vector<int> numbers;
+        for (const auto& each : rows::split(word.substr(1, word.size() - 2), ",")) numbers.push_back(std::stoi(each));
+        return bytes_of(numbers);
+    }
     if (word[0] == '?') {
         std::vector<char> buffer(std::stoul(word.substr(1)));
         std::string(kUntouched).copy(buffer.data(), buffer.size() - 1);
         return buffer;
     }
     if (word.find('.') == std::string::npos) return {};
-    const Locate place = locate_of(word);
-    const auto* bytes = reinterpret_cast<const char*>(place.data());
-    return std::vector<char>(bytes, bytes + sizeof place);
+    return bytes_of(locate_of(word));
 }
 
 }  // namespace
@@ -146,7 +155,7 @@ void RouterTest::world(const std::string& line) {
     }
 }
 
-// Whether it is none of the store's options and sections.
+// Anything but an option or a section of the store, for which it is false: a call too that tells nothing.
 bool RouterTest::setting(const std::string& item) {
     std::string rest = item;
     const std::string word = take_until(rest, " "), subject = take_until(rest, ": "), text = rows::unescape(rest);
@@ -173,8 +182,12 @@ bool RouterTest::setting(const std::string& item) {
              for (const auto& each : rows::split(lines, "\n")) world(each);
          }}};
     const auto found = words.find(word);
-    if (found != words.end()) found->second();
-    return found != words.end();
+    if (found != words.end()) {
+        found->second();
+    } else if (is_call(item)) {
+        EXPECT_EQ(told(item), "nothing") << item;
+    }
+    return found != words.end() || is_call(item);
 }
 
 bool RouterTest::is_heard(const std::string& event) const {
@@ -223,7 +236,7 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
                   " | ");
 }
 
-// Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, and an int as ?. Every argument fits a register,
+// Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, an int as ? and ints as [1,2]. Every argument fits a register,
 // so that one function type serves all.
 std::string RouterTest::told_function(const std::string& verb, const std::string& name, const Words& arguments) {
     std::array<long, kMostArguments> given{};
@@ -243,8 +256,9 @@ std::string RouterTest::told_function(const std::string& verb, const std::string
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& word = arguments[i];
         const char* now = memory[i].data();
-        if (word == "?")
-            parts.push_back(std::to_string(*reinterpret_cast<const int*>(now)));
+        if (word == "?" || word[0] == '[')
+            for (std::size_t at = 0; at < memory[i].size(); at += sizeof(int))
+                parts.push_back(std::to_string(*reinterpret_cast<const int*>(now + at)));
         else if (word[0] == '?' || (word[0] == '\'' && word.substr(1) != now))
             parts.push_back(as_value(now));
     }
