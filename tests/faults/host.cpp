@@ -1,5 +1,6 @@
 #include "host.h"
 
+#include <malloc.h>
 #include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -9,7 +10,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <thread>
 
@@ -92,12 +92,6 @@ void send_signals() {
     setitimer(ITIMER_REAL, &often, nullptr);
 }
 
-long resident_pages() {
-    long size = 0, resident = 0;
-    std::ifstream("/proc/" + std::to_string(getpid()) + "/statm") >> size >> resident;
-    return resident;
-}
-
 // Memory, descriptors, zombies: all of them are given back.
 bool call_often(int rounds) {
     const auto some_calls = [](int i) {
@@ -106,14 +100,14 @@ bool call_often(int rounds) {
         return i % 64 != 0 || (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
     };
     constexpr int kWarm = 130;
-    constexpr long kMorePages = 32;
+    constexpr std::size_t kMore = 64 * 1024;
     if (!repeat(kWarm, some_calls)) return false;
-    const long before = resident_pages();
+    const std::size_t before = mallinfo2().uordblks;
     const int descriptor = dup(STDIN_FILENO);  // the lowest that is free
     close(descriptor);
     const bool done = repeat(rounds / 4, some_calls);
     const bool zombies = waitpid(-1, nullptr, WNOHANG) >= 0 || errno != ECHILD;
-    return done && !zombies && resident_pages() - before <= kMorePages && dup(STDIN_FILENO) == descriptor;
+    return done && !zombies && mallinfo2().uordblks <= before + kMore && dup(STDIN_FILENO) == descriptor;
 }
 
 // A round of what is repeated; values and mappings of its own are named by the caller, and read back each time.
