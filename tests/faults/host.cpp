@@ -100,7 +100,7 @@ bool call_often(int rounds) {
         return i % 64 != 0 || (erase("NAT_PortMapping", add_mapping()) && transaction(CWMP_OP_APPLY) == kUndone);
     };
     constexpr int kWarm = 130;
-    constexpr std::size_t kMore = 64 * 1024;
+    constexpr std::size_t kMore = 65'536;
     if (!repeat(kWarm, some_calls)) return false;
     const std::size_t before = mallinfo2().uordblks;
     const int descriptor = dup(STDIN_FILENO);  // the lowest that is free
