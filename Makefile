@@ -44,7 +44,7 @@ test: release
 # Tests wait as much as they work: one more at a time than there are processors.
 check:
 	@scripts/install-dependencies build test
-	@scripts/configure sanitize tests & other=$$!; scripts/configure release tests && wait $$other
+	@scripts/configure sanitize tests & other=$$!; scripts/configure release tests; own=$$?; wait $$other && exit $$own
 	@cmake --build --preset release -j $(JOBS)
 	@cmake --build --preset sanitize -j $(JOBS)
 	@ctest --preset release --no-tests=error -j $$(($(JOBS) + 1))

@@ -141,13 +141,13 @@ TEST_F(MessageChannel, ASocketFileLeftBehindIsReplaced) {
 
 TEST_F(MessageChannel, SendsAreRepeatedAsOftenAsTheirFailureAllows) {
     const std::deque<int> unbound(20, ENOENT), refused(20, ECONNREFUSED),
-        interrupted = {EINTR, EINTR, EINTR, EINTR, 0},
+        interrupted = {EINTR, EINTR, EINTR, EINTR, EINTR, EINTR, 0},
         both = {ENOENT, ECONNREFUSED, ENOENT, ECONNREFUSED, ENOENT, ENOENT, 0};
     using Row = std::tuple<uint32_t, std::deque<int>, std::size_t>;
     auto& handle = client();
     for (const auto& [type, errors, attempts] :
          {Row{kType, unbound, 5}, Row{1, unbound, 1}, Row{kType, refused, 3}, Row{kType, both, 7},
-          Row{kType, interrupted, 5}, Row{kType, {EMSGSIZE}, 1}, Row{kAtOnce, {EAGAIN}, 1}}) {
+          Row{kType, interrupted, 7}, Row{kType, {EMSGSIZE}, 1}, Row{kAtOnce, {EAGAIN}, 1}}) {
         const std::string what = kPid + " send " + std::to_string(type) + " error";
         const int last = errors[attempts - 1];
         std::string lines = last == 0 ? "0: " : "-1: ", reasons;

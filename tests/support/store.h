@@ -20,8 +20,8 @@ std::string text_of(const std::string& path);
 // All options and sections ("nat.rule_1" by its type, "nat." for a package), and other files by path.
 using Snapshot = std::map<std::string, std::string>;
 Snapshot snapshot();
-// "wifi.ap.{ssid,name}=x", "-wifi.ap.ssid", "{nat,tr069/nat}.rule_1:rule", "/tmp/file=text", "/tmp/file+=more"; an option
-// of `place`, the section that was told last, alone: ".enable=1".
+// "wifi.ap.{ssid,name}=x", "-wifi.ap.ssid", "{nat,tr069/nat}.rule_1:rule", "/tmp/file=text", "/tmp/file+=more";
+// an option of `place`, the section that was told last, alone: ".enable=1".
 std::vector<std::string> changes(const Snapshot& before, const Snapshot& after, std::string& place);
 
 }  // namespace stores

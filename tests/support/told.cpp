@@ -175,7 +175,7 @@ bool RouterTest::setting(const std::string& item) {
         {"listen", [&] { listen(); }},
         {"mute", [&] { mute_ = subject; }},
         {"remove", [&] { file_all(std::nullopt); }},
-        {"run", [&] { told_command(item.substr(word.size() + 1)); }},
+        {"run", [&] { EXPECT_EQ(told_command(item.substr(word.size() + 1)), ""); }},
         {"show", [&] { output_shown_ = subject == "output"; }},
         {"use", [&] {
              const auto lines = stores::text_of("/usr/share/router/cases/" + subject + ".world");
@@ -236,8 +236,8 @@ std::string RouterTest::told_handler(int op, const std::string& name, const Loca
                   " | ");
 }
 
-// Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, an int as ? and ints as [1,2]. Every argument fits a register,
-// so that one function type serves all.
+// Numbers, 'texts', null, a place as 1.2, a buffer of N bytes as ?N, an int as ? and ints as [1,2]. Every argument fits
+// a register, so that one function type serves all.
 std::string RouterTest::told_function(const std::string& verb, const std::string& name, const Words& arguments) {
     std::array<long, kMostArguments> given{};
     std::vector<std::vector<char>> memory;

@@ -34,8 +34,10 @@ extern "C" int posix_spawn(pid_t* process, const char* program, const posix_spaw
                            const posix_spawnattr_t* attributes, char* const words[], char* const environment[]) {
     if (words[2] == failing_command) {
         // By then the scan that is not looked for is through with the first radio.
-        while (failing_command == "ps | grep iwlist" && access("/tmp/tr069/NeighboringWiFi_5G_log", F_OK) != 0)
+        for (int i = 0; failing_command == "ps | grep iwlist" && i < 10'000; ++i) {
+            if (access("/tmp/tr069/NeighboringWiFi_5G_log", F_OK) == 0) break;
             usleep(1000);
+        }
         return EAGAIN;
     }
     const auto spawn = reinterpret_cast<decltype(&posix_spawn)>(dlsym(RTLD_NEXT, "posix_spawn"));

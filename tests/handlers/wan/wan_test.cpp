@@ -22,12 +22,13 @@ TEST_F(Wan, AListIsOneLookAtThePackage) {
 
 TEST_F(Wan, TheRouteTableStartsAtOneAndIsBuiltAnewWhenItIsEmptied) {
     world("network.wan.{wan_type,proto}=dhcp");
-    answer("ip route", "10.0.1.0/24 dev br-lan\n");
-    EXPECT_EQ(told("get Routing_Router_IPv4Forwarding_DestIPAddress 1.1"), "10.0.1.0 | $ ip route");
+    answer("ip route", "10.0.1.0/24 dev br-lan\n10.0.2.0/24 dev br-lan\n");
+    EXPECT_EQ(told("get Routing_Router_IPv4Forwarding_DestIPAddress 1.2"), "10.0.2.0 | $ ip route");
     EXPECT_STREQ(FROM_LIBRARY(routelist)[0].destination, "");
     FROM_LIBRARY(routelist)[1].destination[0] = '\0';
     answer("ip route", "default via 192.0.2.1 dev br-wan\n");
     EXPECT_EQ(told("get Routing_Router_IPv4Forwarding_DestIPAddress 1.1"), "0.0.0.0 | $ ip route");
+    EXPECT_EQ(told("get Routing_Router_IPv4Forwarding_DestIPAddress 1.2"), "''");
 }
 
 }  // namespace
