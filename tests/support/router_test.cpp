@@ -32,7 +32,8 @@ constexpr cwmp_agent_state kAgent = {.port = 65535, .path = "/path", .acs_url = 
 
 // Writes the console, or is the test's own.
 bool is_no_call(const std::string& command) {
-    return (command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n")) || command.ends_with(RouterTest::kToOutput);
+    return (command.starts_with("echo \"[") && command.ends_with("\" > /dev/console \r\n")) ||
+           command.ends_with(RouterTest::kToOutput);
 }
 
 // "[  123] [name 45] text" without the numbers.
