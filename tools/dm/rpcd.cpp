@@ -247,7 +247,7 @@ void require_types(json_object* input, const Method& method) {
 
 void call_method(std::string_view name, Json& results, Report& report) {
     const std::string text = read_input();
-    const auto method =
+    const auto* const method =
         std::find_if(std::begin(kMethods), std::end(kMethods), [&](const Method& one) { return one.name == name; });
     if (method == std::end(kMethods)) refuse(kMethodNotSupported, "no such method");
     const Json input = parsed(text.empty() ? "{}" : text);
