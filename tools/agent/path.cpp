@@ -42,18 +42,22 @@ std::string nearest_path(const Model& model, const std::string& path) {
     return near;
 }
 
-// Throws the failure with the path that may be meant.
-[[noreturn]] void refuse(const Model& model, const std::string& path, Exit exit, const std::string& message) {
+// The path that may be meant, empty for none.
+std::string meant(const Model& model, const std::string& path) {
     for (const char* root : {"", "Device.", "InternetGatewayDevice."}) {
-        const std::string near = path.empty() ? "" : nearest_path(model, root + path);
-        if (near.empty() || near == path) continue;
-        throw Failure{path, kInvalidName, exit, message + "; did you mean " + near + "?"};
+        std::string near = path.empty() ? "" : nearest_path(model, root + path);
+        if (!near.empty() && near != path) return near;
     }
-    throw Failure{path, kInvalidName, exit, message};
+    return "";
+}
+
+[[noreturn]] void refuse(const Model& model, const std::string& path, Exit exit, const std::string& message) {
+    const std::string near = meant(model, path);
+    throw Failure{path, kInvalidName, exit, near.empty() ? message : message + "; did you mean " + near + "?"};
 }
 
 std::vector<std::string> checked_segments(const Model& model, const std::string& path) {
-    const auto segments = segments_of(path);
+    auto segments = segments_of(path);
     auto malformed = [&](const char* message) { refuse(model, path, Exit::Malformed, message); };
     if (segments.empty()) malformed("the path is empty");
     for (const std::string& segment : segments) {

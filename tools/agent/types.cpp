@@ -171,7 +171,7 @@ std::optional<Type> Type::parse(const std::string& text) {
     } else if (const auto size = bracket(rest, '(', ')')) {
         if (rest != "string" || !set_bounds(type, *size, true)) return std::nullopt;
     }
-    const auto row =
+    const auto* const row =
         std::find_if(std::begin(kBases), std::end(kBases), [=](const auto& known) { return known.name == rest; });
     if (row == std::end(kBases)) return std::nullopt;
     type.base = row->base;

@@ -25,7 +25,7 @@ Change::Change(const Library& library, Report& report) : library_(library), repo
     std::error_code missing;
     const auto notes = std::filesystem::file_size(CWMP_TRANSACTION_NOTES, missing);
     if (!missing && notes > kNoNotes) {
-        report.notes.push_back("an earlier change was cut off half done: 'dm recover' undoes it");
+        report.notes.emplace_back("an earlier change was cut off half done: 'dm recover' undoes it");
     }
 }
 
@@ -54,7 +54,7 @@ void recover(const Library& library, Report& report) {
     unsigned flags = 0;
     const int result = library.function<decltype(cwmp_transaction_recover)>("cwmp_transaction_recover")(&flags);
     report.apply_flags = flags;
-    report.notes.push_back(result == 1 ? "a change that was cut off is undone" : "no change was cut off");
+    report.notes.emplace_back(result == 1 ? "a change that was cut off is undone" : "no change was cut off");
     if (result >= 0) return;
     report.notes.clear();
     refuse("a change that was cut off cannot be undone whole");

@@ -130,7 +130,7 @@ void show(Session& session, const Test& test) {
     session.report.parameters.clear();
     get_values(session, {test.object});
     if (!test.results) {
-        session.report.notes.push_back("the test is requested: the agent runs it, dm does not");
+        session.report.notes.emplace_back("the test is requested: the agent runs it, dm does not");
         return;
     }
     session.report.table_of = std::string(test.object) + test.results + '.';

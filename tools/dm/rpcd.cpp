@@ -21,7 +21,7 @@ namespace {
 
 using json::Json;
 
-constexpr size_t kLargestInput = 256 * 1024;
+constexpr size_t kLargestInput = size_t{256} * 1024;
 constexpr auto kTimeToRead = std::chrono::seconds(5);
 constexpr int kSecondsOfTest = 25;  // rpcd itself gives a call 30
 
@@ -41,8 +41,8 @@ json_object* member(const Call& call, const char* name) {
 
 std::string text_of(json_object* value) {
     if (!json_object_is_type(value, json_type_string)) refuse(kInvalidArguments, "a value is no string");
-    const std::string text(json_object_get_string(value), static_cast<size_t>(json_object_get_string_len(value)));
-    if (text.find('\0') != text.npos) refuse(kInvalidArguments, "a value holds a zero byte");
+    std::string text(json_object_get_string(value), static_cast<size_t>(json_object_get_string_len(value)));
+    if (text.find('\0') != std::string::npos) refuse(kInvalidArguments, "a value holds a zero byte");
     return text;
 }
 

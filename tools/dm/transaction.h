@@ -27,7 +27,7 @@ class Transaction {
         : agent_(agent), model_(model), report_(report), groups_(agent.library()) {}
 
     // Takes PATH=VALUE. Throws Failure when the parameter cannot be set.
-    void add(const std::string& assignment);
+    void add(const std::string& text);
 
     // All handlers with each pass in turn; undoes the change at the first refusal. A dry run ends before anything is
     // applied, and undoes it too.
