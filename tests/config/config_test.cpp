@@ -11,8 +11,6 @@
 #include "cwmp/uci_access.h"
 #include "router_test.h"
 
-using ::testing::StartsWith;
-
 namespace {
 
 class Config : public RouterTest {};
@@ -50,7 +48,8 @@ TEST_F(Config, ATransactionOfSomebodyElseIsWaitedForAsLongAsAsked) {
         usleep(100'000);
         world("later 31");
     });
-    EXPECT_THAT(told("add NAT_PortMapping"), StartsWith("1 | ! WANDevice")) << "nor is an instance added meanwhile";
+    EXPECT_THAT(told("add NAT_PortMapping"), testing::StartsWith("1 | ! WANDevice"))
+        << "nor is an instance added meanwhile";
     later.join();
     close(held);
 }

@@ -1,7 +1,9 @@
 // Rows: the world, a call, and the one text that says what it did.
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <uci.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,10 +22,16 @@ using rows::joined, rows::take_until, rows::Words;
 namespace {
 
 time_t seconds_ahead = 0;
+bool has_contexts = true;
 
 }  // namespace
 
-// Found before that of the C library, by the library too.
+// Found before those of the C library and libuci, by the library too.
+extern "C" uci_context* uci_alloc_context() {
+    static const auto real = reinterpret_cast<uci_context* (*)()>(dlsym(RTLD_NEXT, "uci_alloc_context"));
+    return has_contexts ? real() : nullptr;
+}
+
 extern "C" int clock_gettime(clockid_t clock, timespec* now) noexcept {
     const auto result = syscall(SYS_clock_gettime, clock, now);
     now->tv_sec += seconds_ahead;
@@ -63,8 +71,8 @@ constexpr const char* kFlags =
 const std::map<std::string, int> kOperations = {
     {"get", CWMP_OP_GET},     {"set", CWMP_OP_APPLY}, {"stage", CWMP_OP_STAGE},   {"check", CWMP_OP_CHECK},
     {"apply", CWMP_OP_APPLY}, {"add", CWMP_OP_ADD},   {"delete", CWMP_OP_DELETE}, {"list", CWMP_OP_LIST}};
-const std::set<std::string> kOtherCalls = {"passes", "transaction", "group",   "call",   "text",
-                                           "do",     "run",         "starved", "awaited"};
+const std::set<std::string> kOtherCalls = {"passes", "transaction", "group",   "call",    "text",
+                                           "do",     "run",         "starved", "awaited", "poor"};
 
 // What a call changed of them.
 std::string flags_of(unsigned flags) {
@@ -202,7 +210,9 @@ std::string RouterTest::effects(const std::function<std::string()>& call, const 
     forget();
     const stores::Snapshot before = stores::snapshot();
     if (output_shown_) testing::internal::CaptureStdout();
+    has_contexts = !poor_;
     Words parts = {starved_ ? starved(call) : call()};
+    has_contexts = true;
     const std::string output = output_shown_ ? testing::internal::GetCapturedStdout() : "";
     if (awaited_) parts.push_back(std::to_string(wait_for_jobs()) + " killed");
     for (const auto& message : messages()) parts.push_back(rows::escape(message));
@@ -359,7 +369,8 @@ std::string RouterTest::told(const std::string& row) {
     place_.clear();
     starved_ = rest.starts_with("starved ");
     awaited_ = rest.starts_with("awaited ");
-    if (starved_ || awaited_) take_until(rest, " ");
+    poor_ = rest.starts_with("poor ");
+    if (starved_ || awaited_ || poor_) take_until(rest, " ");
     const std::string verb = take_until(rest, " ");
     if (verb == "transaction") return joined_calls({effects([&] { return told_transaction(rest); })});
     if (verb == "group") return joined_calls({effects([&] { return told_group(rest); })});
