@@ -71,7 +71,7 @@ class MessageChannel : public RouterTest {
         });
     }
 
-    int send(auto& handle, uint32_t type) { return FROM_LIBRARY(msg_send)(&handle, message_of(type, 5).get()); }
+    int send(cwmp_message_handle& to, uint32_t type) { return FROM_LIBRARY(msg_send)(&to, message_of(type, 5).get()); }
     int request(cwmp_message_handle& handle, cwmp_message& message, int seconds = 5) {
         return FROM_LIBRARY(msg_sendAndGetReplyWithTimeout)(&handle, &message, seconds);
     }

@@ -128,7 +128,7 @@ class RouterTest : public ::testing::Test {
     Texts heard_;           // words of which an event must have one, if there are any
     std::string place_;     // the section that the row told last
     bool starved_ = false;  // the next call finds no free descriptor
-    bool poor_ = false;     // nor memory for a context of libuci
+    bool poor_ = false;     // it has no memory for a context of libuci
     bool awaited_ = false;  // the processes that it leaves running are waited for
     int agent_ = -1;        // the agent's end of the message channel, if it is bound
     bool agent_known_ = true;
